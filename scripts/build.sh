@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Configures and builds one flavour of the tree.
+#   scripts/build.sh [plain|sanitize|thread]   (default: plain)
+# Each flavour has its own build directory: build, build-sanitize, build-thread.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+flavour="${1:-plain}"
+case "$flavour" in
+    plain)    dir=build;          sanitize="" ;;
+    sanitize) dir=build-sanitize; sanitize="address,undefined" ;;
+    thread)   dir=build-thread;   sanitize="thread" ;;
+    *) echo "unknown build flavour: $flavour (plain, sanitize or thread)" >&2; exit 2 ;;
+esac
+
+cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKSV_SANITIZE="$sanitize" >/dev/null
+cmake --build "$dir" -j "$(nproc)"

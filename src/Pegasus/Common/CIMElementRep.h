@@ -1,0 +1,260 @@
+#ifndef Pegasus_CIMElementRep_h
+#define Pegasus_CIMElementRep_h
+
+// What the handles of the CIM object model share. Internal to pegcommon:
+// providers and clients never include this header.
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMMethod.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMParameter.h>
+#include <Pegasus/Common/CIMProperty.h>
+#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/Exception.h>
+
+PEGASUS_NAMESPACE_BEGIN
+
+/** The representation behind a handle; throws if the handle has none. */
+template <class Rep>
+Rep& checkedRep(const std::shared_ptr<Rep>& rep) {
+    if (!rep)
+        throw UninitializedObjectException();
+    return *rep;
+}
+
+/**
+    How many member lists hold an element. An element that belongs to a list
+    keeps its name, since lists find their members by name. A copied element
+    belongs to no list.
+*/
+class CIMOwnerCount {
+public:
+    CIMOwnerCount() = default;
+    CIMOwnerCount(const CIMOwnerCount&) {}
+    CIMOwnerCount& operator=(const CIMOwnerCount&) = delete;
+
+    void add() { _count.fetch_add(1); }
+    void drop() { _count.fetch_sub(1); }
+    bool any() const { return _count.load() != 0; }
+
+private:
+    std::atomic<Uint32> _count{0};
+};
+
+/**
+    Refuses renaming an element that belongs to a list; kind names the
+    element in the message.
+*/
+inline void checkRenameAllowed(const CIMOwnerCount& owners, const CIMName& oldName,
+                               const CIMName& newName, const char* kind) {
+    if (owners.any() && !oldName.equal(newName)) {
+        throw Exception(String("Attempted to change the name of a ") + String(kind) +
+                        String(" already in a container."));
+    }
+}
+
+/** A name for an element; null names are refused. */
+inline const CIMName& checkedName(const CIMName& name) {
+    if (name.isNull())
+        throw UninitializedObjectException();
+    return name;
+}
+
+/**
+    The named members of an element, in order: qualifiers, properties,
+    methods or parameters. Names are unique without regard to case. Copying
+    a list clones its members, so a copied element owns members of its own.
+*/
+template <class Member>
+class CIMMemberList {
+public:
+    /** kind names the members in messages: "property", "qualifier", ... */
+    explicit CIMMemberList(const char* kind) : _kind(kind) {}
+    CIMMemberList(const CIMMemberList& other) : _kind(other._kind) {
+        _members.reserve(other._members.size());
+        for (const Member& member : other._members)
+            _append(member.clone());
+    }
+    CIMMemberList& operator=(const CIMMemberList&) = delete;
+    ~CIMMemberList() { clear(); }
+
+    Uint32 size() const { return Uint32(_members.size()); }
+
+    /** Index of the member so named (any case), or PEG_NOT_FOUND. */
+    Uint32 find(const CIMName& name) const {
+        for (size_t i = 0; i < _members.size(); i++) {
+            if (_members[i].getName().equal(name))
+                return Uint32(i);
+        }
+        return PEG_NOT_FOUND;
+    }
+
+    Member& at(Uint32 index) {
+        _checkIndex(index);
+        return _members[index];
+    }
+    const Member& at(Uint32 index) const {
+        _checkIndex(index);
+        return _members[index];
+    }
+
+    /**
+        @exception UninitializedObjectException for an uninitialized member.
+        @exception AlreadyExistsException if the name is taken.
+    */
+    void add(const Member& member) {
+        checkedRep(member._rep);
+        if (find(member.getName()) != PEG_NOT_FOUND) {
+            throw AlreadyExistsException(String(_kind) + String(" \"") +
+                                         member.getName().getString() + String("\""));
+        }
+        _append(member);
+    }
+
+    /** Puts an inherited member in front of the element's own ones. */
+    void insert(Uint32 index, const Member& member) {
+        if (index > size())
+            throw IndexOutOfBoundsException();
+        member._rep->owners.add();
+        _members.insert(_members.begin() + index, member);
+    }
+
+    void remove(Uint32 index) {
+        _checkIndex(index);
+        _members[index]._rep->owners.drop();
+        _members.erase(_members.begin() + index);
+    }
+
+    void clear() {
+        for (Member& member : _members)
+            member._rep->owners.drop();
+        _members.clear();
+    }
+
+    /** Same size and pairwise identical() members, in order. */
+    bool identical(const CIMMemberList& other) const {
+        if (_members.size() != other._members.size())
+            return false;
+        for (size_t i = 0; i < _members.size(); i++) {
+            if (!_members[i].identical(other._members[i]))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    void _append(const Member& member) {
+        member._rep->owners.add();
+        _members.push_back(member);
+    }
+    void _checkIndex(Uint32 index) const {
+        if (index >= size())
+            throw IndexOutOfBoundsException();
+    }
+
+    const char* _kind;
+    std::vector<Member> _members;
+};
+
+class CIMQualifierRep {
+public:
+    CIMQualifierRep(const CIMName& name_, const CIMValue& value_, const CIMFlavor& flavor_,
+                    Boolean propagated_);
+
+    CIMName name;
+    CIMValue value;
+    CIMFlavor flavor;
+    Boolean propagated;
+    CIMOwnerCount owners;
+};
+
+class CIMPropertyRep {
+public:
+    CIMPropertyRep(const CIMName& name_, const CIMValue& value_, Uint32 arraySize_,
+                   const CIMName& referenceClassName_, const CIMName& classOrigin_,
+                   Boolean propagated_);
+
+    CIMName name;
+    CIMValue value;
+    Uint32 arraySize;
+    CIMName referenceClassName;
+    CIMName classOrigin;
+    Boolean propagated;
+    CIMMemberList<CIMQualifier> qualifiers{"qualifier"};
+    CIMOwnerCount owners;
+};
+
+class CIMParameterRep {
+public:
+    CIMParameterRep(const CIMName& name_, CIMType type_, Boolean isArray_, Uint32 arraySize_,
+                    const CIMName& referenceClassName_);
+
+    CIMName name;
+    CIMType type;
+    Boolean isArray;
+    Uint32 arraySize;
+    CIMName referenceClassName;
+    CIMMemberList<CIMQualifier> qualifiers{"qualifier"};
+    CIMOwnerCount owners;
+};
+
+class CIMMethodRep {
+public:
+    CIMMethodRep(const CIMName& name_, CIMType type_, const CIMName& classOrigin_,
+                 Boolean propagated_);
+
+    CIMName name;
+    CIMType type;
+    CIMName classOrigin;
+    Boolean propagated;
+    CIMMemberList<CIMQualifier> qualifiers{"qualifier"};
+    CIMMemberList<CIMParameter> parameters{"parameter"};
+    CIMOwnerCount owners;
+};
+
+/** A class or an instance; classes alone use the superclass and methods. */
+class CIMObjectRep {
+public:
+    enum class Kind { Class, Instance };
+
+    /** @exception UninitializedObjectException if className is null. */
+    CIMObjectRep(Kind kind_, const CIMName& className, const CIMName& superClassName_);
+
+    bool isClass() const { return kind == Kind::Class; }
+
+    /**
+        @exception UninitializedObjectException if the path has no class name.
+        @exception TypeMismatchException if the path names another class.
+    */
+    void setPath(const CIMObjectPath& newPath);
+    /** Classes refuse reference properties without a reference class. */
+    void addProperty(const CIMProperty& property);
+    bool identical(const CIMObjectRep& other) const;
+    void instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
+                        const CIMPropertyList& propertyList);
+    /** True when the boolean qualifier so named is present and true. */
+    bool isTrueQualifier(const CIMName& name) const;
+    /** The CIM-XML CLASS or INSTANCE element. */
+    String toXml() const;
+
+    Kind kind;
+    CIMObjectPath path;
+    CIMName superClassName;
+    CIMMemberList<CIMQualifier> qualifiers{"qualifier"};
+    CIMMemberList<CIMProperty> properties{"property"};
+    CIMMemberList<CIMMethod> methods{"method"};
+};
+
+/** True when the property carries the qualifier Key set to true. */
+bool isKeyProperty(const CIMConstProperty& property);
+
+PEGASUS_NAMESPACE_END
+
+#endif

@@ -1,0 +1,178 @@
+#include <Pegasus/Common/CIMName.h>
+
+PEGASUS_NAMESPACE_BEGIN
+
+namespace {
+
+bool isAsciiLetterOrUnderscore(Uint16 c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
+}
+
+bool isAsciiDigit(Uint16 c) {
+    return c >= '0' && c <= '9';
+}
+
+// Non-ASCII characters up to U+FFEF are accepted anywhere in a name.
+bool isNameExtension(Uint16 c) {
+    return c >= 0x0080 && c <= 0xFFEF;
+}
+
+bool canStartName(Uint16 c) {
+    return isAsciiLetterOrUnderscore(c) || isNameExtension(c);
+}
+
+bool canContinueName(Uint16 c) {
+    return canStartName(c) || isAsciiDigit(c);
+}
+
+// Whether units[begin, end) is one legal CIM name.
+bool isLegalName(const Char16* units, Uint32 begin, Uint32 end) {
+    if (begin == end || !canStartName(units[begin]))
+        return false;
+    for (Uint32 i = begin + 1; i < end; i++) {
+        if (!canContinueName(units[i]))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+//------------------------------------------------------------------------------
+// CIMName
+//------------------------------------------------------------------------------
+
+CIMName::CIMName() = default;
+
+CIMName::CIMName(const String& name) : cimName(name) {
+    if (!legal(name))
+        throw InvalidNameException(name);
+}
+
+CIMName::CIMName(const char* name) : CIMName(String(name)) {}
+
+CIMName& CIMName::operator=(const CIMName& name) = default;
+
+CIMName& CIMName::operator=(const String& name) {
+    if (!legal(name))
+        throw InvalidNameException(name);
+    cimName = name;
+    return *this;
+}
+
+CIMName& CIMName::operator=(const char* name) {
+    return *this = String(name);
+}
+
+const String& CIMName::getString() const {
+    return cimName;
+}
+
+Boolean CIMName::isNull() const {
+    return cimName.size() == 0;
+}
+
+void CIMName::clear() {
+    cimName.clear();
+}
+
+Boolean CIMName::equal(const CIMName& name) const {
+    return String::equalNoCase(cimName, name.cimName);
+}
+
+Boolean CIMName::equal(const char* name) const {
+    return String::equalNoCase(cimName, String(name));
+}
+
+Boolean CIMName::legal(const String& name) {
+    return isLegalName(name.getChar16Data(), 0, name.size());
+}
+
+Boolean operator==(const CIMName& name1, const CIMName& name2) {
+    return name1.equal(name2);
+}
+
+Boolean operator!=(const CIMName& name1, const CIMName& name2) {
+    return !name1.equal(name2);
+}
+
+//------------------------------------------------------------------------------
+// CIMNamespaceName
+//------------------------------------------------------------------------------
+
+namespace {
+
+// Validates and drops the one leading '/' that is tolerated.
+String checkedNamespaceName(const String& name) {
+    if (!CIMNamespaceName::legal(name))
+        throw InvalidNamespaceNameException(name);
+    if (name[0] == '/')
+        return name.subString(1);
+    return name;
+}
+
+} // namespace
+
+CIMNamespaceName::CIMNamespaceName() = default;
+
+CIMNamespaceName::CIMNamespaceName(const String& name)
+    : cimNamespaceName(checkedNamespaceName(name)) {}
+
+CIMNamespaceName::CIMNamespaceName(const char* name) : CIMNamespaceName(String(name)) {}
+
+CIMNamespaceName& CIMNamespaceName::operator=(const CIMNamespaceName& name) = default;
+
+CIMNamespaceName& CIMNamespaceName::operator=(const String& name) {
+    cimNamespaceName = checkedNamespaceName(name);
+    return *this;
+}
+
+CIMNamespaceName& CIMNamespaceName::operator=(const char* name) {
+    return *this = String(name);
+}
+
+const String& CIMNamespaceName::getString() const {
+    return cimNamespaceName;
+}
+
+Boolean CIMNamespaceName::isNull() const {
+    return cimNamespaceName.size() == 0;
+}
+
+void CIMNamespaceName::clear() {
+    cimNamespaceName.clear();
+}
+
+Boolean CIMNamespaceName::equal(const CIMNamespaceName& name) const {
+    return String::equalNoCase(cimNamespaceName, name.cimNamespaceName);
+}
+
+Boolean CIMNamespaceName::equal(const char* name) const {
+    return String::equalNoCase(cimNamespaceName, String(name));
+}
+
+Boolean CIMNamespaceName::legal(const String& name) {
+    const Char16* units = name.getChar16Data();
+    const Uint32 length = name.size();
+    Uint32 begin = (length > 0 && units[0] == '/') ? 1 : 0;
+    for (;;) {
+        Uint32 end = begin;
+        while (end < length && units[end] != '/')
+            end++;
+        if (!isLegalName(units, begin, end))
+            return false;
+        if (end == length)
+            return true;
+        begin = end + 1;
+    }
+}
+
+Boolean operator==(const CIMNamespaceName& name1, const CIMNamespaceName& name2) {
+    return name1.equal(name2);
+}
+
+Boolean operator!=(const CIMNamespaceName& name1, const CIMNamespaceName& name2) {
+    return !name1.equal(name2);
+}
+
+PEGASUS_NAMESPACE_END

@@ -1,0 +1,246 @@
+#include "CIMProperty.h"
+
+#include "CIMElementRep.h"
+
+PEGASUS_NAMESPACE_BEGIN
+
+namespace {
+
+// Properties never hold arrays of references.
+void checkNotReferenceArray(const CIMValue& value) {
+    if (value.isArray() && value.getType() == CIMTYPE_REFERENCE)
+        throw TypeMismatchException();
+}
+
+void checkArraySize(const CIMValue& value, Uint32 arraySize) {
+    if (arraySize != 0 && (!value.isArray() || value.getArraySize() != arraySize))
+        throw TypeMismatchException();
+}
+
+void checkReferenceClass(const CIMValue& value, const CIMName& referenceClassName) {
+    if (!referenceClassName.isNull() && value.getType() != CIMTYPE_REFERENCE)
+        throw TypeMismatchException();
+}
+
+bool identicalProperties(const CIMPropertyRep& x, const CIMPropertyRep& y) {
+    return &x == &y || (x.name.equal(y.name) && x.value == y.value &&
+                        x.referenceClassName.equal(y.referenceClassName) &&
+                        x.qualifiers.identical(y.qualifiers) &&
+                        x.classOrigin.equal(y.classOrigin) && x.propagated == y.propagated);
+}
+
+std::shared_ptr<CIMPropertyRep> cloneOf(const std::shared_ptr<CIMPropertyRep>& rep) {
+    return std::make_shared<CIMPropertyRep>(checkedRep(rep));
+}
+
+} // namespace
+
+CIMPropertyRep::CIMPropertyRep(const CIMName& name_, const CIMValue& value_, Uint32 arraySize_,
+                               const CIMName& referenceClassName_, const CIMName& classOrigin_,
+                               Boolean propagated_)
+    : name(checkedName(name_)), value(value_), arraySize(arraySize_),
+      referenceClassName(referenceClassName_), classOrigin(classOrigin_), propagated(propagated_) {
+    checkArraySize(value, arraySize);
+    checkNotReferenceArray(value);
+    checkReferenceClass(value, referenceClassName);
+}
+
+bool isKeyProperty(const CIMConstProperty& property) {
+    static const CIMName key("Key");
+    Uint32 index = property.findQualifier(key);
+    if (index == PEG_NOT_FOUND)
+        return false;
+    const CIMValue& value = property.getQualifier(index).getValue();
+    Boolean isKey = false;
+    if (!value.isArray() && value.getType() == CIMTYPE_BOOLEAN)
+        value.get(isKey);
+    return isKey;
+}
+
+CIMProperty::CIMProperty() = default;
+
+CIMProperty::CIMProperty(const CIMProperty& x) = default;
+
+CIMProperty::CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
+                         const CIMName& referenceClassName, const CIMName& classOrigin,
+                         Boolean propagated)
+    : _rep(std::make_shared<CIMPropertyRep>(name, value, arraySize, referenceClassName, classOrigin,
+                                            propagated)) {}
+
+CIMProperty::CIMProperty(std::shared_ptr<CIMPropertyRep> rep) : _rep(std::move(rep)) {}
+
+CIMProperty::~CIMProperty() = default;
+
+CIMProperty& CIMProperty::operator=(const CIMProperty& x) = default;
+
+const CIMName& CIMProperty::getName() const {
+    return checkedRep(_rep).name;
+}
+
+void CIMProperty::setName(const CIMName& name) {
+    CIMPropertyRep& rep = checkedRep(_rep);
+    checkRenameAllowed(rep.owners, rep.name, checkedName(name), "property");
+    rep.name = name;
+}
+
+const CIMValue& CIMProperty::getValue() const {
+    return checkedRep(_rep).value;
+}
+
+CIMType CIMProperty::getType() const {
+    return checkedRep(_rep).value.getType();
+}
+
+Boolean CIMProperty::isArray() const {
+    return checkedRep(_rep).value.isArray();
+}
+
+void CIMProperty::setValue(const CIMValue& value) {
+    CIMPropertyRep& rep = checkedRep(_rep);
+    if (!value.typeCompatible(rep.value))
+        throw TypeMismatchException();
+    if (rep.arraySize != 0 && rep.arraySize != value.getArraySize())
+        throw TypeMismatchException();
+    checkNotReferenceArray(value);
+    rep.value = value;
+}
+
+Uint32 CIMProperty::getArraySize() const {
+    return checkedRep(_rep).arraySize;
+}
+
+const CIMName& CIMProperty::getReferenceClassName() const {
+    return checkedRep(_rep).referenceClassName;
+}
+
+const CIMName& CIMProperty::getClassOrigin() const {
+    return checkedRep(_rep).classOrigin;
+}
+
+void CIMProperty::setClassOrigin(const CIMName& classOrigin) {
+    checkedRep(_rep).classOrigin = classOrigin;
+}
+
+Boolean CIMProperty::getPropagated() const {
+    return checkedRep(_rep).propagated;
+}
+
+void CIMProperty::setPropagated(Boolean propagated) {
+    checkedRep(_rep).propagated = propagated;
+}
+
+CIMProperty& CIMProperty::addQualifier(const CIMQualifier& x) {
+    checkedRep(_rep).qualifiers.add(x);
+    return *this;
+}
+
+Uint32 CIMProperty::findQualifier(const CIMName& name) const {
+    return checkedRep(_rep).qualifiers.find(name);
+}
+
+CIMQualifier CIMProperty::getQualifier(Uint32 index) {
+    return checkedRep(_rep).qualifiers.at(index);
+}
+
+CIMConstQualifier CIMProperty::getQualifier(Uint32 index) const {
+    return checkedRep(_rep).qualifiers.at(index);
+}
+
+void CIMProperty::removeQualifier(Uint32 index) {
+    checkedRep(_rep).qualifiers.remove(index);
+}
+
+Uint32 CIMProperty::getQualifierCount() const {
+    return checkedRep(_rep).qualifiers.size();
+}
+
+Boolean CIMProperty::identical(const CIMConstProperty& x) const {
+    return identicalProperties(checkedRep(_rep), checkedRep(x._rep));
+}
+
+CIMProperty CIMProperty::clone() const {
+    return CIMProperty(cloneOf(_rep));
+}
+
+Boolean CIMProperty::isUninitialized() const {
+    return !_rep;
+}
+
+CIMConstProperty::CIMConstProperty() = default;
+
+CIMConstProperty::CIMConstProperty(const CIMConstProperty& x) = default;
+
+CIMConstProperty::CIMConstProperty(const CIMProperty& x) : _rep(x._rep) {}
+
+CIMConstProperty::CIMConstProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
+                                   const CIMName& referenceClassName, const CIMName& classOrigin,
+                                   Boolean propagated)
+    : _rep(std::make_shared<CIMPropertyRep>(name, value, arraySize, referenceClassName, classOrigin,
+                                            propagated)) {}
+
+CIMConstProperty::~CIMConstProperty() = default;
+
+CIMConstProperty& CIMConstProperty::operator=(const CIMConstProperty& x) = default;
+
+CIMConstProperty& CIMConstProperty::operator=(const CIMProperty& x) {
+    _rep = x._rep;
+    return *this;
+}
+
+const CIMName& CIMConstProperty::getName() const {
+    return checkedRep(_rep).name;
+}
+
+const CIMValue& CIMConstProperty::getValue() const {
+    return checkedRep(_rep).value;
+}
+
+CIMType CIMConstProperty::getType() const {
+    return checkedRep(_rep).value.getType();
+}
+
+Boolean CIMConstProperty::isArray() const {
+    return checkedRep(_rep).value.isArray();
+}
+
+Uint32 CIMConstProperty::getArraySize() const {
+    return checkedRep(_rep).arraySize;
+}
+
+const CIMName& CIMConstProperty::getReferenceClassName() const {
+    return checkedRep(_rep).referenceClassName;
+}
+
+const CIMName& CIMConstProperty::getClassOrigin() const {
+    return checkedRep(_rep).classOrigin;
+}
+
+Boolean CIMConstProperty::getPropagated() const {
+    return checkedRep(_rep).propagated;
+}
+
+Uint32 CIMConstProperty::findQualifier(const CIMName& name) const {
+    return checkedRep(_rep).qualifiers.find(name);
+}
+
+CIMConstQualifier CIMConstProperty::getQualifier(Uint32 index) const {
+    return checkedRep(_rep).qualifiers.at(index);
+}
+
+Uint32 CIMConstProperty::getQualifierCount() const {
+    return checkedRep(_rep).qualifiers.size();
+}
+
+Boolean CIMConstProperty::identical(const CIMConstProperty& x) const {
+    return identicalProperties(checkedRep(_rep), checkedRep(x._rep));
+}
+
+CIMProperty CIMConstProperty::clone() const {
+    return CIMProperty(cloneOf(_rep));
+}
+
+Boolean CIMConstProperty::isUninitialized() const {
+    return !_rep;
+}
+
+PEGASUS_NAMESPACE_END

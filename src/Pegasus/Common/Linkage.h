@@ -1,0 +1,9 @@
+#include <Pegasus/Common/Config.h>
+
+#ifndef PEGASUS_COMMON_LINKAGE
+#ifdef PEGASUS_COMMON_INTERNAL
+#define PEGASUS_COMMON_LINKAGE PEGASUS_EXPORT
+#else
+#define PEGASUS_COMMON_LINKAGE PEGASUS_IMPORT
+#endif
+#endif

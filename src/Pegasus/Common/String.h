@@ -1,0 +1,142 @@
+#ifndef Pegasus_String_h
+#define Pegasus_String_h
+
+#include <iostream>
+#include <cstdarg>
+#include <string>
+#include <vector>
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/Char16.h>
+#include <Pegasus/Common/Linkage.h>
+
+PEGASUS_NAMESPACE_BEGIN
+
+class String;
+
+// A UTF-8 copy of a String, valid for as long as the CString lives.
+class PEGASUS_COMMON_LINKAGE CString {
+public:
+    CString();
+    CString(const CString& cstr);
+    ~CString();
+    CString& operator=(const CString& cstr);
+    operator const char*() const;
+
+private:
+    explicit CString(std::string utf8);
+    friend class String;
+    std::string _utf8;
+};
+
+// The CIM string type: a sequence of UTF-16 code units. Text given as
+// const char* is taken to be UTF-8. Case-insensitive operations fold only
+// the ASCII letters.
+class PEGASUS_COMMON_LINKAGE String {
+public:
+    static const String EMPTY;
+
+    String();
+    String(const String& str);
+    String(const String& str, Uint32 n);
+    String(const Char16* str);
+    String(const Char16* str, Uint32 n);
+    String(const char* str);
+    String(const char* str, Uint32 n);
+    ~String();
+
+    String& operator=(const String& str);
+    String& assign(const String& str);
+    String& assign(const Char16* str);
+    String& assign(const Char16* str, Uint32 n);
+    String& assign(const char* str);
+    String& assign(const char* str, Uint32 n);
+
+    void clear();
+    void reserveCapacity(Uint32 capacity);
+    Uint32 size() const;
+    const Char16* getChar16Data() const;
+    CString getCString() const;
+
+    Char16& operator[](Uint32 index);
+    const Char16 operator[](Uint32 index) const;
+
+    String& append(const Char16& c);
+    String& append(const Char16* str, Uint32 n);
+    String& append(const String& str);
+
+    void remove(Uint32 index, Uint32 size = PEG_NOT_FOUND);
+    String subString(Uint32 index, Uint32 n = PEG_NOT_FOUND) const;
+
+    Uint32 find(Char16 c) const;
+    Uint32 find(Uint32 index, Char16 c) const;
+    Uint32 find(const String& s) const;
+    Uint32 reverseFind(Char16 c) const;
+
+    void toLower();
+
+    PEGASUS_FORMAT(2, 3)
+    void appendPrintf(const char* format, ...);
+
+#ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
+    void toUpper();
+#endif
+
+    static int compare(const String& s1, const String& s2, Uint32 n);
+    static int compare(const String& s1, const String& s2);
+    static int compareNoCase(const String& s1, const String& s2);
+    static Boolean equal(const String& s1, const String& s2);
+    static Boolean equalNoCase(const String& s1, const String& s2);
+
+#ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
+    String(const String& s1, const String& s2);
+    String(const String& s1, const char* s2);
+    String(const char* s1, const String& s2);
+    String& operator=(const char* str);
+    Uint32 find(const char* s) const;
+    static Boolean equal(const String& s1, const char* s2);
+    static int compare(const String& s1, const char* s2);
+    String& append(const char* str);
+    String& append(const char* str, Uint32 size);
+    static Boolean equalNoCase(const String& s1, const char* s2);
+#endif
+
+private:
+    void _appendUtf8(const char* str, size_t n);
+    Uint32 _length() const {
+        return Uint32(_units.size() - 1);
+    }
+
+    // Always holds a terminating null unit after the text.
+    std::vector<Char16> _units;
+};
+
+PEGASUS_COMMON_LINKAGE Boolean operator==(const String& str1, const String& str2);
+PEGASUS_COMMON_LINKAGE Boolean operator==(const String& str1, const char* str2);
+PEGASUS_COMMON_LINKAGE Boolean operator==(const char* str1, const String& str2);
+PEGASUS_COMMON_LINKAGE Boolean operator!=(const String& str1, const String& str2);
+PEGASUS_COMMON_LINKAGE PEGASUS_STD(ostream) & operator<<(PEGASUS_STD(ostream) & os,
+                                                         const String& str);
+PEGASUS_COMMON_LINKAGE String operator+(const String& str1, const String& str2);
+PEGASUS_COMMON_LINKAGE Boolean operator<(const String& str1, const String& str2);
+PEGASUS_COMMON_LINKAGE Boolean operator<=(const String& str1, const String& str2);
+PEGASUS_COMMON_LINKAGE Boolean operator>(const String& str1, const String& str2);
+PEGASUS_COMMON_LINKAGE Boolean operator>=(const String& str1, const String& str2);
+
+#ifdef PEGASUS_USE_EXPERIMENTAL_INTERFACES
+PEGASUS_COMMON_LINKAGE Boolean operator!=(const String& s1, const char* s2);
+PEGASUS_COMMON_LINKAGE Boolean operator!=(const char* s1, const String& s2);
+PEGASUS_COMMON_LINKAGE Boolean operator<(const String& s1, const char* s2);
+PEGASUS_COMMON_LINKAGE Boolean operator<(const char* s1, const String& s2);
+PEGASUS_COMMON_LINKAGE Boolean operator>(const String& s1, const char* s2);
+PEGASUS_COMMON_LINKAGE Boolean operator>(const char* s1, const String& s2);
+PEGASUS_COMMON_LINKAGE Boolean operator<=(const String& s1, const char* s2);
+PEGASUS_COMMON_LINKAGE Boolean operator<=(const char* s1, const String& s2);
+PEGASUS_COMMON_LINKAGE Boolean operator>=(const String& s1, const char* s2);
+PEGASUS_COMMON_LINKAGE Boolean operator>=(const char* s1, const String& s2);
+PEGASUS_COMMON_LINKAGE String operator+(const String& s1, const char* s2);
+PEGASUS_COMMON_LINKAGE String operator+(const char* s1, const String& s2);
+#endif
+
+PEGASUS_NAMESPACE_END
+
+#endif /* Pegasus_String_h */

@@ -1,0 +1,136 @@
+#ifndef KSV_CIMXML_RESPONSE_H
+#define KSV_CIMXML_RESPONSE_H
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMParamValue.h>
+#include <Pegasus/Common/CIMStatusCode.h>
+#include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/Exception.h>
+#include <Pegasus/Common/String.h>
+
+#include <cimxml/Operation.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ksv::cimxml {
+
+/// Host and namespace that complete object paths which lack them where DSP0201 requires full
+/// paths (the INSTANCEPATH or CLASSPATH of VALUE.OBJECTWITHPATH and OBJECTPATH).
+struct PathDefaults {
+    Pegasus::String host;
+    Pegasus::CIMNamespaceName nameSpace;
+};
+
+/// Writes the response to one intrinsic operation piece by piece into a buffer the caller owns,
+/// so that a server can send each object as its provider delivers it without holding the whole
+/// answer. The caller may send and clear `out` between calls; the writer only appends to it.
+///
+/// The head (XML declaration through IRETURNVALUE) is written with the first object or by
+/// finish(); until then hasStarted() is false and the caller can still answer with
+/// appendErrorResponse() instead. Each write picks the element DSP0200 prescribes for the
+/// operation:
+///   GetClass, EnumerateClasses            writeClass       CLASS
+///   EnumerateClassNames                   writeClassName   CLASSNAME
+///   GetInstance                           writeInstance    INSTANCE
+///   EnumerateInstances                    writeInstance    VALUE.NAMEDINSTANCE (needs the path)
+///   Associators, References               writeObject      VALUE.OBJECTWITHPATH
+///   EnumerateInstanceNames, CreateInstance writeObjectPath INSTANCENAME
+///   AssociatorNames, ReferenceNames       writeObjectPath  OBJECTPATH
+///   GetProperty                           writeValue       VALUE, VALUE.ARRAY or VALUE.REFERENCE
+///   ModifyInstance, DeleteInstance, SetProperty: nothing; finish() alone.
+/// A write that does not fit the operation throws CIMException(CIM_ERR_FAILED).
+/// Not thread-safe; one writer per response.
+class IMethodResponseWriter {
+public:
+    IMethodResponseWriter(std::string& out, std::string messageId, Operation operation,
+                          PathDefaults defaults = PathDefaults());
+
+    void writeClass(const Pegasus::CIMConstClass& cimClass);
+    void writeClassName(const Pegasus::CIMName& className);
+    void writeInstance(const Pegasus::CIMConstInstance& instance);
+    /// A class or an instance; writeObject of an instance also serves GetInstance and
+    /// EnumerateInstances, of a class GetClass and EnumerateClasses.
+    void writeObject(const Pegasus::CIMConstObject& object);
+    void writeObjectPath(const Pegasus::CIMObjectPath& path);
+    /// A null value writes nothing (GetProperty of a null property).
+    void writeValue(const Pegasus::CIMValue& value);
+
+    /// Writes the tail, and the head if nothing was written yet. Call once.
+    void finish();
+
+    bool hasStarted() const { return _started; }
+
+private:
+    void _start();
+    void _require(bool fits, const char* what) const;
+
+    std::string& _out;
+    std::string _messageId;
+    Operation _operation;
+    PathDefaults _defaults;
+    bool _started = false;
+};
+
+/// The whole response to an extrinsic method call: METHODRESPONSE with RETURNVALUE (left out
+/// when the value is null) and one PARAMVALUE per output parameter, each with its PARAMTYPE.
+void appendMethodResponse(std::string& out, std::string_view messageId,
+                          const Pegasus::CIMName& methodName, const Pegasus::CIMValue& returnValue,
+                          const Pegasus::Array<Pegasus::CIMParamValue>& outParameters);
+
+/// The whole response to a failed call: IMETHODRESPONSE (intrinsic) or METHODRESPONSE with
+/// ERROR CODE and DESCRIPTION.
+void appendErrorResponse(std::string& out, std::string_view messageId, std::string_view methodName,
+                         bool intrinsic, Pegasus::CIMStatusCode code,
+                         const Pegasus::String& description);
+
+/// The ERROR of a response.
+struct ResponseError {
+    Pegasus::CIMStatusCode code = Pegasus::CIM_ERR_FAILED;
+    Pegasus::String description;
+};
+
+/// A decoded response. Only the fields of the operation it answers are filled in.
+struct OperationResponse {
+    std::string messageId;
+    /// IMETHODRESPONSE or METHODRESPONSE NAME.
+    std::string methodName;
+    std::optional<ResponseError> error;
+
+    /// GetClass (one), EnumerateClasses.
+    Pegasus::Array<Pegasus::CIMClass> classes;
+    /// EnumerateClassNames.
+    Pegasus::Array<Pegasus::CIMName> classNames;
+    /// GetInstance (one), EnumerateInstances (each with its path).
+    Pegasus::Array<Pegasus::CIMInstance> instances;
+    /// Associators, References: instances or classes, each with its full path.
+    Pegasus::Array<Pegasus::CIMObject> objects;
+    /// EnumerateInstanceNames, CreateInstance (one), AssociatorNames, ReferenceNames.
+    Pegasus::Array<Pegasus::CIMObjectPath> paths;
+    /// GetProperty (a string, string array or reference, since DSP0201 sends no type; null when
+    /// the response holds no value); the RETURNVALUE of InvokeMethod, typed by its PARAMTYPE.
+    Pegasus::CIMValue value;
+    /// Output PARAMVALUEs of InvokeMethod.
+    Pegasus::Array<Pegasus::CIMParamValue> outParameters;
+
+    /// Throws CIMException with the ERROR's code and description, if there is one.
+    void throwIfError() const;
+};
+
+/// Decodes the response to `operation`. Throws ProtocolError (NotWellFormed or NotValid) for a
+/// body that is not a CIM-XML response to that operation, including an IMETHODRESPONSE or
+/// METHODRESPONSE whose NAME is not `expectedMethodName` (the intrinsic operation's name, or
+/// the extrinsic method's).
+OperationResponse decodeResponse(std::string_view body, Operation operation,
+                                 std::string_view expectedMethodName);
+
+} // namespace ksv::cimxml
+
+#endif

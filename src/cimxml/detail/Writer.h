@@ -1,0 +1,90 @@
+#ifndef KSV_CIMXML_DETAIL_WRITER_H
+#define KSV_CIMXML_DETAIL_WRITER_H
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMDateTime.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMMethod.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMParamValue.h>
+#include <Pegasus/Common/CIMParameter.h>
+#include <Pegasus/Common/CIMProperty.h>
+#include <Pegasus/Common/CIMQualifier.h>
+#include <Pegasus/Common/CIMValue.h>
+#include <Pegasus/Common/String.h>
+
+#include <string>
+#include <string_view>
+
+namespace ksv::cimxml::detail {
+
+/// Appends DSP0201 elements to a caller's buffer. Holds a scratch string so that writing many
+/// string values reuses one allocation.
+class Writer {
+public:
+    explicit Writer(std::string& out) : _out(out) {}
+
+    void value(const Pegasus::CIMValue& value);
+    void className(const Pegasus::CIMName& className);
+    void instanceName(const Pegasus::CIMObjectPath& path);
+    void localNamespacePath(const Pegasus::CIMNamespaceName& nameSpace);
+    void instancePath(const Pegasus::CIMObjectPath& path);
+    void classPath(const Pegasus::CIMObjectPath& path);
+    void localInstancePath(const Pegasus::CIMObjectPath& path);
+    void localClassPath(const Pegasus::CIMObjectPath& path);
+    void objectPath(const Pegasus::CIMObjectPath& path);
+    void valueReference(const Pegasus::CIMObjectPath& path);
+
+    void qualifier(const Pegasus::CIMConstQualifier& qualifier);
+    void property(const Pegasus::CIMConstProperty& property);
+    void method(const Pegasus::CIMConstMethod& method);
+    void instance(const Pegasus::CIMConstInstance& instance);
+    void cimClass(const Pegasus::CIMConstClass& cimClass);
+    void object(const Pegasus::CIMConstObject& object);
+    void paramValue(const Pegasus::CIMParamValue& parameter);
+
+    /// ` NAME="value"`, escaped.
+    void attribute(const char* name, const Pegasus::String& value);
+    void attribute(const char* name, std::string_view utf8);
+    void raw(std::string_view text) { _out.append(text); }
+
+private:
+    void _namespacePath(const Pegasus::String& host, const Pegasus::CIMNamespaceName& nameSpace);
+    void _keyBinding(const Pegasus::CIMKeyBinding& binding);
+    void _typeAttributes(Pegasus::CIMType type);
+    void _originAttributes(const Pegasus::CIMName& classOrigin, Pegasus::Boolean propagated);
+    void _flavorAttributes(const Pegasus::CIMFlavor& flavor);
+    template <class Element>
+    void _qualifiers(const Element& element);
+    void _parameter(const Pegasus::CIMConstParameter& parameter);
+    void _scalarValue(const Pegasus::CIMValue& value);
+    void _arrayValue(const Pegasus::CIMValue& value);
+    template <class Item>
+    void _arrayItems(const Pegasus::CIMValue& value);
+
+    void _text(Pegasus::Boolean x);
+    void _text(Pegasus::Uint8 x);
+    void _text(Pegasus::Sint8 x);
+    void _text(Pegasus::Uint16 x);
+    void _text(Pegasus::Sint16 x);
+    void _text(Pegasus::Uint32 x);
+    void _text(Pegasus::Sint32 x);
+    void _text(Pegasus::Uint64 x);
+    void _text(Pegasus::Sint64 x);
+    void _text(Pegasus::Real32 x);
+    void _text(Pegasus::Real64 x);
+    void _text(const Pegasus::Char16& x);
+    void _text(const Pegasus::String& x);
+    void _text(const Pegasus::CIMDateTime& x);
+    void _text(const Pegasus::CIMObject& x);
+    void _text(const Pegasus::CIMInstance& x);
+
+    std::string& _out;
+    Pegasus::String _scratch;
+};
+
+} // namespace ksv::cimxml::detail
+
+#endif

@@ -1,0 +1,279 @@
+#include <Pegasus/Common/CIMClass.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+PEGASUS_USING_PEGASUS;
+
+namespace {
+
+std::string text(const String& s) {
+    return std::string(s.getCString());
+}
+
+CIMProperty keyProperty(const char* name, const CIMValue& key) {
+    CIMProperty property(CIMName(name), CIMValue(String("")));
+    property.addQualifier(CIMQualifier(CIMName("Key"), key));
+    return property;
+}
+
+// A disk class as the repository gives it out: one class qualifier, an
+// inherited key, an own property with a default and a qualifier.
+CIMClass diskClass() {
+    CIMClass disk(CIMName("KSV_DiskDrive"), CIMName("CIM_DiskDrive"));
+    disk.addQualifier(CIMQualifier(CIMName("Version"), CIMValue(String("1.0"))));
+    CIMProperty deviceId = keyProperty("DeviceID", CIMValue(true));
+    deviceId.setClassOrigin(CIMName("CIM_LogicalDevice"));
+    deviceId.setPropagated(true);
+    disk.addProperty(deviceId);
+    CIMProperty speed(CIMName("Speed"), CIMValue(Uint64(15000)), 0, CIMName(),
+                      CIMName("KSV_DiskDrive"));
+    speed.addQualifier(CIMQualifier(CIMName("Units"), CIMValue(String("RPM"))));
+    disk.addProperty(speed);
+    disk.addProperty(CIMProperty(CIMName("Ports"), CIMValue(CIMTYPE_STRING, true)));
+    return disk;
+}
+
+CIMPropertyList listOf(std::initializer_list<const char*> names) {
+    Array<CIMName> array;
+    for (const char* name : names)
+        array.append(CIMName(name));
+    return CIMPropertyList(array);
+}
+
+TEST(CIMClassBuildInstance, AllPropertiesWithDefaultsForANullList) {
+    CIMInstance disk = diskClass().buildInstance(false, false, CIMPropertyList());
+    EXPECT_EQ(disk.getClassName(), CIMName("KSV_DiskDrive"));
+    EXPECT_EQ(disk.getPath().getClassName(), CIMName("KSV_DiskDrive"));
+    EXPECT_TRUE(disk.getPath().getKeyBindings().size() == 0);
+    ASSERT_EQ(disk.getPropertyCount(), 3u);
+    EXPECT_EQ(disk.getProperty(1).getValue(), CIMValue(Uint64(15000)));
+    EXPECT_TRUE(disk.getProperty(2).getValue().isNull());
+    EXPECT_TRUE(disk.getProperty(2).isArray());
+    EXPECT_TRUE(disk.getProperty(0).getPropagated());
+    EXPECT_FALSE(disk.getProperty(1).getPropagated());
+}
+
+TEST(CIMClassBuildInstance, QualifiersOnlyWhenAsked) {
+    CIMClass cimClass = diskClass();
+    CIMInstance plain = cimClass.buildInstance(false, true, CIMPropertyList());
+    EXPECT_EQ(plain.getQualifierCount(), 0u);
+    EXPECT_EQ(plain.getProperty(0).getQualifierCount(), 0u);
+
+    CIMInstance qualified = cimClass.buildInstance(true, true, CIMPropertyList());
+    ASSERT_EQ(qualified.getQualifierCount(), 1u);
+    EXPECT_EQ(qualified.getQualifier(0).getName(), CIMName("Version"));
+    EXPECT_EQ(qualified.getProperty(0).findQualifier(CIMName("key")), 0u);
+    EXPECT_EQ(qualified.getProperty(1).findQualifier(CIMName("Units")), 0u);
+}
+
+TEST(CIMClassBuildInstance, ClassOriginOnlyWhenAsked) {
+    CIMClass cimClass = diskClass();
+    CIMInstance withOrigin = cimClass.buildInstance(false, true, CIMPropertyList());
+    EXPECT_EQ(withOrigin.getProperty(0).getClassOrigin(), CIMName("CIM_LogicalDevice"));
+    EXPECT_EQ(withOrigin.getProperty(1).getClassOrigin(), CIMName("KSV_DiskDrive"));
+    CIMInstance without = cimClass.buildInstance(true, false, CIMPropertyList());
+    EXPECT_TRUE(without.getProperty(0).getClassOrigin().isNull());
+    EXPECT_TRUE(without.getProperty(1).getClassOrigin().isNull());
+}
+
+TEST(CIMClassBuildInstance, ListSelectsInClassOrderWithoutRegardToCase) {
+    CIMInstance disk =
+        diskClass().buildInstance(false, false, listOf({"PORTS", "Unknown", "deviceid"}));
+    ASSERT_EQ(disk.getPropertyCount(), 2u);
+    EXPECT_EQ(disk.getProperty(0).getName(), CIMName("DeviceID"));
+    EXPECT_EQ(disk.getProperty(1).getName(), CIMName("Ports"));
+}
+
+TEST(CIMClassBuildInstance, EmptyListGivesNoProperties) {
+    CIMInstance disk = diskClass().buildInstance(true, true, listOf({}));
+    EXPECT_EQ(disk.getPropertyCount(), 0u);
+    EXPECT_EQ(disk.getQualifierCount(), 1u);
+}
+
+TEST(CIMClassBuildInstance, InstanceIsIndependentOfTheClass) {
+    CIMClass cimClass = diskClass();
+    CIMInstance disk = cimClass.buildInstance(true, true, CIMPropertyList());
+    disk.getProperty(1).setValue(CIMValue(Uint64(7200)));
+    disk.getProperty(1).getQualifier(0).setValue(CIMValue(String("changed")));
+    disk.getQualifier(0).setValue(CIMValue(String("2.0")));
+    disk.addProperty(CIMProperty(CIMName("Extra"), CIMValue(true)));
+
+    EXPECT_EQ(cimClass.getProperty(1).getValue(), CIMValue(Uint64(15000)));
+    EXPECT_EQ(cimClass.getProperty(1).getQualifier(0).getValue(), CIMValue(String("RPM")));
+    EXPECT_EQ(cimClass.getQualifier(0).getValue(), CIMValue(String("1.0")));
+    EXPECT_EQ(cimClass.getPropertyCount(), 3u);
+}
+
+TEST(CIMClassBuildInstance, UninitializedClassThrows) {
+    EXPECT_THROW(CIMClass().buildInstance(true, true, CIMPropertyList()),
+                 UninitializedObjectException);
+}
+
+TEST(CIMClassKeys, KeyNamesInPropertyOrderOnlyForTrueBooleanKeys) {
+    CIMClass cimClass(CIMName("KSV_Pair"));
+    cimClass.addProperty(keyProperty("Second", CIMValue(true)));
+    cimClass.addProperty(keyProperty("NotKey", CIMValue(false)));
+    cimClass.addProperty(keyProperty("TextKey", CIMValue(String("true"))));
+    cimClass.addProperty(keyProperty("First", CIMValue(true)));
+    cimClass.addProperty(keyProperty("NullKey", CIMValue(CIMTYPE_BOOLEAN, false)));
+    cimClass.addProperty(CIMProperty(CIMName("Plain"), CIMValue(true)));
+
+    Array<CIMName> keyNames;
+    keyNames.append(CIMName("Stale"));
+    cimClass.getKeyNames(keyNames);
+    ASSERT_EQ(keyNames.size(), 2u);
+    EXPECT_EQ(keyNames[0], CIMName("Second"));
+    EXPECT_EQ(keyNames[1], CIMName("First"));
+    EXPECT_TRUE(cimClass.hasKeys());
+    EXPECT_FALSE(CIMConstClass(CIMName("KSV_Keyless")).hasKeys());
+}
+
+TEST(CIMClassKeys, ConstViewSeesTheSameKeys) {
+    CIMConstClass view(diskClass());
+    Array<CIMName> keyNames;
+    view.getKeyNames(keyNames);
+    ASSERT_EQ(keyNames.size(), 1u);
+    EXPECT_EQ(keyNames[0], CIMName("DeviceID"));
+}
+
+TEST(CIMClassQualifiers, AssociationAndAbstractNeedATrueBoolean) {
+    CIMClass association(CIMName("KSV_SystemDisk"));
+    EXPECT_FALSE(association.isAssociation());
+    association.addQualifier(CIMQualifier(CIMName("ASSOCIATION"), CIMValue(true)));
+    EXPECT_TRUE(association.isAssociation());
+    EXPECT_FALSE(association.isAbstract());
+
+    CIMClass notAbstract(CIMName("KSV_Thing"));
+    notAbstract.addQualifier(CIMQualifier(CIMName("Abstract"), CIMValue(false)));
+    notAbstract.addQualifier(CIMQualifier(CIMName("Association"), CIMValue(String("true"))));
+    EXPECT_FALSE(notAbstract.isAbstract());
+    EXPECT_FALSE(notAbstract.isAssociation());
+}
+
+TEST(CIMClassProperties, ReferenceNeedsAReferenceClass) {
+    CIMClass association(CIMName("KSV_SystemDisk"));
+    CIMObjectPath path(String("KSV_DiskDrive.DeviceID=\"D1\""));
+    EXPECT_THROW(association.addProperty(CIMProperty(CIMName("Dependent"), CIMValue(path))),
+                 TypeMismatchException);
+    association.addProperty(
+        CIMProperty(CIMName("Dependent"), CIMValue(path), 0, CIMName("KSV_DiskDrive")));
+    EXPECT_EQ(association.getProperty(0).getReferenceClassName(), CIMName("KSV_DiskDrive"));
+
+    CIMInstance instance(CIMName("KSV_SystemDisk"));
+    EXPECT_NO_THROW(instance.addProperty(CIMProperty(CIMName("Dependent"), CIMValue(path))));
+}
+
+TEST(CIMClassProperties, DuplicateNamesAreRefused) {
+    CIMClass cimClass = diskClass();
+    EXPECT_THROW(cimClass.addProperty(CIMProperty(CIMName("SPEED"), CIMValue(Uint64(1)))),
+                 AlreadyExistsException);
+}
+
+TEST(CIMClassMethods, MethodsAndParametersAreNamedMembers) {
+    CIMMethod locate(CIMName("Locate"), CIMTYPE_UINT32);
+    locate.addParameter(CIMParameter(CIMName("State"), CIMTYPE_BOOLEAN));
+    locate.addParameter(
+        CIMParameter(CIMName("Target"), CIMTYPE_REFERENCE, false, 0, CIMName("KSV_Magazine")));
+    EXPECT_THROW(locate.addParameter(CIMParameter(CIMName("state"), CIMTYPE_UINT8)),
+                 AlreadyExistsException);
+    CIMClass cimClass = diskClass();
+    cimClass.addMethod(locate);
+    EXPECT_THROW(cimClass.addMethod(CIMMethod(CIMName("LOCATE"), CIMTYPE_UINT32)),
+                 AlreadyExistsException);
+
+    ASSERT_EQ(cimClass.findMethod(CIMName("locate")), 0u);
+    CIMConstMethod found = CIMConstClass(cimClass).getMethod(0);
+    EXPECT_EQ(found.getType(), CIMTYPE_UINT32);
+    EXPECT_EQ(found.findParameter(CIMName("TARGET")), 1u);
+    EXPECT_EQ(found.getParameter(1).getReferenceClassName(), CIMName("KSV_Magazine"));
+    cimClass.removeMethod(0);
+    EXPECT_EQ(cimClass.getMethodCount(), 0u);
+    EXPECT_THROW(cimClass.getMethod(0), IndexOutOfBoundsException);
+}
+
+TEST(CIMClassMethods, ParameterShapesAreChecked) {
+    EXPECT_THROW(CIMParameter(CIMName("P"), CIMTYPE_UINT8, false, 2), TypeMismatchException);
+    EXPECT_THROW(CIMParameter(CIMName("P"), CIMTYPE_REFERENCE), TypeMismatchException);
+    EXPECT_THROW(CIMParameter(CIMName("P"), CIMTYPE_STRING, false, 0, CIMName("C")),
+                 TypeMismatchException);
+    EXPECT_EQ(CIMParameter(CIMName("P"), CIMTYPE_UINT8, true, 2).getArraySize(), 2u);
+}
+
+TEST(CIMClassMethods, CloneCopiesMethodsDeeply) {
+    CIMClass cimClass = diskClass();
+    cimClass.addMethod(CIMMethod(CIMName("Locate"), CIMTYPE_UINT32));
+    CIMClass copy = cimClass.clone();
+    EXPECT_TRUE(copy.identical(cimClass));
+    copy.getMethod(0).addParameter(CIMParameter(CIMName("State"), CIMTYPE_BOOLEAN));
+    EXPECT_EQ(cimClass.getMethod(0).getParameterCount(), 0u);
+    EXPECT_FALSE(copy.identical(cimClass));
+}
+
+TEST(CIMClassIdentity, SuperclassAndMethodOriginTakePart) {
+    CIMClass cimClass = diskClass();
+    EXPECT_EQ(cimClass.getSuperClassName(), CIMName("CIM_DiskDrive"));
+    CIMClass other = cimClass.clone();
+    other.setSuperClassName(CIMName("CIM_MediaAccessDevice"));
+    EXPECT_FALSE(cimClass.identical(other));
+
+    cimClass.addMethod(CIMMethod(CIMName("Locate"), CIMTYPE_UINT32, CIMName("KSV_DiskDrive")));
+    CIMClass inherited = cimClass.clone();
+    inherited.getMethod(0).setPropagated(true);
+    EXPECT_FALSE(cimClass.identical(inherited));
+}
+
+TEST(CIMClassIdentity, ObjectViewOfAClassIsNoInstance) {
+    CIMObject object(diskClass());
+    EXPECT_TRUE(object.isClass());
+    EXPECT_FALSE(object.isInstance());
+    EXPECT_EQ(CIMClass(object).getSuperClassName(), CIMName("CIM_DiskDrive"));
+    EXPECT_THROW(CIMConstClass{CIMObject{CIMInstance{CIMName("C")}}}, DynamicCastFailedException);
+    EXPECT_EQ(text(CIMObject(CIMClass(CIMName("A"), CIMName("B"))).toString()),
+              "<CLASS NAME=\"A\"  SUPERCLASS=\"B\" >\n</CLASS>\n");
+}
+
+TEST(CIMObjectText, ClassPrintsQualifiersPropertiesAndMethodsAsXml) {
+    CIMClass association(CIMName("KSV_SystemDisk"));
+    association.addQualifier(CIMQualifier(CIMName("Association"), CIMValue(true)));
+    association.addProperty(CIMProperty(
+        CIMName("Dependent"), CIMValue(CIMObjectPath(String("KSV_DiskDrive.DeviceID=\"D1\""))), 0,
+        CIMName("KSV_DiskDrive"), CIMName("KSV_SystemDisk")));
+    Array<Uint16> ports;
+    ports.append(2);
+    association.addProperty(
+        CIMProperty(CIMName("Ports"), CIMValue(ports), 0, CIMName(), CIMName(), true));
+    CIMMethod locate(CIMName("Locate"), CIMTYPE_UINT32);
+    locate.addParameter(CIMParameter(CIMName("State"), CIMTYPE_BOOLEAN));
+    association.addMethod(locate);
+
+    EXPECT_EQ(text(CIMObject(association).toString()),
+              "<CLASS NAME=\"KSV_SystemDisk\" >\n"
+              "<QUALIFIER NAME=\"Association\" TYPE=\"boolean\" OVERRIDABLE=\"false\""
+              " TOSUBCLASS=\"false\">\n"
+              "<VALUE>TRUE</VALUE>\n"
+              "</QUALIFIER>\n"
+              "<PROPERTY.REFERENCE NAME=\"Dependent\"  REFERENCECLASS=\"KSV_DiskDrive\""
+              " CLASSORIGIN=\"KSV_SystemDisk\">\n"
+              "<VALUE.REFERENCE>\n"
+              "<INSTANCENAME CLASSNAME=\"KSV_DiskDrive\">\n"
+              "<KEYBINDING NAME=\"DeviceID\">\n"
+              "<KEYVALUE VALUETYPE=\"string\">D1</KEYVALUE>\n"
+              "</KEYBINDING>\n"
+              "</INSTANCENAME>\n"
+              "</VALUE.REFERENCE>\n"
+              "</PROPERTY.REFERENCE>\n"
+              "<PROPERTY.ARRAY NAME=\"Ports\"  TYPE=\"uint16\" PROPAGATED=\"true\">\n"
+              "<VALUE.ARRAY>\n"
+              "<VALUE>2</VALUE>\n"
+              "</VALUE.ARRAY>\n"
+              "</PROPERTY.ARRAY>\n"
+              "<METHOD NAME=\"Locate\" TYPE=\"uint32\">\n"
+              "<PARAMETER NAME=\"State\" TYPE=\"boolean\">\n"
+              "</PARAMETER>\n"
+              "</METHOD>\n"
+              "</CLASS>\n");
+}
+
+} // namespace

@@ -1,0 +1,210 @@
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMDateTime.h>
+#include <Pegasus/Common/Exception.h>
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+PEGASUS_USING_PEGASUS;
+
+namespace {
+
+std::string utf8(const String& s) {
+    return std::string(static_cast<const char*>(s.getCString()));
+}
+
+CIMDateTime dt(const char* text) {
+    return CIMDateTime(String(text));
+}
+
+std::string error(const char* text) {
+    try {
+        dt(text);
+    } catch (const Exception& e) {
+        return utf8(e.getMessage());
+    }
+    return "accepted";
+}
+
+const Uint64 SECOND = 1000000;
+const Uint64 DAY = 86400 * SECOND;
+
+//------------------------------------------------------------------------------
+// Text form
+//------------------------------------------------------------------------------
+
+TEST(DateTimeText, TimeStampsAndIntervalsPrintAsWritten) {
+    for (const char* text :
+         {"20240229235959.999999+000", "00000101000000.000000+000", "19700101000000.000000-720",
+          "99991231235959.999999+999", "00000000000000.000000:000", "99999999235959.999999:000",
+          "2026**********.******+060", "20261121******.******+000", "202611211030**.******-060",
+          "20261121103000.123***+000", "0000000112****.******:000", "**************.******:000"}) {
+        EXPECT_EQ(text, utf8(dt(text).toString()));
+    }
+    EXPECT_TRUE(dt("00000001000000.000000:000").isInterval());
+    EXPECT_FALSE(dt("20260101000000.000000+000").isInterval());
+    EXPECT_TRUE(dt("20260101000000.000000+000").isTimeStamp());
+    // A zero offset has no sign of its own.
+    EXPECT_EQ("20260101000000.000000+000", utf8(dt("20260101000000.000000-000").toString()));
+}
+
+TEST(DateTimeText, DefaultAndClearedValuesAreTheZeroInterval) {
+    CIMDateTime value = dt("20260101000000.000000+000");
+    value.clear();
+    EXPECT_EQ("00000000000000.000000:000", utf8(value.toString()));
+    EXPECT_EQ("00000000000000.000000:000", utf8(CIMDateTime().toString()));
+}
+
+TEST(DateTimeText, MalformedTextIsRefused) {
+    for (const char* text :
+         {"", "2026-11-21", "20261121103000.000000+0000", "20261121103000.000000+00",
+          "20261121103000.000000*000", "20261121103000,000000+000", "2026112110300*.******+000",
+          "2026********00.******+000", "20261121103000.12*4**+000", "20261121******.1*****+000",
+          "00000001000000.000000:001", "0000000a000000.000000:000", "20261121103000.000000+0a0",
+          "20261121 03000.000000+000"}) {
+        EXPECT_EQ("invalid datetime format", error(text)) << text;
+    }
+}
+
+TEST(DateTimeText, FieldsOutOfRangeAreNamed) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"20261321103000.000000+000", "illegal month number"},
+        {"20260001103000.000000+000", "illegal month number"},
+        {"20260230103000.000000+000", "illegal day number"},
+        {"20230229103000.000000+000", "illegal day number"},
+        {"21000229000000.000000+000", "illegal day number"},
+        {"20260431000000.000000+000", "illegal day number"},
+        {"20261121243000.000000+000", "illegal hours number "},
+        {"20261121106000.000000+000", "illegal minutes number "},
+        {"20261121103060.000000+000", "illegal seconds number "},
+        {"00000001240000.000000:000", "illegal hours number "},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(std::string("DateTime is out of range : ") + c.second, error(c.first)) << c.first;
+    EXPECT_EQ("accepted", error("20000229000000.000000+000"));
+}
+
+TEST(DateTimeText, FieldSettersCheckRanges) {
+    CIMDateTime value;
+    value.setTimeStamp(2026, 2, 28, 23, 59, 59, 999999, 6, -330);
+    EXPECT_EQ("20260228235959.999999-330", utf8(value.toString()));
+    value.setInterval(12, 1, 2, 3, 450000, 2);
+    EXPECT_EQ("00000012010203.45****:000", utf8(value.toString()));
+    value.setTimeStamp(2026, CIMDateTime::WILDCARD, CIMDateTime::WILDCARD, 0, 0, 0, 0, 6, 0);
+    EXPECT_EQ("2026**********.******+000", utf8(value.toString()));
+    EXPECT_THROW(value.setTimeStamp(10000, 1, 1, 0, 0, 0, 0, 6, 0), DateTimeOutOfRangeException);
+    EXPECT_THROW(value.setTimeStamp(2026, 1, 1, 0, 0, 0, 0, 6, 1000), DateTimeOutOfRangeException);
+    EXPECT_THROW(value.setTimeStamp(2026, 1, 1, 0, 0, 0, 1000000, 6, 0),
+                 DateTimeOutOfRangeException);
+    EXPECT_THROW(value.setInterval(0, 0, 0, 0, 0, 7), DateTimeOutOfRangeException);
+    EXPECT_THROW(value.setInterval(100000000, 0, 0, 0, 0, 6), DateTimeOutOfRangeException);
+}
+
+//------------------------------------------------------------------------------
+// Microseconds
+//------------------------------------------------------------------------------
+
+TEST(DateTimeMicroseconds, TimeStampsCountFromYearZeroAtUtc) {
+    EXPECT_EQ(0u, dt("00000101000000.000000+000").toMicroSeconds());
+    EXPECT_EQ(719528 * DAY, dt("19700101000000.000000+000").toMicroSeconds());
+    // 01:00 at UTC+60 is midnight at UTC; 23:00 at UTC-60 is midnight of the next day.
+    EXPECT_EQ(719528 * DAY, dt("19700101010000.000000+060").toMicroSeconds());
+    EXPECT_EQ(719528 * DAY, dt("19691231230000.000000-060").toMicroSeconds());
+    EXPECT_EQ(DAY + 2 * SECOND + 5, dt("00000001000002.000005:000").toMicroSeconds());
+}
+
+TEST(DateTimeMicroseconds, ConstructionFromMicrosecondsRoundTrips) {
+    const CIMDateTime stamp(719528 * DAY + 1, false);
+    EXPECT_EQ("19700101000000.000001+000", utf8(stamp.toString()));
+    const CIMDateTime interval(3 * DAY + 7 * SECOND, true);
+    EXPECT_EQ("00000003000007.000000:000", utf8(interval.toString()));
+    EXPECT_THROW(CIMDateTime(3652425 * DAY, false), DateTimeOutOfRangeException);
+    EXPECT_NO_THROW(CIMDateTime(3652425 * DAY - 1, false));
+    EXPECT_THROW(CIMDateTime(100000000 * DAY, true), DateTimeOutOfRangeException);
+}
+
+TEST(DateTimeMicroseconds, CalendarHoldsAcrossLeapYearsAndCenturies) {
+    for (const char* text :
+         {"16000229120000.000000+000", "19000228235959.999999+000", "19000301000000.000000+000",
+          "20000229000000.000000+000", "20241231000000.000000+000", "99991231235959.999999+000"}) {
+        const CIMDateTime parsed = dt(text);
+        EXPECT_EQ(text, utf8(CIMDateTime(parsed.toMicroSeconds(), false).toString()));
+    }
+    EXPECT_EQ(DAY, dt("19000301000000.000000+000").toMicroSeconds() -
+                       dt("19000228000000.000000+000").toMicroSeconds());
+    EXPECT_EQ(2 * DAY, dt("20000301000000.000000+000").toMicroSeconds() -
+                           dt("20000228000000.000000+000").toMicroSeconds());
+}
+
+//------------------------------------------------------------------------------
+// Comparison
+//------------------------------------------------------------------------------
+
+TEST(DateTimeComparison, SameMomentInOtherZonesIsEqual) {
+    EXPECT_EQ(dt("20261121103000.000000+000"), dt("20261121120000.000000+090"));
+    EXPECT_EQ(dt("20261121103000.000000+000"), dt("20261121053000.000000-300"));
+    EXPECT_TRUE(dt("20261121103000.000000+000") < dt("20261121103000.000001+000"));
+    EXPECT_TRUE(dt("20261121103000.000000+060") < dt("20261121103000.000000+000"));
+    EXPECT_TRUE(dt("00000001000000.000000:000") > dt("00000000235959.999999:000"));
+    EXPECT_TRUE(dt("00000001000000.000000:000") >= dt("00000001000000.000000:000"));
+    EXPECT_TRUE(dt("00000001000000.000000:000") <= dt("00000001000000.000000:000"));
+    EXPECT_TRUE(dt("00000001000000.000000:000") != dt("00000002000000.000000:000"));
+}
+
+TEST(DateTimeComparison, WildcardsMatchAnyDigit) {
+    EXPECT_EQ(dt("20261121******.******+000"), dt("20261121103000.123456+000"));
+    EXPECT_NE(dt("20261121******.******+000"), dt("20261122103000.123456+000"));
+    // Wildcarded minutes are left out of the zone shift, wildcarded hours too.
+    EXPECT_EQ(dt("2026112111****.******+060"), dt("20261121100000.000000+000"));
+    EXPECT_EQ(dt("20261121******.******+060"), dt("20261121230000.000000+000"));
+    EXPECT_EQ(dt("0000000112****.******:000"), dt("00000001125959.000000:000"));
+}
+
+TEST(DateTimeComparison, TimeStampsAndIntervalsDoNotCompare) {
+    EXPECT_THROW(dt("20261121103000.000000+000") == dt("00000001000000.000000:000"),
+                 TypeMismatchException);
+    EXPECT_THROW(CIMDateTime::getDifference(dt("20261121103000.000000+000"),
+                                            dt("00000001000000.000000:000")),
+                 InvalidDateTimeFormatException);
+}
+
+//------------------------------------------------------------------------------
+// Arithmetic
+//------------------------------------------------------------------------------
+
+TEST(DateTimeArithmetic, IntervalsShiftTimeStampsAndScale) {
+    const CIMDateTime hour = dt("00000000010000.000000:000");
+    EXPECT_EQ("20261122003000.000000+060",
+              utf8((dt("20261121233000.000000+060") + hour).toString()));
+    EXPECT_EQ("00000000030000.000000:000", utf8((hour * 3).toString()));
+    EXPECT_EQ("00000000002000.000000:000", utf8((hour / 3).toString()));
+    EXPECT_EQ(4u, dt("00000000040000.000000:000") / hour);
+    EXPECT_EQ("00000000020000.000000:000", utf8((hour * 3 - hour).toString()));
+    EXPECT_THROW(hour + dt("20261121233000.000000+060"), TypeMismatchException);
+    EXPECT_THROW(hour - hour * 2, DateTimeOutOfRangeException);
+    EXPECT_THROW(hour / 0, Exception);
+    EXPECT_THROW(dt("20261121233000.000000+060") * 2, TypeMismatchException);
+}
+
+TEST(DateTimeArithmetic, DifferenceOfTimeStampsIsAnInterval) {
+    const CIMDateTime start = dt("20261121100000.000000+000");
+    const CIMDateTime finish = dt("20261121123000.000000+060");
+    EXPECT_EQ(Sint64(90 * 60 * SECOND), CIMDateTime::getDifference(start, finish));
+    EXPECT_EQ(-Sint64(90 * 60 * SECOND), CIMDateTime::getDifference(finish, start));
+    EXPECT_EQ("00000000013000.000000:000", utf8((finish - start).toString()));
+    // A time stamp minus an interval keeps the zone of the time stamp.
+    EXPECT_EQ("20261121100000.000000+000",
+              utf8((start - dt("00000000000000.000000:000")).toString()));
+}
+
+TEST(DateTimeCurrent, NowIsAValidTimeStampInTheLocalZone) {
+    const CIMDateTime before = CIMDateTime::getCurrentDateTime();
+    const CIMDateTime after = CIMDateTime::getCurrentDateTime();
+    EXPECT_FALSE(before.isInterval());
+    EXPECT_LE(before, after);
+    EXPECT_EQ(before, dt(utf8(before.toString()).c_str()));
+    EXPECT_GT(before.toMicroSeconds(), dt("20200101000000.000000+000").toMicroSeconds());
+}
+
+} // namespace

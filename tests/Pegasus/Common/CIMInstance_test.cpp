@@ -1,0 +1,374 @@
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMParamValue.h>
+#include <Pegasus/Common/CIMPropertyList.h>
+#include <Pegasus/Common/CIMQualifierDecl.h>
+#include <Pegasus/Common/InternalException.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+PEGASUS_USING_PEGASUS;
+
+namespace {
+
+std::string text(const String& s) {
+    return std::string(s.getCString());
+}
+
+std::string messageOf(const std::function<void()>& operation) {
+    try {
+        operation();
+    } catch (const Exception& e) {
+        return text(e.getMessage());
+    }
+    return "no exception";
+}
+
+String stringValue(const CIMConstProperty& property) {
+    String value;
+    property.getValue().get(value);
+    return value;
+}
+
+CIMInstance disk() {
+    CIMInstance instance(CIMName("KSV_DiskDrive"));
+    instance.addProperty(CIMProperty(CIMName("DeviceID"), CIMValue(String("D1"))));
+    instance.addProperty(CIMProperty(CIMName("Slot"), CIMValue(Uint16(3))));
+    return instance;
+}
+
+TEST(CIMPropertyHandling, ConstructorRefusesInconsistentShapes) {
+    Array<Uint16> three(3);
+    EXPECT_NO_THROW(CIMProperty(CIMName("P"), CIMValue(three), 3));
+    EXPECT_THROW(CIMProperty(CIMName("P"), CIMValue(three), 2), TypeMismatchException);
+    EXPECT_THROW(CIMProperty(CIMName("P"), CIMValue(Uint16(1)), 1), TypeMismatchException);
+    EXPECT_THROW(CIMProperty(CIMName("P"), CIMValue(String("x")), 0, CIMName("CIM_Thing")),
+                 TypeMismatchException);
+    EXPECT_THROW(CIMProperty(CIMName("P"), CIMValue(Array<CIMObjectPath>())),
+                 TypeMismatchException);
+    EXPECT_THROW(CIMProperty(CIMName(), CIMValue(Uint16(1))), UninitializedObjectException);
+}
+
+TEST(CIMPropertyHandling, SetValueKeepsTypeArrayFlagAndFixedSize) {
+    CIMProperty slot(CIMName("Slot"), CIMValue(Uint16(1)));
+    EXPECT_THROW(slot.setValue(CIMValue(Uint32(2))), TypeMismatchException);
+    EXPECT_THROW(slot.setValue(CIMValue(Array<Uint16>())), TypeMismatchException);
+    slot.setValue(CIMValue(CIMTYPE_UINT16, false));
+    EXPECT_TRUE(slot.getValue().isNull());
+    slot.setValue(CIMValue(Uint16(9)));
+    EXPECT_EQ(slot.getValue(), CIMValue(Uint16(9)));
+
+    CIMProperty fixed(CIMName("Pair"), CIMValue(Array<Uint8>(2)), 2);
+    EXPECT_THROW(fixed.setValue(CIMValue(Array<Uint8>(3))), TypeMismatchException);
+    EXPECT_NO_THROW(fixed.setValue(CIMValue(Array<Uint8>(2))));
+}
+
+TEST(CIMPropertyHandling, QualifiersAreFoundWithoutRegardToCase) {
+    CIMProperty property(CIMName("DeviceID"), CIMValue(String("")));
+    property.addQualifier(CIMQualifier(CIMName("Key"), CIMValue(true)));
+    property.addQualifier(CIMQualifier(CIMName("MaxLen"), CIMValue(Uint32(256))));
+    EXPECT_EQ(property.findQualifier(CIMName("maxlen")), 1u);
+    EXPECT_EQ(property.findQualifier(CIMName("Override")), PEG_NOT_FOUND);
+    EXPECT_EQ(
+        messageOf([&] { property.addQualifier(CIMQualifier(CIMName("KEY"), CIMValue(true))); }),
+        "already exists: qualifier \"KEY\"");
+    property.removeQualifier(0);
+    EXPECT_EQ(property.getQualifierCount(), 1u);
+    EXPECT_THROW(property.getQualifier(1), IndexOutOfBoundsException);
+    EXPECT_THROW(property.removeQualifier(5), IndexOutOfBoundsException);
+}
+
+TEST(CIMPropertyHandling, APropertyInAnInstanceKeepsItsName) {
+    CIMProperty property(CIMName("Slot"), CIMValue(Uint16(1)));
+    property.setName(CIMName("Bay"));
+    {
+        CIMInstance holder(CIMName("KSV_Thing"));
+        holder.addProperty(property);
+        EXPECT_NO_THROW(property.setName(CIMName("BAY")));
+        EXPECT_EQ(messageOf([&] { property.setName(CIMName("Slot")); }),
+                  "Attempted to change the name of a property already in a container.");
+    }
+    EXPECT_NO_THROW(property.setName(CIMName("Slot")));
+}
+
+TEST(CIMPropertyHandling, IdenticalComparesEveryAttribute) {
+    CIMProperty base(CIMName("Caption"), CIMValue(String("c")), 0, CIMName(), CIMName("CIM_Base"),
+                     true);
+    EXPECT_TRUE(base.identical(base.clone()));
+    CIMProperty otherOrigin = base.clone();
+    otherOrigin.setClassOrigin(CIMName("KSV_Thing"));
+    EXPECT_FALSE(base.identical(otherOrigin));
+    CIMProperty notPropagated = base.clone();
+    notPropagated.setPropagated(false);
+    EXPECT_FALSE(base.identical(notPropagated));
+    CIMProperty qualified = base.clone();
+    qualified.addQualifier(CIMQualifier(CIMName("Description"), CIMValue(String("d"))));
+    EXPECT_FALSE(base.identical(qualified));
+    CIMProperty otherValue = base.clone();
+    otherValue.setValue(CIMValue(String("other")));
+    EXPECT_FALSE(base.identical(otherValue));
+}
+
+TEST(CIMPropertyHandling, CloneCopiesQualifiersDeeply) {
+    CIMProperty property(CIMName("Slot"), CIMValue(Uint16(1)));
+    property.addQualifier(CIMQualifier(CIMName("Units"), CIMValue(String("slots"))));
+    CIMProperty copy = property.clone();
+    copy.getQualifier(0).setValue(CIMValue(String("bays")));
+    EXPECT_EQ(property.getQualifier(0).getValue(), CIMValue(String("slots")));
+}
+
+TEST(CIMInstanceHandling, AddPropertyRefusesADuplicateInAnyCase) {
+    CIMInstance instance = disk();
+    EXPECT_EQ(
+        messageOf([&] { instance.addProperty(CIMProperty(CIMName("slot"), CIMValue(Uint16(4)))); }),
+        "already exists: property \"slot\"");
+    EXPECT_EQ(instance.getPropertyCount(), 2u);
+    EXPECT_THROW(instance.addProperty(CIMProperty()), UninitializedObjectException);
+}
+
+TEST(CIMInstanceHandling, PropertiesKeepTheirOrderAndAreFoundInAnyCase) {
+    CIMInstance instance = disk();
+    EXPECT_EQ(instance.findProperty(CIMName("SLOT")), 1u);
+    EXPECT_EQ(instance.findProperty(CIMName("deviceID")), 0u);
+    EXPECT_EQ(instance.findProperty(CIMName("Missing")), PEG_NOT_FOUND);
+    instance.removeProperty(0);
+    EXPECT_EQ(instance.findProperty(CIMName("Slot")), 0u);
+    EXPECT_THROW(instance.getProperty(1), IndexOutOfBoundsException);
+    EXPECT_THROW(instance.removeProperty(1), IndexOutOfBoundsException);
+}
+
+TEST(CIMInstanceHandling, APropertyTakenFromAnInstanceChangesIt) {
+    CIMInstance instance = disk();
+    CIMProperty slot = instance.getProperty(instance.findProperty(CIMName("Slot")));
+    slot.setValue(CIMValue(Uint16(12)));
+    EXPECT_EQ(instance.getProperty(1).getValue(), CIMValue(Uint16(12)));
+}
+
+TEST(CIMInstanceHandling, CopiesShareAndClonesDoNot) {
+    CIMInstance original = disk();
+    CIMInstance copy(original);
+    CIMInstance clone = original.clone();
+    copy.getProperty(0).setValue(CIMValue(String("via copy")));
+    clone.getProperty(0).setValue(CIMValue(String("via clone")));
+    clone.addProperty(CIMProperty(CIMName("Extra"), CIMValue(true)));
+    EXPECT_EQ(stringValue(original.getProperty(0)), String("via copy"));
+    EXPECT_EQ(original.getPropertyCount(), 2u);
+    EXPECT_FALSE(original.identical(clone));
+    EXPECT_TRUE(original.identical(copy));
+}
+
+TEST(CIMInstanceHandling, PathCanChangeButNotItsClass) {
+    CIMInstance instance = disk();
+    EXPECT_EQ(instance.getPath().getClassName(), CIMName("KSV_DiskDrive"));
+    CIMObjectPath path(String("//array/root/ksv:ksv_diskdrive.DeviceID=\"D1\""));
+    instance.setPath(path);
+    EXPECT_TRUE(instance.getPath().identical(path));
+    EXPECT_EQ(instance.getClassName(), CIMName("KSV_DiskDrive"));
+    EXPECT_THROW(instance.setPath(CIMObjectPath(String("KSV_Other.DeviceID=\"D1\""))),
+                 TypeMismatchException);
+    EXPECT_THROW(instance.setPath(CIMObjectPath()), UninitializedObjectException);
+}
+
+TEST(CIMInstanceHandling, UninitializedHandlesThrowOnUse) {
+    CIMInstance instance;
+    EXPECT_TRUE(instance.isUninitialized());
+    EXPECT_THROW(instance.getClassName(), UninitializedObjectException);
+    EXPECT_THROW(instance.getPropertyCount(), UninitializedObjectException);
+    EXPECT_THROW(instance.findProperty(CIMName("X")), UninitializedObjectException);
+    EXPECT_THROW(instance.addProperty(CIMProperty(CIMName("X"), CIMValue(true))),
+                 UninitializedObjectException);
+    EXPECT_THROW(instance.clone(), UninitializedObjectException);
+    EXPECT_THROW(disk().identical(instance), UninitializedObjectException);
+    EXPECT_THROW(CIMConstInstance().getPath(), UninitializedObjectException);
+    EXPECT_THROW(CIMProperty().getValue(), UninitializedObjectException);
+    EXPECT_THROW(CIMQualifier().getName(), UninitializedObjectException);
+    EXPECT_THROW(CIMConstObject().clone(), UninitializedObjectException);
+    EXPECT_FALSE(CIMObject().isInstance());
+    EXPECT_FALSE(CIMObject().isClass());
+    EXPECT_THROW(CIMInstance{CIMName{}}, UninitializedObjectException);
+}
+
+TEST(CIMInstanceHandling, ObjectViewsShareTheInstance) {
+    CIMInstance instance = disk();
+    CIMObject object(instance);
+    EXPECT_TRUE(object.isInstance());
+    object.getProperty(0).setValue(CIMValue(String("via object")));
+    CIMConstInstance view(object);
+    EXPECT_EQ(stringValue(view.getProperty(0)), String("via object"));
+    EXPECT_THROW(CIMClass{object}, DynamicCastFailedException);
+    EXPECT_THROW(CIMInstance{CIMObject{CIMClass{CIMName("C")}}}, DynamicCastFailedException);
+    EXPECT_THROW(CIMInstance{CIMObject{}}, DynamicCastFailedException);
+}
+
+TEST(CIMInstanceHandling, InstanceFilterDropsWhatWasNotAskedFor) {
+    CIMInstance instance(CIMName("KSV_Thing"));
+    instance.addQualifier(CIMQualifier(CIMName("Description"), CIMValue(String("d"))));
+    CIMProperty kept(CIMName("Kept"), CIMValue(true), 0, CIMName(), CIMName("KSV_Thing"));
+    kept.addQualifier(CIMQualifier(CIMName("Units"), CIMValue(String("u"))));
+    instance.addProperty(kept);
+    instance.addProperty(CIMProperty(CIMName("Dropped"), CIMValue(true)));
+    Array<CIMName> names;
+    names.append(CIMName("KEPT"));
+
+    instance.instanceFilter(false, false, CIMPropertyList(names));
+    EXPECT_EQ(instance.getQualifierCount(), 0u);
+    ASSERT_EQ(instance.getPropertyCount(), 1u);
+    EXPECT_EQ(instance.getProperty(0).getName(), CIMName("Kept"));
+    EXPECT_EQ(instance.getProperty(0).getQualifierCount(), 0u);
+    EXPECT_TRUE(instance.getProperty(0).getClassOrigin().isNull());
+}
+
+TEST(CIMInstanceHandling, BuildPathTakesTheClassKeys) {
+    CIMClass cimClass(CIMName("KSV_DiskDrive"));
+    CIMProperty key(CIMName("DeviceID"), CIMValue(String("")));
+    key.addQualifier(CIMQualifier(CIMName("Key"), CIMValue(true)));
+    cimClass.addProperty(key);
+    CIMInstance instance = disk();
+    CIMObjectPath path = instance.buildPath(cimClass);
+    EXPECT_EQ(text(path.toString()), "KSV_DiskDrive.DeviceID=\"D1\"");
+
+    instance.removeProperty(instance.findProperty(CIMName("DeviceID")));
+    EXPECT_EQ(messageOf([&] { instance.buildPath(cimClass); }), "no such property: DeviceID");
+    EXPECT_EQ(text(instance.buildPath(CIMClass(CIMName("KSV_DiskDrive"))).toString()),
+              "KSV_DiskDrive");
+}
+
+TEST(CIMPropertyListHandling, NullAndEmptyAreDifferent) {
+    CIMPropertyList null;
+    CIMPropertyList empty{Array<CIMName>()};
+    EXPECT_TRUE(null.isNull());
+    EXPECT_FALSE(empty.isNull());
+    EXPECT_TRUE(null.useThisProperty(CIMName("Any")));
+    EXPECT_FALSE(empty.useThisProperty(CIMName("Any")));
+    EXPECT_FALSE(null.contains(CIMName("Any")));
+    EXPECT_EQ(text(null.toString()), "NULL");
+    EXPECT_EQ(text(empty.toString()), "EMPTY");
+    empty.clear();
+    EXPECT_TRUE(empty.isNull());
+}
+
+TEST(CIMPropertyListHandling, ContainsIgnoresCaseAndListsInOrder) {
+    Array<CIMName> names;
+    names.append(CIMName("DeviceID"));
+    names.append(CIMName("Caption"));
+    CIMPropertyList list(names);
+    EXPECT_TRUE(list.contains(CIMName("deviceid")));
+    EXPECT_FALSE(list.contains(CIMName("Device")));
+    EXPECT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[1], CIMName("Caption"));
+    EXPECT_THROW((void)list[2], IndexOutOfBoundsException);
+    EXPECT_EQ(text(list.toString()), "DeviceID, Caption");
+}
+
+TEST(CIMPropertyListHandling, CopiesAreIndependent) {
+    Array<CIMName> names;
+    names.append(CIMName("A"));
+    CIMPropertyList original(names);
+    CIMPropertyList copy(original);
+    copy.clear();
+    CIMPropertyList assigned;
+    assigned = original;
+    assigned.set(Array<CIMName>());
+    EXPECT_EQ(original.size(), 1u);
+}
+
+TEST(CIMPropertyListHandling, NullNamesAreRefused) {
+    Array<CIMName> names;
+    names.append(CIMName("A"));
+    names.append(CIMName());
+    EXPECT_THROW(CIMPropertyList{names}, UninitializedObjectException);
+    CIMPropertyList list;
+    EXPECT_THROW(list.set(names), UninitializedObjectException);
+    EXPECT_TRUE(list.isNull());
+}
+
+TEST(CIMPropertyListHandling, AppendDropsRepeatsAndTagsEqualNamesAlike) {
+    Array<String> requested;
+    requested.append("Caption");
+    requested.append("CAPTION");
+    requested.append("DeviceID");
+    CIMPropertyList list;
+    list.append(requested);
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0], CIMName("Caption"));
+    EXPECT_NE(list.getCIMNameTag(0), list.getCIMNameTag(1));
+    Array<String> again;
+    again.append("caption");
+    CIMPropertyList other;
+    other.append(again);
+    EXPECT_EQ(other.getCIMNameTag(0), list.getCIMNameTag(0));
+    EXPECT_THROW(list.getCIMNameTag(2), IndexOutOfBoundsException);
+
+    Array<String> none;
+    CIMPropertyList madeEmpty;
+    madeEmpty.append(none);
+    EXPECT_FALSE(madeEmpty.isNull());
+    EXPECT_EQ(madeEmpty.size(), 0u);
+}
+
+TEST(CIMQualifierHandling, FlavorIsReplacedOrReduced) {
+    CIMQualifier qualifier(CIMName("Description"), CIMValue(String("d")), CIMFlavor::DEFAULTS);
+    EXPECT_EQ(text(qualifier.getFlavor().toString()), "OVERRIDABLE TOSUBCLASS");
+    qualifier.unsetFlavor(CIMFlavor::OVERRIDABLE);
+    EXPECT_EQ(text(qualifier.getFlavor().toString()), "TOSUBCLASS");
+    qualifier.setFlavor(CIMFlavor::TRANSLATABLE);
+    EXPECT_EQ(text(qualifier.getFlavor().toString()), "TRANSLATABLE");
+}
+
+TEST(CIMQualifierHandling, ValueMayChangeType) {
+    CIMQualifier qualifier(CIMName("Override"), CIMValue(String("Name")));
+    qualifier.setValue(CIMValue(true));
+    EXPECT_EQ(qualifier.getType(), CIMTYPE_BOOLEAN);
+}
+
+TEST(CIMQualifierHandling, DeclarationNormalizesItsFlavor) {
+    CIMQualifierDecl plain(CIMName("Description"), CIMValue(String("")), CIMScope::ANY,
+                           CIMFlavor::NONE);
+    EXPECT_EQ(text(plain.getFlavor().toString()), "OVERRIDABLE TOSUBCLASS");
+    CIMQualifierDecl fixed(
+        CIMName("Key"), CIMValue(false), CIMScope::PROPERTY + CIMScope::REFERENCE,
+        CIMFlavor::DISABLEOVERRIDE + CIMFlavor::RESTRICTED + CIMFlavor::TOSUBCLASS);
+    EXPECT_EQ(text(fixed.getFlavor().toString()), "DISABLEOVERRIDE RESTRICTED");
+    EXPECT_EQ(text(fixed.getScope().toString()), "PROPERTY REFERENCE");
+    EXPECT_TRUE(fixed.identical(fixed.clone()));
+    EXPECT_FALSE(fixed.identical(plain));
+}
+
+TEST(CIMQualifierHandling, ScopeAndFlavorSetsCombine) {
+    CIMScope scope = CIMScope::CLASS;
+    scope.addScope(CIMScope::METHOD);
+    EXPECT_TRUE(scope.hasScope(CIMScope::METHOD));
+    EXPECT_FALSE(scope.hasScope(CIMScope::CLASS + CIMScope::PARAMETER));
+    EXPECT_EQ(text(CIMScope::ANY.toString()),
+              "CLASS ASSOCIATION INDICATION PROPERTY REFERENCE METHOD PARAMETER");
+    EXPECT_EQ(text(CIMScope::NONE.toString()), "");
+    EXPECT_TRUE(CIMFlavor::TOSUBELEMENTS.equal(CIMFlavor::TOSUBCLASS));
+    EXPECT_TRUE(CIMFlavor::ENABLEOVERRIDE.equal(CIMFlavor::OVERRIDABLE));
+}
+
+TEST(CIMParamValueHandling, HandleSharesAndCloneDoesNot) {
+    CIMParamValue param(String("Locate"), CIMValue(true));
+    CIMParamValue copy(param);
+    CIMValue off(false);
+    copy.setValue(off);
+    EXPECT_EQ(param.getValue(), CIMValue(false));
+    CIMParamValue clone = param.clone();
+    String renamed("Blink");
+    clone.setParameterName(renamed);
+    EXPECT_EQ(param.getParameterName(), String("Locate"));
+    EXPECT_TRUE(param.isTyped());
+}
+
+TEST(CIMParamValueHandling, NamesMustNotBeEmpty) {
+    EXPECT_THROW(CIMParamValue(String(), CIMValue(true)), UninitializedObjectException);
+    CIMParamValue param(String("Locate"), CIMValue(true));
+    String empty;
+    EXPECT_THROW(param.setParameterName(empty), UninitializedObjectException);
+    EXPECT_THROW(CIMParamValue().getValue(), UninitializedObjectException);
+}
+
+} // namespace

@@ -1,0 +1,297 @@
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMValue.h>
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+PEGASUS_USING_PEGASUS;
+
+namespace {
+
+std::string utf8(const String& s) {
+    return std::string(static_cast<const char*>(s.getCString()));
+}
+
+CIMObjectPath path(const char* text) {
+    return CIMObjectPath(String(text));
+}
+
+std::string parseError(const char* text) {
+    try {
+        path(text);
+    } catch (const MalformedObjectNameException& e) {
+        return utf8(e.getMessage());
+    }
+    return "parsed";
+}
+
+Array<CIMKeyBinding> keys(std::initializer_list<CIMKeyBinding> list) {
+    Array<CIMKeyBinding> result;
+    for (const CIMKeyBinding& binding : list)
+        result.append(binding);
+    return result;
+}
+
+//------------------------------------------------------------------------------
+// Text form
+//------------------------------------------------------------------------------
+
+TEST(ObjectPathText, ParsedPathsPrintBackToTheSameText) {
+    for (const char* text :
+         {"//array1.example.com:5989/root/ksv:KSV_DiskDrive.CreationClassName=\"KSV_DiskDrive\","
+          "DeviceID=\"5000C500A1B2C3D4-id-7\"",
+          "//10.0.0.7/root/ksv:KSV_SystemDisk.GroupComponent=\"//h/root/ksv:KSV_StorageSystem."
+          "Name=\\\"S1\\\"\",PartComponent=\"KSV_DiskDrive.DeviceID=\\\"X\\\"\"",
+          "KSV_DiskDrive.Flag=FALSE,ID=-12,Mask=0xFF,Name=\"a\\\\b\\\"c\"",
+          "root/ksv:KSV_DiskDrive"}) {
+        const CIMObjectPath parsed = path(text);
+        EXPECT_EQ(text, utf8(parsed.toString()));
+        EXPECT_EQ(parsed.toString(), path(utf8(parsed.toString()).c_str()).toString());
+    }
+}
+
+TEST(ObjectPathText, BuiltPathsQuoteAndEscapeOnlyStringsAndReferences) {
+    const CIMObjectPath built(
+        "host1", CIMNamespaceName("root/ksv"), CIMName("KSV_Thing"),
+        keys({CIMKeyBinding(CIMName("Name"), "say \"hi\" \\o/", CIMKeyBinding::STRING),
+              CIMKeyBinding(CIMName("Count"), "3", CIMKeyBinding::NUMERIC),
+              CIMKeyBinding(CIMName("On"), "TRUE", CIMKeyBinding::BOOLEAN)}));
+    EXPECT_EQ("//host1/root/ksv:KSV_Thing.Count=3,Name=\"say \\\"hi\\\" \\\\o/\",On=TRUE",
+              utf8(built.toString()));
+    const CIMObjectPath parsed = path(utf8(built.toString()).c_str());
+    EXPECT_EQ("say \"hi\" \\o/", utf8(parsed.getKeyBindings()[1].getValue()));
+}
+
+TEST(ObjectPathText, ColonsAndDotsInsideValuesAreNotDelimiters) {
+    const CIMObjectPath parsed = path("KSV_Thing.ID=\"a:b.c=d,e\"");
+    EXPECT_TRUE(parsed.getNameSpace().isNull());
+    EXPECT_EQ("KSV_Thing", utf8(parsed.getClassName().getString()));
+    ASSERT_EQ(1u, parsed.getKeyBindings().size());
+    EXPECT_EQ("a:b.c=d,e", utf8(parsed.getKeyBindings()[0].getValue()));
+    EXPECT_EQ(CIMKeyBinding::STRING, parsed.getKeyBindings()[0].getType());
+}
+
+TEST(ObjectPathText, NestedReferencesAreStoredWithTheirKeysSorted) {
+    const CIMObjectPath parsed = path("A.R=\"B.z=1,Y=\\\"v\\\"\"");
+    ASSERT_EQ(1u, parsed.getKeyBindings().size());
+    EXPECT_EQ(CIMKeyBinding::REFERENCE, parsed.getKeyBindings()[0].getType());
+    EXPECT_EQ("B.Y=\"v\",z=1", utf8(parsed.getKeyBindings()[0].getValue()));
+}
+
+TEST(ObjectPathText, ClearAndAssignmentFromText) {
+    CIMObjectPath p = path("//h/root:A.k=1");
+    p.clear();
+    EXPECT_EQ("", utf8(p.toString()));
+    p = String("root:B.k=\"x\"");
+    EXPECT_EQ("root:B.k=\"x\"", utf8(p.toString()));
+    EXPECT_THROW(p = String("root:B.k="), MalformedObjectNameException);
+    EXPECT_EQ("", utf8(p.toString()));
+}
+
+//------------------------------------------------------------------------------
+// Parse errors
+//------------------------------------------------------------------------------
+
+TEST(ObjectPathParseErrors, EachFaultIsNamedAfterTheWholeText) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"//hostonly", "missing slash after hostname"},
+        {"//bad_host!/root:A.k=1", "invalid hostname"},
+        {"root//x:A.k=1", "invalid namespace name"},
+        {"A.k", "invalid key-value pair, missing equal sign"},
+        {"A.k=1,9k=2", "invalid key-value pair, invalid key name:9k"},
+        {"A.k=\"a\\b\"", "invalid key-value pair, malformed value"},
+        {"A.k=\"ab\\", "invalid key-value pair, malformed value"},
+        {"A.k=\"ab", "invalid key-value pair, missing quote in key value"},
+        {"A.k=Tru", "invalid key-value pair, value should be TRUE or FALSE"},
+        {"A.k=falsey,j=1", "invalid key-value pair, value should be TRUE or FALSE"},
+        {"A.k=-5x,j=1", "invalid key-value pair, invalid negative number value -5x"},
+        {"A.k=--5", "invalid key-value pair, invalid negative number value --5"},
+        {"A.k=0x", "invalid key-value pair, invalid number value 0x"},
+        {"A.k=18446744073709551616", "invalid key-value pair, invalid number value "
+                                     "18446744073709551616"},
+        {"A.k=\"x\"y", "invalid key-value pair, next key-value pair has to start with comma"},
+        {"A-B.k=1", "class name A-B not a legal CIM name"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(std::string("malformed object name: ") + c.first + ", reason:\"" + c.second +
+                      "\"",
+                  parseError(c.first));
+    }
+}
+
+TEST(ObjectPathParseErrors, NumbersAcceptedAtTheEdges) {
+    EXPECT_EQ("A.k=18446744073709551615", utf8(path("A.k=18446744073709551615").toString()));
+    EXPECT_EQ("A.k=-9223372036854775808", utf8(path("A.k=-9223372036854775808").toString()));
+    EXPECT_EQ("parsed", parseError("A.k=0XaBc"));
+    EXPECT_EQ("parsed", parseError("A.k=-0x10"));
+    EXPECT_NE("parsed", parseError("A.k=-9223372036854775809"));
+}
+
+//------------------------------------------------------------------------------
+// Hosts
+//------------------------------------------------------------------------------
+
+TEST(ObjectPathHosts, HostNamesAddressesAndPortsAreChecked) {
+    for (const char* good : {"host", "a-b.example.com", "_srv", "host:5988", "host:", "h:00080",
+                             "10.0.0.1", "10.0.0.1:5989", "[::1]", "[::1]:5988",
+                             "[2001:db8::7]:65535", "[fe80::1%lo]", "srv1.x9"}) {
+        CIMObjectPath p;
+        EXPECT_NO_THROW(p.setHost(good)) << good;
+        EXPECT_EQ(good, utf8(p.getHost()));
+    }
+    for (const char* bad :
+         {"-host", "host..x", "host.", "1.2.3", "1.2.3.256", "1.2.3.4.5", "host.123", "host:65536",
+          "host:12a", "[10.0.0.1]", "[host]", "[fe80::1]", "[fe80::1%nosuchif0]", "[::1", "[::1]x",
+          "a b", "fe80::1", "h\xC3\x9C"}) {
+        CIMObjectPath p;
+        EXPECT_THROW(p.setHost(bad), MalformedObjectNameException) << bad;
+    }
+}
+
+TEST(ObjectPathHosts, RefusedHostIsReportedAndLeavesThePathAlone) {
+    CIMObjectPath p = path("//good/root:A.k=1");
+    try {
+        p.set("bad host", CIMNamespaceName("root"), CIMName("A"));
+        ADD_FAILURE();
+    } catch (const MalformedObjectNameException& e) {
+        EXPECT_EQ("malformed object name: bad host, reason:\"invalid hostname\"",
+                  utf8(e.getMessage()));
+    }
+    EXPECT_EQ("//good/root:A.k=1", utf8(p.toString()));
+    p.setHost(String());
+    EXPECT_EQ("root:A.k=1", utf8(p.toString()));
+}
+
+//------------------------------------------------------------------------------
+// Key bindings
+//------------------------------------------------------------------------------
+
+TEST(ObjectPathKeys, KeysAreSortedByNameWithoutRegardToCase) {
+    CIMObjectPath p;
+    p.setClassName(CIMName("A"));
+    p.setKeyBindings(keys({CIMKeyBinding(CIMName("b"), "1", CIMKeyBinding::NUMERIC),
+                           CIMKeyBinding(CIMName("A_b"), "2", CIMKeyBinding::NUMERIC),
+                           CIMKeyBinding(CIMName("Ab"), "3", CIMKeyBinding::NUMERIC),
+                           CIMKeyBinding(CIMName("a"), "4", CIMKeyBinding::NUMERIC)}));
+    EXPECT_EQ("A.a=4,A_b=2,Ab=3,b=1", utf8(p.toString()));
+}
+
+TEST(ObjectPathKeys, ReferenceValuesAreNormalizedOrRefused) {
+    CIMObjectPath p;
+    p.setClassName(CIMName("Assoc"));
+    p.setKeyBindings(
+        keys({CIMKeyBinding(CIMName("Ref"), "B.z=\"1\",a=\"2\"", CIMKeyBinding::REFERENCE)}));
+    EXPECT_EQ("B.a=\"2\",z=\"1\"", utf8(p.getKeyBindings()[0].getValue()));
+    EXPECT_THROW(p.setKeyBindings(
+                     keys({CIMKeyBinding(CIMName("Ref"), "not a path", CIMKeyBinding::REFERENCE)})),
+                 MalformedObjectNameException);
+}
+
+TEST(ObjectPathKeys, ValueConstructorTypesTheBindingAfterTheValue) {
+    const CIMKeyBinding number(CIMName("N"), CIMValue(Uint16(42)));
+    EXPECT_EQ(CIMKeyBinding::NUMERIC, number.getType());
+    EXPECT_EQ("42", utf8(number.getValue()));
+    const CIMKeyBinding negative(CIMName("N"), CIMValue(Sint32(-7)));
+    EXPECT_EQ("-7", utf8(negative.getValue()));
+    const CIMKeyBinding flag(CIMName("F"), CIMValue(true));
+    EXPECT_EQ(CIMKeyBinding::BOOLEAN, flag.getType());
+    EXPECT_EQ("TRUE", utf8(flag.getValue()));
+    const CIMKeyBinding text(CIMName("S"), CIMValue(String("x")));
+    EXPECT_EQ(CIMKeyBinding::STRING, text.getType());
+    const CIMKeyBinding when(CIMName("D"),
+                             CIMValue(CIMDateTime(String("20260101000000.000000+000"))));
+    EXPECT_EQ(CIMKeyBinding::STRING, when.getType());
+    EXPECT_EQ("20260101000000.000000+000", utf8(when.getValue()));
+    const CIMKeyBinding ref(CIMName("R"), CIMValue(path("//h/root:B.k=\"v\"")));
+    EXPECT_EQ(CIMKeyBinding::REFERENCE, ref.getType());
+    EXPECT_EQ("//h/root:B.k=\"v\"", utf8(ref.getValue()));
+
+    Array<Uint8> many;
+    many.append(1);
+    EXPECT_THROW(CIMKeyBinding(CIMName("A"), CIMValue(many)), TypeMismatchException);
+}
+
+TEST(ObjectPathKeys, EqualReadsTheBindingAsTheValuesType) {
+    CIMKeyBinding number(CIMName("N"), "0x1F", CIMKeyBinding::NUMERIC);
+    EXPECT_TRUE(number.equal(CIMValue(Uint8(31))));
+    EXPECT_TRUE(number.equal(CIMValue(Sint64(31))));
+    EXPECT_FALSE(number.equal(CIMValue(Uint8(30))));
+    EXPECT_FALSE(number.equal(CIMValue(String("0x1F"))));
+    CIMKeyBinding big(CIMName("N"), "300", CIMKeyBinding::NUMERIC);
+    EXPECT_FALSE(big.equal(CIMValue(Uint8(44))));
+    CIMKeyBinding negative(CIMName("N"), "-1", CIMKeyBinding::NUMERIC);
+    EXPECT_TRUE(negative.equal(CIMValue(Sint8(-1))));
+    EXPECT_FALSE(negative.equal(CIMValue(Uint64(18446744073709551615ULL))));
+    CIMKeyBinding real(CIMName("N"), "1.5", CIMKeyBinding::NUMERIC);
+    EXPECT_TRUE(real.equal(CIMValue(Real64(1.5))));
+
+    CIMKeyBinding flag(CIMName("F"), "true", CIMKeyBinding::BOOLEAN);
+    EXPECT_TRUE(flag.equal(CIMValue(true)));
+    EXPECT_FALSE(flag.equal(CIMValue(false)));
+
+    CIMKeyBinding text(CIMName("S"), "abc", CIMKeyBinding::STRING);
+    EXPECT_TRUE(text.equal(CIMValue(String("abc"))));
+    EXPECT_FALSE(text.equal(CIMValue(String("ABC"))));
+    EXPECT_FALSE(text.equal(CIMValue(CIMDateTime())));
+    Array<String> texts;
+    texts.append("abc");
+    EXPECT_FALSE(text.equal(CIMValue(texts)));
+
+    CIMKeyBinding ref(CIMName("R"), "//H/root:B.k=\"v\"", CIMKeyBinding::REFERENCE);
+    EXPECT_TRUE(ref.equal(CIMValue(path("//H/root:B.k=\"v\""))));
+    EXPECT_FALSE(ref.equal(CIMValue(path("//H/root:B.k=\"w\""))));
+}
+
+//------------------------------------------------------------------------------
+// Identity
+//------------------------------------------------------------------------------
+
+TEST(ObjectPathIdentity, NumbersCompareByValueAndStringsExactly) {
+    EXPECT_EQ(path("A.k=255"), path("A.k=0xff"));
+    EXPECT_EQ(path("A.k=-16"), path("A.k=-0x10"));
+    EXPECT_NE(path("A.k=16"), path("A.k=-16"));
+    EXPECT_NE(path("A.k=\"x\""), path("A.k=\"X\""));
+    EXPECT_NE(path("A.k=1"), path("A.k=\"1\""));
+    EXPECT_EQ(path("A.k=TRUE"), path("A.k=true"));
+    EXPECT_NE(path("A.k=TRUE"), path("A.k=FALSE"));
+    // Set by hand, a signed "+7" still reads as 7.
+    const CIMObjectPath plus("", CIMNamespaceName(), CIMName("A"),
+                             keys({CIMKeyBinding(CIMName("k"), "+7", CIMKeyBinding::NUMERIC)}));
+    EXPECT_EQ(plus, path("A.k=7"));
+}
+
+TEST(ObjectPathIdentity, NamesAndHostsIgnoreCaseAndKeyOrderDoesNotMatter) {
+    EXPECT_EQ(path("//HOST:5988/Root/KSV:ksv_thing.B=2,a=\"x\""),
+              path("//host:5988/root/ksv:KSV_Thing.A=\"x\",b=2"));
+    EXPECT_NE(path("//host:5988/root:A.k=1"), path("//host:5989/root:A.k=1"));
+    EXPECT_NE(path("root:A.k=1"), path("A.k=1"));
+    EXPECT_NE(path("A.k=1"), path("B.k=1"));
+    EXPECT_NE(path("A.k=1"), path("A.j=1"));
+    EXPECT_NE(path("A.k=1"), path("A.k=1,j=2"));
+    EXPECT_EQ(path("A"), path("a"));
+}
+
+TEST(ObjectPathIdentity, ReferencesCompareAsPathsAtEveryDepth) {
+    EXPECT_EQ(path("X.r=\"//H1/root:B.k=\\\"v\\\",j=1\""),
+              path("X.r=\"//h1/ROOT:b.J=0x1,K=\\\"v\\\"\""));
+    EXPECT_NE(path("X.r=\"//h1/root:B.k=\\\"v\\\"\""), path("X.r=\"//h1/root:B.k=\\\"V\\\"\""));
+    EXPECT_EQ(path("X.r=\"Y.s=\\\"Z.t=\\\\\\\"q\\\\\\\"\\\"\""),
+              path("X.r=\"y.S=\\\"z.T=\\\\\\\"q\\\\\\\"\\\"\""));
+}
+
+TEST(ObjectPathIdentity, IdenticalPathsShareAHashCode) {
+    const std::pair<const char*, const char*> identical[] = {
+        {"//HOST/Root:A.k=0x1F,b=TRUE", "//host/root:a.B=true,K=31"},
+        {"X.r=\"//H/root:B.k=1\"", "X.r=\"//h/ROOT:b.K=0x1\""},
+        {"A.k=-0x10", "A.k=-16"},
+    };
+    for (const auto& pair : identical) {
+        ASSERT_EQ(path(pair.first), path(pair.second));
+        EXPECT_EQ(path(pair.first).makeHashCode(), path(pair.second).makeHashCode()) << pair.first;
+    }
+    EXPECT_NE(path("A.k=\"x\"").makeHashCode(), path("A.k=\"X\"").makeHashCode());
+}
+
+} // namespace

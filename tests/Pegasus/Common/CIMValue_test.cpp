@@ -1,0 +1,323 @@
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMValue.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+PEGASUS_USING_PEGASUS;
+
+namespace {
+
+std::string text(const String& s) {
+    return std::string(s.getCString());
+}
+
+CIMInstance diskInstance(const char* deviceId) {
+    CIMInstance disk(CIMName("KSV_DiskDrive"));
+    disk.addProperty(CIMProperty(CIMName("DeviceID"), CIMValue(String(deviceId))));
+    return disk;
+}
+
+// One sample per CIM type: the C++ type, the CIM type it maps to, and two
+// distinct values of it.
+template <class T>
+struct Sample;
+
+#define KSV_SAMPLE(CPP, CIM, FIRST, SECOND)                                                        \
+    template <>                                                                                    \
+    struct Sample<CPP> {                                                                           \
+        static constexpr CIMType type = CIM;                                                       \
+        static CPP first() { return FIRST; }                                                       \
+        static CPP second() { return SECOND; }                                                     \
+    }
+
+KSV_SAMPLE(Boolean, CIMTYPE_BOOLEAN, true, false);
+KSV_SAMPLE(Uint8, CIMTYPE_UINT8, 200, 1);
+KSV_SAMPLE(Sint8, CIMTYPE_SINT8, -100, 5);
+KSV_SAMPLE(Uint16, CIMTYPE_UINT16, 65535, 2);
+KSV_SAMPLE(Sint16, CIMTYPE_SINT16, -30000, 3);
+KSV_SAMPLE(Uint32, CIMTYPE_UINT32, 4000000000u, 4);
+KSV_SAMPLE(Sint32, CIMTYPE_SINT32, -2000000000, 5);
+KSV_SAMPLE(Uint64, CIMTYPE_UINT64, 18446744073709551615ULL, 6);
+KSV_SAMPLE(Sint64, CIMTYPE_SINT64, -9000000000000000000LL, 7);
+KSV_SAMPLE(Real32, CIMTYPE_REAL32, 1.5f, -2.25f);
+KSV_SAMPLE(Real64, CIMTYPE_REAL64, 0.1, 1e300);
+KSV_SAMPLE(Char16, CIMTYPE_CHAR16, Char16(0x263A), Char16('x'));
+KSV_SAMPLE(String, CIMTYPE_STRING, String("disk 0"), String(""));
+KSV_SAMPLE(CIMDateTime, CIMTYPE_DATETIME, CIMDateTime(String("20261121103000.000000+000")),
+           CIMDateTime(String("19991231235959.999999-300")));
+KSV_SAMPLE(CIMObjectPath, CIMTYPE_REFERENCE,
+           CIMObjectPath(String("//h/root/ksv:KSV_DiskDrive.DeviceID=\"X\"")),
+           CIMObjectPath(String("KSV_DiskDrive.DeviceID=\"Y\"")));
+KSV_SAMPLE(CIMInstance, CIMTYPE_INSTANCE, diskInstance("X"), diskInstance("Y"));
+KSV_SAMPLE(CIMObject, CIMTYPE_OBJECT, CIMObject(diskInstance("X")), CIMObject(CIMClass("C")));
+
+#undef KSV_SAMPLE
+
+template <class T>
+bool same(const T& x, const T& y) {
+    return x == y;
+}
+
+bool same(const CIMInstance& x, const CIMInstance& y) {
+    return x.identical(y);
+}
+
+bool same(const CIMObject& x, const CIMObject& y) {
+    return x.identical(y);
+}
+
+template <class T>
+bool same(const Array<T>& x, const Array<T>& y) {
+    if (x.size() != y.size())
+        return false;
+    for (Uint32 i = 0; i < x.size(); i++) {
+        if (!same(x[i], y[i]))
+            return false;
+    }
+    return true;
+}
+
+template <class T>
+class ScalarValue : public ::testing::Test {};
+
+using AllTypes =
+    ::testing::Types<Boolean, Uint8, Sint8, Uint16, Sint16, Uint32, Sint32, Uint64, Sint64, Real32,
+                     Real64, Char16, String, CIMDateTime, CIMObjectPath, CIMInstance, CIMObject>;
+TYPED_TEST_SUITE(ScalarValue, AllTypes);
+
+TYPED_TEST(ScalarValue, KeepsTypeAndGivesBackWhatWasSet) {
+    using S = Sample<TypeParam>;
+    CIMValue value(S::first());
+    EXPECT_EQ(value.getType(), S::type);
+    EXPECT_FALSE(value.isArray());
+    EXPECT_FALSE(value.isNull());
+    EXPECT_EQ(value.getArraySize(), 0u);
+    TypeParam out = S::second();
+    value.get(out);
+    EXPECT_TRUE(same(out, S::first()));
+
+    value.set(S::second());
+    value.get(out);
+    EXPECT_TRUE(same(out, S::second()));
+}
+
+TYPED_TEST(ScalarValue, ArrayKeepsTypeSizeAndElements) {
+    using S = Sample<TypeParam>;
+    Array<TypeParam> elements;
+    elements.append(S::first());
+    elements.append(S::second());
+    CIMValue value(elements);
+    EXPECT_EQ(value.getType(), S::type);
+    EXPECT_TRUE(value.isArray());
+    EXPECT_EQ(value.getArraySize(), 2u);
+    Array<TypeParam> out;
+    value.get(out);
+    EXPECT_TRUE(same(out, elements));
+}
+
+TYPED_TEST(ScalarValue, NullOfTheTypeLeavesTheOutputUntouched) {
+    using S = Sample<TypeParam>;
+    CIMValue value(S::type, false);
+    EXPECT_TRUE(value.isNull());
+    EXPECT_EQ(value.getType(), S::type);
+    TypeParam out = S::second();
+    value.get(out);
+    EXPECT_TRUE(same(out, S::second()));
+    EXPECT_EQ(value.toString(), String());
+}
+
+TYPED_TEST(ScalarValue, GetIntoAnotherTypeOrShapeThrowsTypeMismatch) {
+    using S = Sample<TypeParam>;
+    CIMValue scalar(S::first());
+    Array<TypeParam> asArray;
+    EXPECT_THROW(scalar.get(asArray), TypeMismatchException);
+    CIMValue array{Array<TypeParam>()};
+    TypeParam asScalar = S::second();
+    EXPECT_THROW(array.get(asScalar), TypeMismatchException);
+    // Every type has a neighbour of another type to be confused with.
+    CIMValue other = S::type == CIMTYPE_STRING ? CIMValue(Uint8(1)) : CIMValue(String("1"));
+    EXPECT_THROW(other.get(asScalar), TypeMismatchException);
+    EXPECT_TRUE(same(asScalar, S::second()));
+}
+
+TYPED_TEST(ScalarValue, EqualityFollowsContents) {
+    using S = Sample<TypeParam>;
+    EXPECT_TRUE(CIMValue(S::first()) == CIMValue(S::first()));
+    EXPECT_TRUE(CIMValue(S::first()) != CIMValue(S::second()));
+    EXPECT_FALSE(CIMValue(S::first()).equal(CIMValue(S::type, false)));
+    EXPECT_TRUE(CIMValue(S::type, false).equal(CIMValue(S::type, false)));
+}
+
+TEST(CIMValueNulls, DefaultIsNullScalarBoolean) {
+    CIMValue value;
+    EXPECT_TRUE(value.isNull());
+    EXPECT_FALSE(value.isArray());
+    EXPECT_EQ(value.getType(), CIMTYPE_BOOLEAN);
+}
+
+TEST(CIMValueNulls, SetNullValueRetypesAndClearGoesBackToBoolean) {
+    CIMValue value(Uint32(9));
+    value.setNullValue(CIMTYPE_STRING, true, 3);
+    EXPECT_TRUE(value.isNull());
+    EXPECT_TRUE(value.isArray());
+    EXPECT_EQ(value.getType(), CIMTYPE_STRING);
+    EXPECT_EQ(value.getArraySize(), 3u);
+    value.clear();
+    EXPECT_TRUE(value.isNull());
+    EXPECT_FALSE(value.isArray());
+    EXPECT_EQ(value.getType(), CIMTYPE_BOOLEAN);
+}
+
+TEST(CIMValueNulls, ScalarNullIgnoresArraySize) {
+    EXPECT_EQ(CIMValue(CIMTYPE_UINT16, false, 4).getArraySize(), 0u);
+}
+
+TEST(CIMValueNulls, NullDiffersFromEmptyArray) {
+    CIMValue empty{Array<Uint16>()};
+    CIMValue null(CIMTYPE_UINT16, true);
+    EXPECT_FALSE(empty.isNull());
+    EXPECT_FALSE(empty.equal(null));
+    EXPECT_TRUE(empty.typeCompatible(null));
+}
+
+TEST(CIMValueNulls, UnknownTypeIsRefused) {
+    EXPECT_THROW(CIMValue(CIMType(42), false), TypeMismatchException);
+    CIMValue value;
+    EXPECT_THROW(value.setNullValue(CIMType(-1), false), TypeMismatchException);
+}
+
+TEST(CIMValueTyping, SetChangesTheType) {
+    CIMValue value(Uint16(1));
+    value.set(String("now a string"));
+    EXPECT_EQ(value.getType(), CIMTYPE_STRING);
+    String out;
+    value.get(out);
+    EXPECT_EQ(out, String("now a string"));
+}
+
+TEST(CIMValueTyping, SameNumberOfAnotherWidthIsNotEqual) {
+    EXPECT_FALSE(CIMValue(Uint16(7)) == CIMValue(Uint32(7)));
+    EXPECT_FALSE(CIMValue(Uint8(7)) == CIMValue(Sint8(7)));
+    EXPECT_FALSE(CIMValue(Uint16(7)).typeCompatible(CIMValue(Uint32(7))));
+}
+
+TEST(CIMValueTyping, CopiesAreIndependentValues) {
+    CIMValue original(String("a"));
+    CIMValue copy(original);
+    copy.set(String("b"));
+    CIMValue assigned;
+    assigned = original;
+    assigned.assign(CIMValue(Uint8(3)));
+    String out;
+    original.get(out);
+    EXPECT_EQ(out, String("a"));
+}
+
+TEST(CIMValueTyping, NotANumberIsNotEqualToItself) {
+    CIMValue nan(std::numeric_limits<Real64>::quiet_NaN());
+    EXPECT_FALSE(nan == nan);
+}
+
+TEST(CIMValueTyping, ArraysDifferingInOneElementOrLengthAreNotEqual) {
+    Array<Uint16> a;
+    a.append(1);
+    a.append(2);
+    Array<Uint16> b(a);
+    b[1] = 3;
+    Array<Uint16> shorter;
+    shorter.append(1);
+    EXPECT_TRUE(CIMValue(a) == CIMValue(Array<Uint16>(a)));
+    EXPECT_FALSE(CIMValue(a) == CIMValue(b));
+    EXPECT_FALSE(CIMValue(a) == CIMValue(shorter));
+}
+
+TEST(CIMValueText, ScalarsPrintAsTheReferenceLibraryDoes) {
+    EXPECT_EQ(text(CIMValue(false).toString()), "FALSE");
+    EXPECT_EQ(text(CIMValue(Sint8(-128)).toString()), "-128");
+    EXPECT_EQ(text(CIMValue(Uint8(255)).toString()), "255");
+    EXPECT_EQ(text(CIMValue(std::numeric_limits<Sint64>::min()).toString()),
+              "-9223372036854775808");
+    EXPECT_EQ(text(CIMValue(Real64(-1234.5)).toString()), "-1.2345000000000000e+03");
+    EXPECT_EQ(text(CIMValue(Real32(0.1f)).toString()), "1.0000000149011612e-01");
+    const Char16 smiley(0x263A);
+    EXPECT_EQ(CIMValue(smiley).toString(), String(&smiley, 1));
+    EXPECT_EQ(text(CIMValue(String("  keeps  blanks ")).toString()), "  keeps  blanks ");
+}
+
+TEST(CIMValueText, ArrayElementsAreEachFollowedByOneBlank) {
+    Array<Boolean> flags;
+    flags.append(true);
+    flags.append(false);
+    EXPECT_EQ(text(CIMValue(flags).toString()), "TRUE FALSE ");
+    Array<Real64> reals;
+    reals.append(2.0);
+    EXPECT_EQ(text(CIMValue(reals).toString()), "2.0000000000000000e+00 ");
+    Array<String> names;
+    names.append("");
+    names.append("b");
+    EXPECT_EQ(text(CIMValue(names).toString()), " b ");
+}
+
+TEST(CIMValueText, DatetimeAndReferencePrintTheirOwnText) {
+    const char* stamp = "20261121103000.000000+000";
+    EXPECT_EQ(text(CIMValue(CIMDateTime(String(stamp))).toString()), stamp);
+    CIMObjectPath path(String("//h/root/ksv:KSV_DiskDrive.DeviceID=\"X\""));
+    EXPECT_EQ(CIMValue(path).toString(), path.toString());
+}
+
+TEST(CIMValueText, EmbeddedInstancePrintsItsXmlElement) {
+    // Blanks a reader would collapse are written as references.
+    const std::string xml = text(CIMValue(diskInstance(" X&Y  <Z>")).toString());
+    EXPECT_EQ(xml, "<INSTANCE CLASSNAME=\"KSV_DiskDrive\" >\n"
+                   "<PROPERTY NAME=\"DeviceID\"  TYPE=\"string\">\n"
+                   "<VALUE>&#32;X&amp;Y &#32;&lt;Z&gt;</VALUE>\n"
+                   "</PROPERTY>\n"
+                   "</INSTANCE>\n");
+}
+
+TEST(CIMValueEmbedded, SetAndGetCloneSoNoCallerReachesTheStoredInstance) {
+    CIMInstance disk = diskInstance("X");
+    CIMValue value(disk);
+    disk.getProperty(0).setValue(CIMValue(String("changed after set")));
+
+    CIMInstance out;
+    value.get(out);
+    String deviceId;
+    out.getProperty(0).getValue().get(deviceId);
+    EXPECT_EQ(deviceId, String("X"));
+
+    out.getProperty(0).setValue(CIMValue(String("changed after get")));
+    CIMInstance again;
+    value.get(again);
+    again.getProperty(0).getValue().get(deviceId);
+    EXPECT_EQ(deviceId, String("X"));
+}
+
+TEST(CIMValueEmbedded, ArrayElementsAreClonedToo) {
+    Array<CIMInstance> disks;
+    disks.append(diskInstance("X"));
+    CIMValue value(disks);
+    disks[0].getProperty(0).setValue(CIMValue(String("changed")));
+    Array<CIMInstance> out;
+    value.get(out);
+    String deviceId;
+    out[0].getProperty(0).getValue().get(deviceId);
+    EXPECT_EQ(deviceId, String("X"));
+}
+
+TEST(CIMValueEmbedded, UninitializedObjectsAreRefused) {
+    EXPECT_THROW(CIMValue{CIMInstance{}}, UninitializedObjectException);
+    EXPECT_THROW(CIMValue{CIMObject{}}, UninitializedObjectException);
+    Array<CIMInstance> withHole;
+    withHole.append(diskInstance("X"));
+    withHole.append(CIMInstance());
+    CIMValue value;
+    EXPECT_THROW(value.set(withHole), UninitializedObjectException);
+    EXPECT_TRUE(value.isNull());
+}
+
+} // namespace

@@ -1,0 +1,151 @@
+#include <Pegasus/Common/OperationContext.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+PEGASUS_USING_PEGASUS;
+
+namespace {
+
+// Counts live copies, so that every clone() must be matched by a destroy().
+class CountingContainer : virtual public OperationContext::Container {
+public:
+    static const String NAME;
+    static std::atomic<int> live;
+
+    explicit CountingContainer(int tag) : tag(tag) { ++live; }
+    CountingContainer(const CountingContainer& other)
+        : OperationContext::Container(), tag(other.tag) {
+        ++live;
+    }
+    ~CountingContainer() override { --live; }
+
+    String getName() const override { return NAME; }
+    OperationContext::Container* clone() const override { return new CountingContainer(*this); }
+    void destroy() override { delete this; }
+
+    const int tag;
+};
+
+const String CountingContainer::NAME = "CountingContainer";
+std::atomic<int> CountingContainer::live{0};
+
+String userOf(const OperationContext& context) {
+    return IdentityContainer(context.get(IdentityContainer::NAME)).getUserName();
+}
+
+int tagOf(const OperationContext& context) {
+    return dynamic_cast<const CountingContainer&>(context.get(CountingContainer::NAME)).tag;
+}
+
+template <class Action>
+String messageOf(Action action) {
+    try {
+        action();
+    } catch (const Exception& e) {
+        return e.getMessage();
+    }
+    return "no exception";
+}
+
+TEST(OperationContext, MissingContainersAreReportedAsNotFound) {
+    OperationContext context;
+    context.insert(TimeoutContainer(5));
+    EXPECT_FALSE(context.contains(IdentityContainer::NAME));
+    EXPECT_EQ(messageOf([&] { context.get(IdentityContainer::NAME); }), "object not found");
+    EXPECT_EQ(messageOf([&] { context.remove(IdentityContainer::NAME); }), "object not found");
+    EXPECT_EQ(messageOf([&] { context.set(IdentityContainer("bob")); }), "object not found");
+}
+
+TEST(OperationContext, ContainersAreFoundByTheirTypesName) {
+    OperationContext context;
+    context.insert(IdentityContainer("alice"));
+    context.insert(TimeoutContainer(500));
+
+    EXPECT_EQ(userOf(context), "alice");
+    EXPECT_EQ(TimeoutContainer(context.get(TimeoutContainer::NAME)).getTimeOut(), 500u);
+    EXPECT_EQ(IdentityContainer::NAME, "IdentityContainer");
+    EXPECT_EQ(TimeoutContainer::NAME, "TimeoutContainer");
+}
+
+TEST(OperationContext, SecondInsertOfSameTypeIsRefusedAndKeepsTheFirst) {
+    OperationContext context;
+    context.insert(IdentityContainer("alice"));
+    EXPECT_EQ(messageOf([&] { context.insert(IdentityContainer("mallory")); }),
+              "object already exists.");
+    EXPECT_EQ(userOf(context), "alice");
+}
+
+TEST(OperationContext, SetReplacesRemoveAndClearDelete) {
+    OperationContext context;
+    context.insert(IdentityContainer("alice"));
+    context.insert(TimeoutContainer(1));
+
+    context.set(IdentityContainer("bob"));
+    EXPECT_EQ(userOf(context), "bob");
+
+    context.remove(IdentityContainer::NAME);
+    EXPECT_FALSE(context.contains(IdentityContainer::NAME));
+    EXPECT_TRUE(context.contains(TimeoutContainer::NAME));
+
+    context.clear();
+    EXPECT_FALSE(context.contains(TimeoutContainer::NAME));
+}
+
+TEST(OperationContext, CopiesAreIndependent) {
+    OperationContext original;
+    original.insert(IdentityContainer("alice"));
+
+    OperationContext copy(original);
+    OperationContext assigned;
+    assigned.insert(TimeoutContainer(7));
+    assigned = original;
+    OperationContext& alias = original;
+    original = alias;
+    original.set(IdentityContainer("bob"));
+
+    EXPECT_EQ(userOf(copy), "alice");
+    EXPECT_EQ(userOf(assigned), "alice");
+    EXPECT_FALSE(assigned.contains(TimeoutContainer::NAME));
+    EXPECT_EQ(userOf(original), "bob");
+}
+
+TEST(OperationContext, HoldsCopiesAndReleasesEachThroughDestroy) {
+    ASSERT_EQ(CountingContainer::live, 0);
+    {
+        OperationContext context;
+        context.insert(CountingContainer(42));
+        OperationContext copy(context);
+        context.set(CountingContainer(43));
+        EXPECT_EQ(tagOf(copy), 42);
+        EXPECT_EQ(tagOf(context), 43);
+        EXPECT_EQ(CountingContainer::live, 2);
+        context.remove(CountingContainer::NAME);
+        EXPECT_EQ(CountingContainer::live, 1);
+    }
+    EXPECT_EQ(CountingContainer::live, 0);
+}
+
+TEST(StandardContainers, RefuseAContainerOfAnotherType) {
+    const CountingContainer foreign(1);
+    EXPECT_THROW(IdentityContainer identity(foreign), DynamicCastFailedException);
+    EXPECT_THROW(TimeoutContainer timeout(foreign), DynamicCastFailedException);
+}
+
+TEST(StandardContainers, ClonesAndCopiesCarryTheValue) {
+    const IdentityContainer alice("alice");
+    IdentityContainer assigned("bob");
+    assigned = alice;
+    OperationContext::Container* identityClone = alice.clone();
+    OperationContext::Container* timeoutClone = TimeoutContainer(30000).clone();
+
+    EXPECT_EQ(IdentityContainer(alice).getUserName(), "alice");
+    EXPECT_EQ(assigned.getUserName(), "alice");
+    EXPECT_EQ(IdentityContainer(*identityClone).getUserName(), "alice");
+    EXPECT_EQ(TimeoutContainer(*timeoutClone).getTimeOut(), 30000u);
+    identityClone->destroy();
+    timeoutClone->destroy();
+}
+
+} // namespace

@@ -1,0 +1,274 @@
+#include <Pegasus/Client/CIMClient.h>
+#include <Pegasus/Client/CIMXmlClientBackend.h>
+
+#include <cimxml/Request.h>
+#include <cimxml/Response.h>
+
+#include "FakeCimServer.h"
+#include "LoopbackResponder.h"
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+
+using namespace Pegasus;
+using ksv::cimxml::decodeRequest;
+using ksv::cimxml::Operation;
+using ksv::cimxml::OperationRequest;
+using ksv::cimxml::testing::answerLikeACimServer;
+using ksv::cimxml::testing::LoopbackResponder;
+using ksv::cimxml::testing::sameContent;
+using ksv::cimxml::testing::sampleClass;
+using ksv::cimxml::testing::sampleDisk;
+using ksv::cimxml::testing::TemporaryDirectory;
+using ksv::cimxml::testing::utf8;
+
+namespace {
+
+const CIMNamespaceName ksv("root/ksv");
+
+class TcpTransport : public ::testing::Test {
+protected:
+    void SetUp() override {
+        server = LoopbackResponder::onLoopbackTcp(answerLikeACimServer);
+        client.connect("127.0.0.1", server->port(), "alice", "s3cr:t");
+    }
+
+    OperationRequest lastRequest() const { return decodeRequest(server->requests().back().body); }
+
+    std::unique_ptr<LoopbackResponder> server;
+    CIMClient client;
+};
+
+TEST_F(TcpTransport, PostsCimXmlWithTheDsp0200HeadersAndBasicAuthentication) {
+    client.enumerateInstanceNames(ksv, CIMName("KSV_DiskDrive"));
+    Array<CIMParamValue> out;
+    client.invokeMethod(ksv, CIMObjectPath("KSV_DiskDrive.DeviceID=\"D 1\""), CIMName("Locate"),
+                        Array<CIMParamValue>(), out);
+    const std::vector<LoopbackResponder::Request> seen = server->requests();
+    ASSERT_EQ(2u, seen.size());
+    for (const LoopbackResponder::Request& request : seen) {
+        EXPECT_EQ("POST", request.method);
+        EXPECT_EQ("/cimom", request.url);
+        EXPECT_EQ("alice", request.user);
+        EXPECT_EQ("s3cr:t", request.password);
+        EXPECT_EQ("application/xml; charset=\"utf-8\"", request.headers.at("content-type"));
+        EXPECT_EQ("MethodCall", request.headers.at("cimoperation"));
+        EXPECT_EQ("1.0", request.headers.at("cimprotocolversion"));
+        EXPECT_EQ(0u, request.headers.count("expect"));
+        EXPECT_EQ(std::to_string(request.body.size()), request.headers.at("content-length"));
+    }
+    EXPECT_EQ("EnumerateInstanceNames", seen[0].headers.at("cimmethod"));
+    EXPECT_EQ("root/ksv", seen[0].headers.at("cimobject"));
+    EXPECT_EQ("Locate", seen[1].headers.at("cimmethod"));
+    EXPECT_EQ("root/ksv:KSV_DiskDrive.DeviceID=%22D%201%22", seen[1].headers.at("cimobject"));
+}
+
+TEST_F(TcpTransport, EveryOperationIsEncodedSentAndItsAnswerDecoded) {
+    Array<CIMName> names;
+    names.append(CIMName("Capacity"));
+    const CIMPropertyList capacityOnly(names);
+    const CIMObjectPath disk = sampleDisk(1).getPath();
+
+    EXPECT_TRUE(client.getClass(ksv, CIMName("KSV_Thing"), false, false, true, capacityOnly)
+                    .identical(sampleClass()));
+    OperationRequest sent = lastRequest();
+    EXPECT_EQ(Operation::GetClass, sent.operation);
+    EXPECT_FALSE(sent.localOnly || sent.includeQualifiers);
+    EXPECT_TRUE(sent.includeClassOrigin);
+    EXPECT_EQ(String("Capacity"), sent.propertyList.toString());
+
+    EXPECT_EQ(2u, client.enumerateClasses(ksv, CIMName(), true).size());
+    EXPECT_TRUE(lastRequest().deepInheritance);
+    EXPECT_EQ(CIMName("KSV_B"), client.enumerateClassNames(ksv)[1]);
+
+    EXPECT_TRUE(sameContent(sampleDisk(1), client.getInstance(ksv, disk)));
+    EXPECT_EQ(disk, lastRequest().objectName);
+
+    const Array<CIMInstance> disks =
+        client.enumerateInstances(ksv, CIMName("KSV_DiskDrive"), false, false, true);
+    ASSERT_EQ(3u, disks.size());
+    EXPECT_EQ(sampleDisk(3).getPath(), disks[2].getPath());
+    sent = lastRequest();
+    EXPECT_FALSE(sent.deepInheritance || sent.localOnly);
+    EXPECT_TRUE(sent.includeQualifiers);
+
+    EXPECT_EQ(3u, client.enumerateInstanceNames(ksv, CIMName("KSV_DiskDrive")).size());
+    EXPECT_EQ(sampleDisk(9).getPath(), client.createInstance(ksv, sampleDisk(4)));
+    EXPECT_TRUE(sameContent(sampleDisk(4), lastRequest().instance));
+
+    client.modifyInstance(ksv, sampleDisk(5), false, capacityOnly);
+    EXPECT_EQ(sampleDisk(5).getPath(), lastRequest().instance.getPath());
+    client.deleteInstance(ksv, disk);
+    EXPECT_EQ(Operation::DeleteInstance, lastRequest().operation);
+
+    EXPECT_EQ(CIMValue(String("1920383410176")),
+              client.getProperty(ksv, disk, CIMName("Capacity")));
+    client.setProperty(ksv, disk, CIMName("Capacity"), CIMValue(Uint64(7)));
+    EXPECT_EQ(CIMValue(String("7")), lastRequest().newValue);
+
+    const Array<CIMObject> associated = client.associators(
+        ksv, disk, CIMName("KSV_SystemDisk"), CIMName(), "PartComponent", String::EMPTY, true);
+    ASSERT_EQ(1u, associated.size());
+    EXPECT_EQ(String("array7"), associated[0].getPath().getHost());
+    sent = lastRequest();
+    EXPECT_EQ(CIMName("KSV_SystemDisk"), sent.assocClass);
+    EXPECT_EQ(String("PartComponent"), sent.role);
+    EXPECT_TRUE(sent.includeQualifiers);
+
+    EXPECT_EQ(3u, client.associatorNames(ksv, disk).size());
+    EXPECT_EQ(1u, client.references(ksv, disk, CIMName("KSV_SystemDisk")).size());
+    EXPECT_EQ(CIMName("KSV_SystemDisk"), lastRequest().resultClass);
+    EXPECT_EQ(3u, client.referenceNames(ksv, disk, CIMName(), "Dependent").size());
+    EXPECT_EQ(String("Dependent"), lastRequest().role);
+
+    Array<CIMParamValue> in;
+    in.append(CIMParamValue("Seconds", CIMValue(Uint16(30))));
+    in.append(CIMParamValue("Peer", CIMValue(disk)));
+    Array<CIMParamValue> out;
+    EXPECT_EQ(CIMValue(Uint32(0)), client.invokeMethod(ksv, disk, CIMName("Locate"), in, out));
+    ASSERT_EQ(2u, out.size());
+    EXPECT_EQ(CIMValue(Uint16(30)), out[0].getValue());
+    EXPECT_EQ(CIMValue(disk), out[1].getValue());
+    EXPECT_EQ(16u, server->requests().size());
+}
+
+TEST_F(TcpTransport, OneConnectionServesEveryCallOfAClient) {
+    for (int i = 0; i < 5; i++) {
+        client.enumerateInstanceNames(ksv, CIMName("KSV_DiskDrive"));
+    }
+    // The probe at connect time, then the kept-alive connection.
+    EXPECT_EQ(2, server->connectionsOpened());
+    client.disconnect();
+    client.connect("127.0.0.1", server->port(), "", "");
+    client.enumerateClassNames(ksv);
+    EXPECT_EQ(4, server->connectionsOpened());
+    EXPECT_EQ("", server->requests().back().user);
+    EXPECT_EQ(0u, server->requests().back().headers.count("authorization"));
+}
+
+TEST(LocalTransport, UsesTheServersUnixSocketWithoutCredentials) {
+    const TemporaryDirectory directory;
+    const std::string socketPath = directory.path() + "/cimserver.socket";
+    const auto server = LoopbackResponder::onUnixSocket(socketPath, answerLikeACimServer);
+    ASSERT_EQ(0, setenv("KSV_CIMSERVER_SOCKET", socketPath.c_str(), 1));
+    EXPECT_EQ(String(socketPath.c_str()), CIMXmlClientConnector::localSocketPath());
+    CIMClient client;
+    client.connectLocal();
+    EXPECT_EQ(3u, client.enumerateInstanceNames(ksv, CIMName("KSV_DiskDrive")).size());
+    const LoopbackResponder::Request request = server->requests().back();
+    EXPECT_EQ(0u, request.headers.count("authorization"));
+    EXPECT_EQ("localhost", request.headers.at("host"));
+
+    ASSERT_EQ(0, unsetenv("KSV_CIMSERVER_SOCKET"));
+    EXPECT_EQ(String("/tmp/ksv-cimserver.socket"), CIMXmlClientConnector::localSocketPath());
+    try {
+        CIMXmlClientConnector::connectUnixSocket((directory.path() + "/absent.socket").c_str());
+        ADD_FAILURE() << "connected to a socket that does not exist";
+    } catch (const CannotConnectException& e) {
+        EXPECT_NE(std::string::npos, utf8(e.getMessage()).find("absent.socket"));
+    }
+}
+
+// Answers every request with one fixed answer.
+std::unique_ptr<LoopbackResponder> answering(LoopbackResponder::Answer answer) {
+    return LoopbackResponder::onLoopbackTcp(
+        [answer](const LoopbackResponder::Request&) { return answer; });
+}
+
+std::string responseWithId(const std::string& id) {
+    std::string body;
+    ksv::cimxml::IMethodResponseWriter writer(body, id, Operation::EnumerateClassNames);
+    writer.finish();
+    return body;
+}
+
+TEST(TransportErrors, BecomeTheExceptionsOpenPegasusClientsExpect) {
+    std::string cimError;
+    ksv::cimxml::appendErrorResponse(cimError, "1", "EnumerateClassNames", true, CIM_ERR_NOT_FOUND,
+                                     "KSV_DiskDrive CIM Object not found.");
+    const auto notFound = answering({200, cimError, {}, {}, 0});
+    CIMClient client;
+    client.connect("127.0.0.1", notFound->port(), "", "");
+    try {
+        client.enumerateClassNames(ksv);
+        ADD_FAILURE() << "no CIMException";
+    } catch (const CIMException& e) {
+        EXPECT_EQ(CIM_ERR_NOT_FOUND, e.getCode());
+        EXPECT_EQ("KSV_DiskDrive CIM Object not found.", utf8(e.getMessage()));
+    }
+    client.disconnect();
+
+    const auto refused = answering({401, "", {{"WWW-Authenticate", "Basic realm=\"ksv\""}}, {}, 0});
+    client.connect("127.0.0.1", refused->port(), "mallory", "guess");
+    try {
+        client.enumerateClassNames(ksv);
+        ADD_FAILURE() << "no HTTP error";
+    } catch (const CIMClientHTTPErrorException& e) {
+        EXPECT_EQ(401u, e.getCode());
+    }
+    client.disconnect();
+
+    const auto invalid = answering(
+        {400, "", {{"CIMError", "request-not-valid"}, {"PGErrorDetail", "bad%20body"}}, {}, 0});
+    client.connect("127.0.0.1", invalid->port(), "", "");
+    try {
+        client.enumerateClassNames(ksv);
+        ADD_FAILURE() << "no HTTP error";
+    } catch (const CIMClientHTTPErrorException& e) {
+        EXPECT_EQ(400u, e.getCode());
+        EXPECT_EQ("request-not-valid", utf8(e.getCIMError()));
+        EXPECT_EQ("bad body", utf8(e.getCIMErrorDetail()));
+    }
+    client.disconnect();
+
+    const auto garbage = answering({200, "<html>busy</html>", {}, {}, 0});
+    client.connect("127.0.0.1", garbage->port(), "", "");
+    EXPECT_THROW(client.enumerateClassNames(ksv), CIMClientXmlException);
+    client.disconnect();
+
+    const auto stale = answering({200, responseWithId("999"), {}, {}, 0});
+    client.connect("127.0.0.1", stale->port(), "", "");
+    EXPECT_THROW(client.enumerateClassNames(ksv), CIMClientResponseException);
+    client.disconnect();
+
+    const auto brokenStream =
+        answering({200,
+                   responseWithId("1"),
+                   {},
+                   {{"CIMStatusCode", "1"}, {"CIMStatusCodeDescription", "provider%20failed"}},
+                   0});
+    client.connect("127.0.0.1", brokenStream->port(), "", "");
+    try {
+        client.enumerateClassNames(ksv);
+        ADD_FAILURE() << "trailer ignored";
+    } catch (const CIMException& e) {
+        EXPECT_EQ(CIM_ERR_FAILED, e.getCode());
+        EXPECT_EQ("provider failed", utf8(e.getMessage()));
+    }
+}
+
+TEST(TransportErrors, RefusedConnectionsAndTimeOutsAreReported) {
+    unsigned closedPort = 0;
+    {
+        const auto gone = answering({});
+        closedPort = gone->port();
+    }
+    CIMClient client;
+    EXPECT_THROW(client.connect("127.0.0.1", closedPort, "", ""), CannotConnectException);
+
+    const auto slow = LoopbackResponder::onLoopbackTcp([](const LoopbackResponder::Request& r) {
+        LoopbackResponder::Answer answer = answerLikeACimServer(r);
+        answer.delayMilliseconds =
+            decodeRequest(r.body).operation == Operation::GetClass ? 1500 : 0;
+        return answer;
+    });
+    client.connect("127.0.0.1", slow->port(), "", "");
+    client.setTimeout(300);
+    EXPECT_THROW(client.getClass(ksv, CIMName("KSV_Thing")), ConnectionTimeoutException);
+    // The next call opens a new connection and succeeds.
+    EXPECT_EQ(2u, client.enumerateClassNames(ksv).size());
+}
+
+} // namespace

@@ -1,0 +1,258 @@
+#include <cimxml/Errors.h>
+#include <cimxml/Response.h>
+
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace Pegasus;
+using namespace ksv::cimxml;
+using ksv::cimxml::testing::sameContent;
+using ksv::cimxml::testing::sampleClass;
+using ksv::cimxml::testing::sampleDisk;
+using ksv::cimxml::testing::throwsCim;
+using ksv::cimxml::testing::utf8;
+
+namespace {
+
+const PathDefaults arrayDefaults{"array7", CIMNamespaceName("root/ksv")};
+
+// Sends what the writer produced after every write, as a server streaming chunks would.
+class ChunkedResponse {
+public:
+    explicit ChunkedResponse(Operation operation)
+        : _operation(operation), _writer(_buffer, "41", operation, arrayDefaults) {}
+
+    IMethodResponseWriter& writer() {
+        _flush();
+        return _writer;
+    }
+
+    OperationResponse finish() {
+        _writer.finish();
+        _flush();
+        return decodeResponse(_sent, _operation, operationName(_operation));
+    }
+
+private:
+    void _flush() {
+        _sent += _buffer;
+        _buffer.clear();
+    }
+
+    Operation _operation;
+    std::string _buffer;
+    std::string _sent;
+    IMethodResponseWriter _writer;
+};
+
+TEST(ResponseWriter, StreamsEachOperationsResultsThatDecodeBack) {
+    ChunkedResponse classes(Operation::EnumerateClasses);
+    classes.writer().writeClass(sampleClass());
+    classes.writer().writeObject(CIMObject(CIMClass(CIMName("KSV_Other"))));
+    const OperationResponse classResponse = classes.finish();
+    ASSERT_EQ(2u, classResponse.classes.size());
+    EXPECT_TRUE(classResponse.classes[0].identical(sampleClass()));
+    EXPECT_EQ("41", classResponse.messageId);
+
+    ChunkedResponse names(Operation::EnumerateClassNames);
+    names.writer().writeClassName(CIMName("KSV_A"));
+    names.writer().writeClassName(CIMName("KSV_B"));
+    EXPECT_EQ(CIMName("KSV_B"), names.finish().classNames[1]);
+
+    ChunkedResponse instances(Operation::EnumerateInstances);
+    for (int i = 0; i < 3; i++) {
+        instances.writer().writeInstance(sampleDisk(i));
+    }
+    const OperationResponse instanceResponse = instances.finish();
+    ASSERT_EQ(3u, instanceResponse.instances.size());
+    EXPECT_TRUE(sameContent(sampleDisk(2), instanceResponse.instances[2]));
+    EXPECT_EQ(sampleDisk(2).getPath(), instanceResponse.instances[2].getPath());
+
+    ChunkedResponse single(Operation::GetInstance);
+    single.writer().writeObject(CIMObject(sampleDisk(5)));
+    EXPECT_TRUE(sameContent(sampleDisk(5), single.finish().instances[0]));
+
+    ChunkedResponse created(Operation::CreateInstance);
+    created.writer().writeObjectPath(sampleDisk(1).getPath());
+    EXPECT_EQ(sampleDisk(1).getPath(), created.finish().paths[0]);
+
+    ChunkedResponse property(Operation::GetProperty);
+    property.writer().writeValue(CIMValue(Uint64(1920383410176ULL)));
+    EXPECT_EQ(CIMValue(String("1920383410176")), property.finish().value);
+
+    ChunkedResponse nullProperty(Operation::GetProperty);
+    nullProperty.writer().writeValue(CIMValue(CIMTYPE_UINT64, false));
+    EXPECT_TRUE(nullProperty.finish().value.isNull());
+
+    for (Operation nothing :
+         {Operation::ModifyInstance, Operation::DeleteInstance, Operation::SetProperty}) {
+        const OperationResponse response = ChunkedResponse(nothing).finish();
+        EXPECT_FALSE(response.error);
+    }
+}
+
+TEST(ResponseWriter, AssociationResultsCarryFullPaths) {
+    ChunkedResponse associators(Operation::Associators);
+    associators.writer().writeInstance(sampleDisk(1));
+    associators.writer().writeClass(sampleClass());
+    const OperationResponse objects = associators.finish();
+    ASSERT_EQ(2u, objects.objects.size());
+    CIMObjectPath expected = sampleDisk(1).getPath();
+    expected.setHost("array7");
+    expected.setNameSpace(CIMNamespaceName("root/ksv"));
+    EXPECT_EQ(expected, objects.objects[0].getPath());
+    EXPECT_TRUE(objects.objects[1].isClass());
+    EXPECT_EQ(CIMObjectPath("//array7/root/ksv:KSV_Thing"), objects.objects[1].getPath());
+
+    ChunkedResponse referenceNames(Operation::ReferenceNames);
+    CIMObjectPath elsewhere = sampleDisk(2).getPath();
+    elsewhere.setHost("other");
+    elsewhere.setNameSpace(CIMNamespaceName("root/cimv2"));
+    referenceNames.writer().writeObjectPath(elsewhere);
+    referenceNames.writer().writeObjectPath(CIMObjectPath("KSV_Thing"));
+    const OperationResponse paths = referenceNames.finish();
+    ASSERT_EQ(2u, paths.paths.size());
+    EXPECT_EQ(elsewhere, paths.paths[0]);
+    EXPECT_EQ(CIMObjectPath("//array7/root/ksv:KSV_Thing"), paths.paths[1]);
+}
+
+TEST(ResponseWriter, TakesTheDsp0201FormAndStartsOnlyWhenAskedTo) {
+    std::string out;
+    IMethodResponseWriter writer(out, "7", Operation::EnumerateInstanceNames);
+    EXPECT_FALSE(writer.hasStarted());
+    EXPECT_TRUE(throwsCim([&] { writer.writeClass(sampleClass()); }, CIM_ERR_FAILED,
+                          "a class does not belong in a EnumerateInstanceNames response"));
+    EXPECT_FALSE(writer.hasStarted());
+    EXPECT_EQ("", out);
+    writer.writeObjectPath(CIMObjectPath("KSV_Disk.DeviceID=\"D1\""));
+    EXPECT_TRUE(writer.hasStarted());
+    writer.finish();
+    EXPECT_EQ(
+        "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n"
+        "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"7\" PROTOCOLVERSION=\"1.0\">"
+        "<SIMPLERSP><IMETHODRESPONSE NAME=\"EnumerateInstanceNames\"><IRETURNVALUE>"
+        "<INSTANCENAME CLASSNAME=\"KSV_Disk\"><KEYBINDING NAME=\"DeviceID\">"
+        "<KEYVALUE VALUETYPE=\"string\">D1</KEYVALUE></KEYBINDING></INSTANCENAME>"
+        "</IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>\n",
+        out);
+}
+
+TEST(ErrorAndMethodResponses, RoundTripThroughTheDecoder) {
+    std::string error;
+    appendErrorResponse(error, "9", "GetInstance", true, CIM_ERR_NOT_FOUND,
+                        "KSV_DiskDrive CIM Object not found.");
+    EXPECT_NE(std::string::npos,
+              error.find("<IMETHODRESPONSE NAME=\"GetInstance\"><ERROR CODE=\"6\" "
+                         "DESCRIPTION=\"KSV_DiskDrive CIM Object not found.\"/>"
+                         "</IMETHODRESPONSE>"));
+    const OperationResponse failed = decodeResponse(error, Operation::GetInstance, "GetInstance");
+    ASSERT_TRUE(failed.error);
+    EXPECT_EQ(CIM_ERR_NOT_FOUND, failed.error->code);
+    EXPECT_TRUE(throwsCim([&] { failed.throwIfError(); }, CIM_ERR_NOT_FOUND,
+                          "KSV_DiskDrive CIM Object not found."));
+
+    std::string methodError;
+    appendErrorResponse(methodError, "10", "Locate", false, CIM_ERR_ACCESS_DENIED,
+                        "Insufficient privilege for the user");
+    EXPECT_EQ(CIM_ERR_ACCESS_DENIED,
+              decodeResponse(methodError, Operation::InvokeMethod, "Locate").error->code);
+
+    Array<CIMParamValue> out;
+    out.append(CIMParamValue("Job", CIMValue(CIMObjectPath("KSV_Job.Id=3"))));
+    out.append(CIMParamValue("Progress", CIMValue(Uint16(50))));
+    out.append(CIMParamValue("Snapshot", CIMValue(sampleDisk(1))));
+    std::string result;
+    appendMethodResponse(result, "11", CIMName("Locate"), CIMValue(Uint32(4096)), out);
+    EXPECT_NE(std::string::npos,
+              result.find("<RETURNVALUE PARAMTYPE=\"uint32\"><VALUE>4096</VALUE></RETURNVALUE>"));
+    const OperationResponse returned = decodeResponse(result, Operation::InvokeMethod, "locate");
+    EXPECT_EQ(CIMValue(Uint32(4096)), returned.value);
+    ASSERT_EQ(3u, returned.outParameters.size());
+    EXPECT_EQ(CIMValue(CIMObjectPath("KSV_Job.Id=3")), returned.outParameters[0].getValue());
+    EXPECT_EQ(CIMValue(Uint16(50)), returned.outParameters[1].getValue());
+    CIMInstance snapshot;
+    returned.outParameters[2].getValue().get(snapshot);
+    EXPECT_TRUE(sameContent(sampleDisk(1), snapshot));
+
+    std::string empty;
+    appendMethodResponse(empty, "12", CIMName("Reset"), CIMValue(CIMTYPE_UINT32, false),
+                         Array<CIMParamValue>());
+    EXPECT_TRUE(decodeResponse(empty, Operation::InvokeMethod, "Reset").value.isNull());
+}
+
+std::string simpleResponse(const std::string& content) {
+    return "<?xml version=\"1.0\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
+           "  <MESSAGE ID=\"5\" PROTOCOLVERSION=\"1.0\">\n    <SIMPLERSP>\n" +
+           content + "\n    </SIMPLERSP>\n  </MESSAGE>\n</CIM>\n";
+}
+
+TEST(ResponseDecoding, ReadsPrettyPrintedResponsesAndIgnoresErrorInstances) {
+    const OperationResponse names = decodeResponse(
+        simpleResponse(
+            "<IMETHODRESPONSE NAME=\"AssociatorNames\">\n  <IRETURNVALUE>\n"
+            "    <OBJECTPATH>\n      <INSTANCEPATH>\n        <NAMESPACEPATH>\n"
+            "          <HOST>array7</HOST>\n          <LOCALNAMESPACEPATH>\n"
+            "            <NAMESPACE NAME=\"root\"/>\n            <NAMESPACE NAME=\"ksv\"/>\n"
+            "          </LOCALNAMESPACEPATH>\n        </NAMESPACEPATH>\n"
+            "        <INSTANCENAME CLASSNAME=\"KSV_System\">\n"
+            "          <KEYBINDING NAME=\"Name\"><KEYVALUE>S1</KEYVALUE></KEYBINDING>\n"
+            "        </INSTANCENAME>\n      </INSTANCEPATH>\n    </OBJECTPATH>\n"
+            "  </IRETURNVALUE>\n</IMETHODRESPONSE>"),
+        Operation::AssociatorNames, "AssociatorNames");
+    ASSERT_EQ(1u, names.paths.size());
+    EXPECT_EQ(CIMObjectPath("//array7/root/ksv:KSV_System.Name=\"S1\""), names.paths[0]);
+
+    const OperationResponse failed = decodeResponse(
+        simpleResponse("<IMETHODRESPONSE NAME=\"DeleteInstance\"><ERROR CODE=\"7\">"
+                       "<INSTANCE CLASSNAME=\"CIM_Error\"/></ERROR></IMETHODRESPONSE>"),
+        Operation::DeleteInstance, "DeleteInstance");
+    EXPECT_EQ(CIM_ERR_NOT_SUPPORTED, failed.error->code);
+    EXPECT_EQ(0u, failed.error->description.size());
+}
+
+struct BadResponse {
+    std::string content;
+    Operation operation;
+    const char* complaint;
+};
+
+TEST(ResponseDecoding, RefusesResponsesThatDoNotAnswerTheRequest) {
+    const BadResponse cases[] = {
+        {"<IMETHODRESPONSE NAME=\"GetClass\"><IRETURNVALUE/></IMETHODRESPONSE>",
+         Operation::GetInstance, "answers \"GetClass\", not \"GetInstance\""},
+        {"<IMETHODRESPONSE NAME=\"GetInstance\"/>", Operation::GetInstance,
+         "IRETURNVALUE is missing"},
+        {"<IMETHODRESPONSE NAME=\"GetInstance\"><IRETURNVALUE/></IMETHODRESPONSE>",
+         Operation::GetInstance, "element INSTANCE is missing"},
+        {"<IMETHODRESPONSE NAME=\"GetInstance\"><IRETURNVALUE><INSTANCE CLASSNAME=\"A\"/>"
+         "<INSTANCE CLASSNAME=\"B\"/></IRETURNVALUE></IMETHODRESPONSE>",
+         Operation::GetInstance, "unexpected element inside IRETURNVALUE"},
+        {"<IMETHODRESPONSE NAME=\"EnumerateInstances\"><IRETURNVALUE><INSTANCE CLASSNAME=\"A\"/>"
+         "</IRETURNVALUE></IMETHODRESPONSE>",
+         Operation::EnumerateInstances, "unexpected element inside IRETURNVALUE"},
+        {"<IMETHODRESPONSE NAME=\"Locate\"/>", Operation::InvokeMethod,
+         "IMETHODRESPONSE(Locate) (line 5): expected METHODRESPONSE"},
+        {"<METHODRESPONSE NAME=\"Locate\"><ERROR CODE=\"x\"/></METHODRESPONSE>",
+         Operation::InvokeMethod, "value \"x\" is not a valid uint32"},
+        {"<METHODRESPONSE NAME=\"Locate\"><RETURNVALUE PARAMTYPE=\"uint8\"><VALUE>-1</VALUE>"
+         "</RETURNVALUE></METHODRESPONSE>",
+         Operation::InvokeMethod, "out of range for uint8"},
+    };
+    for (const BadResponse& c : cases) {
+        const char* name =
+            c.operation == Operation::InvokeMethod ? "Locate" : operationName(c.operation);
+        try {
+            decodeResponse(simpleResponse(c.content), c.operation, name);
+            ADD_FAILURE() << "accepted " << c.content;
+        } catch (const ProtocolError& e) {
+            EXPECT_EQ(MessageFault::NotValid, e.fault());
+            EXPECT_NE(std::string::npos, utf8(e.getMessage()).find(c.complaint))
+                << utf8(e.getMessage());
+        }
+    }
+}
+
+} // namespace

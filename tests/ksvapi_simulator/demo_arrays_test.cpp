@@ -1,0 +1,164 @@
+// The demo arrays and generated arrays, read through the library.
+#include "simulator_test_support.h"
+
+#include "array_generator.h"
+
+#include <map>
+#include <set>
+
+namespace ksvsim::testing {
+namespace {
+
+class DemoArray : public SimulatorTest {
+protected:
+    void SetUp() override {
+        SimulatorTest::SetUp();
+        const auto error = ksvsim::loadModelFile(examplePath("demo.json"));
+        ASSERT_FALSE(error) << error->describe();
+    }
+};
+
+TEST_F(DemoArray, DisksOfEveryTechnologyInFourCages) {
+    const auto disks = readDisks();
+    ASSERT_EQ(disks.size(), 38u);
+    std::set<int> technologies;
+    std::set<int> cageTypes;
+    std::set<std::string> magazines;
+    int absent = 0;
+    for (const api_Disk_t& disk : disks) {
+        absent += disk.isAbsent;
+        technologies.insert(disk.type_);
+        cageTypes.insert(disk.cageType);
+        magazines.insert(disk.parentDeviceID);
+    }
+    EXPECT_EQ(absent, 1);
+    EXPECT_EQ(technologies, (std::set<int>{1, 2, 4, 5}));
+    EXPECT_EQ(cageTypes, (std::set<int>{1, 3, 5, 8}));
+    EXPECT_EQ(magazines.size(), 26u);
+}
+
+TEST_F(DemoArray, FirmwareVersionsIncludeOneThatIsAPrefixOfAnother) {
+    std::set<std::string> versions;
+    for (const api_Disk_t& disk : readDisks()) {
+        if (!disk.isAbsent) {
+            versions.insert(disk.fwVersion);
+        }
+    }
+    EXPECT_EQ(versions, (std::set<std::string>{"2.1", "2.10", "3.1", "4.0", "4.02", "4.1"}));
+}
+
+TEST_F(DemoArray, EveryListedDeviceIdLeadsBackToItsDisk) {
+    api_DiskDeviceIDList_t list{};
+    ASSERT_EQ(getDiskDeviceIDs(API_ALL_DISK_IDS, &list), API_OK);
+    EXPECT_EQ(list.count, 37u);
+    for (uint32_t i = 0; i < list.count; ++i) {
+        int64_t selector = API_ALL_DISKS;
+        uint32_t diskId = API_ALL_DISK_IDS;
+        ASSERT_EQ(api_deReferenceDiskDeviceID(list.entries[i].deviceID, &selector, &diskId),
+                  API_OK);
+        EXPECT_EQ(diskId, list.entries[i].diskId);
+        const auto disks = readDisks(selector);
+        ASSERT_EQ(disks.size(), 1u);
+        EXPECT_STREQ(disks[0].deviceID, list.entries[i].deviceID);
+    }
+    freeDiskDeviceIDs(&list);
+}
+
+TEST_F(DemoArray, VolumeMapsAgreeWithTheDisks) {
+    std::map<int32_t, uint64_t> wwnById;
+    for (const api_Disk_t& disk : readDisks()) {
+        wwnById[static_cast<int32_t>(disk.id)] = disk.wwn;
+    }
+    api_MapsVVtoCh_t maps{};
+    ASSERT_EQ(api_getMapsVVtoCh(nullptr, &maps), API_OK);
+    ASSERT_EQ(maps.count, 10u);
+    std::map<uint32_t, uint32_t> thirdRunChunkletsByDisk;
+    std::size_t widestSpread = 0;
+    for (uint32_t v = 0; v < maps.count; ++v) {
+        const api_MapVVtoCh_t& volume = maps.volumes[v];
+        std::set<int32_t> userDisks;
+        for (uint32_t i = 0; i < volume.chunkletCount; ++i) {
+            const api_MapCh_t& entry = volume.chunklets[i];
+            EXPECT_EQ(entry.diskWwn, wwnById.at(entry.diskId));
+            if (i >= volume.firstRunLength + volume.secondRunLength) {
+                userDisks.insert(entry.diskId);
+                ++thirdRunChunkletsByDisk[static_cast<uint32_t>(entry.diskId)];
+            }
+        }
+        widestSpread = std::max(widestSpread, userDisks.size());
+    }
+    EXPECT_GE(widestSpread, 20u);
+    api_freeMapsVVtoCh(&maps);
+
+    api_MapsPDtoVV_t diskMaps{};
+    ASSERT_EQ(api_getMapsPDtoVV(API_ALL_DISK_IDS, &diskMaps), API_OK);
+    std::map<uint32_t, uint32_t> fromDiskMaps;
+    for (uint32_t d = 0; d < diskMaps.count; ++d) {
+        for (uint32_t i = 0; i < diskMaps.disks[d].volumeCount; ++i) {
+            fromDiskMaps[diskMaps.disks[d].diskId] += diskMaps.disks[d].volumes[i].chunkletCount;
+        }
+    }
+    EXPECT_EQ(fromDiskMaps, thirdRunChunkletsByDisk);
+    api_freeMapsPDtoVV(&diskMaps);
+}
+
+TEST(DemoQuadPortArray, SomeThirdAndFourthPathsHaveNoPort) {
+    ksvsim::reset();
+    ASSERT_FALSE(ksvsim::loadModelFile(examplePath("demo-quadport.json")));
+    int withoutPort = 0;
+    int missing = 0;
+    int withPort = 0;
+    for (const api_Disk_t& disk : readDisks()) {
+        for (const api_Loop_t* loop : {&disk.loopA1, &disk.loopB1}) {
+            withoutPort += loop->lpid == API_LPID_NONE;
+            missing += !disk.isAbsent && loop->lpid == 0;
+            withPort += loop->lpid != 0 && loop->lpid != API_LPID_NONE;
+        }
+    }
+    EXPECT_GT(withoutPort, 0);
+    EXPECT_GT(missing, 0);
+    EXPECT_GT(withPort, withoutPort + missing);
+    ksvsim::reset();
+}
+
+class GeneratedArray : public SimulatorTest {};
+
+TEST_F(GeneratedArray, SameSeedSameArray) {
+    tools::GeneratorOptions options;
+    options.disks = 100;
+    options.volumes = 50;
+    options.seed = 9;
+    const std::string first = tools::generateArray(options).dump();
+    EXPECT_EQ(tools::generateArray(options).dump(), first);
+    options.seed = 10;
+    EXPECT_NE(tools::generateArray(options).dump(), first);
+}
+
+TEST_F(GeneratedArray, LoadsWithEveryDiskAndVolume) {
+    tools::GeneratorOptions options;
+    options.disks = 500;
+    options.volumes = 300;
+    options.quadPort = true;
+    const auto error = ksvsim::loadModelText(tools::generateArray(options).dump(), "generated");
+    ASSERT_FALSE(error) << error->describe();
+    EXPECT_EQ(readDisks().size(), 500u);
+    api_VVList_t list{};
+    ASSERT_EQ(api_getVVs("", &list), API_OK);
+    EXPECT_EQ(list.count, 300u);
+    std::free(list.vvs);
+    api_SystemInfo_t info{};
+    ASSERT_EQ(api_getSystemInfo(&info), API_OK);
+    EXPECT_EQ(info.isQuadPort, 1);
+}
+
+TEST_F(GeneratedArray, ImpossibleOptionsAreRefused) {
+    tools::GeneratorOptions options;
+    options.disks = 0;
+    EXPECT_THROW(tools::generateArray(options), std::invalid_argument);
+    options.disks = 2;
+    options.volumes = 100;
+    EXPECT_THROW(tools::generateArray(options), std::invalid_argument);
+}
+
+} // namespace
+} // namespace ksvsim::testing

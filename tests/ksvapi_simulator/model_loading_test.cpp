@@ -1,0 +1,145 @@
+// Loading array models and refusing bad ones with the place of the fault.
+#include "simulator_test_support.h"
+
+#include <fstream>
+#include <functional>
+
+namespace ksvsim::testing {
+namespace {
+
+using nlohmann::json;
+
+class ModelLoading : public SimulatorTest {};
+
+TEST_F(ModelLoading, BuiltInModelIsTheSmallExample) {
+    EXPECT_EQ(ksvsim::activeModelSource(), "<built-in>");
+    const auto builtIn = readDisks();
+    ASSERT_FALSE(ksvsim::loadModelFile(examplePath("small.json")));
+    const auto fromFile = readDisks();
+    ASSERT_EQ(builtIn.size(), 6u);
+    ASSERT_EQ(fromFile.size(), builtIn.size());
+    for (std::size_t i = 0; i < builtIn.size(); ++i) {
+        EXPECT_EQ(std::memcmp(&builtIn[i], &fromFile[i], sizeof(api_Disk_t)), 0) << "disk " << i;
+    }
+}
+
+TEST_F(ModelLoading, MissingFileIsNamed) {
+    const auto error = ksvsim::loadModelFile("no/such/array.json");
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->source, "no/such/array.json");
+    EXPECT_EQ(error->place, "");
+    EXPECT_NE(error->message.find("cannot open file"), std::string::npos);
+    EXPECT_EQ(error->describe(), "no/such/array.json: " + error->message);
+}
+
+TEST_F(ModelLoading, SyntaxErrorGivesLineAndColumn) {
+    const auto error =
+        ksvsim::loadModelText("{\n  \"system\": {\n    \"name\" \"x\"\n  }\n}", "bad.json");
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->source, "bad.json");
+    EXPECT_EQ(error->place, "line 3, column 14") << "just after the unexpected \"x\"";
+    EXPECT_NE(error->message.find("syntax error"), std::string::npos) << error->message;
+}
+
+TEST_F(ModelLoading, RefusedModelLeavesTheActiveOneServing) {
+    ASSERT_FALSE(ksvsim::loadModelFile(examplePath("demo.json")));
+    const std::size_t demoDisks = readDisks().size();
+    json broken = minimalModel();
+    broken["disks"][1]["wwn"] = "5000000000000A00";
+    ASSERT_TRUE(ksvsim::loadModelText(broken.dump()));
+    EXPECT_EQ(readDisks().size(), demoDisks);
+    EXPECT_EQ(ksvsim::activeModelSource(), examplePath("demo.json"));
+}
+
+// One way to break the minimal model, and where and how the error must show.
+struct BadModel {
+    const char* name;
+    std::function<void(json&)> breakModel;
+    const char* place;
+    const char* message;
+    int cageType = 2;
+};
+
+void PrintTo(const BadModel& bad, std::ostream* out) {
+    *out << bad.name;
+}
+
+class RefusedModels : public SimulatorTest, public ::testing::WithParamInterface<BadModel> {};
+
+TEST_P(RefusedModels, NamePlaceAndFault) {
+    json model = minimalModel(GetParam().cageType);
+    GetParam().breakModel(model);
+    const auto error = ksvsim::loadModelText(model.dump(), "model.json");
+    ASSERT_TRUE(error) << "model was accepted";
+    EXPECT_EQ(error->source, "model.json");
+    EXPECT_EQ(error->place, GetParam().place) << error->describe();
+    EXPECT_NE(error->message.find(GetParam().message), std::string::npos) << error->describe();
+}
+
+const BadModel kBadModels[] = {
+    {"MissingSystem", [](json& m) { m.erase("system"); }, "top level", "missing member \"system\""},
+    {"UnknownTopMember", [](json& m) { m["disk"] = json::array(); }, "/disk",
+     "unknown member \"disk\""},
+    {"WrongTypeForId", [](json& m) { m["disks"][0]["id"] = "zero"; }, "/disks/0/id",
+     "expected an integer from 0 to 2147483647, found string"},
+    {"ShortWwn", [](json& m) { m["disks"][0]["wwn"] = "5000A00"; }, "/disks/0/wwn",
+     "expected a WWN of 16 hexadecimal digits"},
+    {"DuplicateDeviceId",
+     [](json& m) {
+         m["disks"][1]["wwn"] = "5000000000000A00";
+         m["disks"][1]["id"] = 0;
+     },
+     "/disks/1", "DeviceID 5000000000000A00-id-0 is already used at /disks/0"},
+    {"DuplicateDiskId", [](json& m) { m["disks"][1]["id"] = 0; }, "/disks/1/id",
+     "disk id 0 is already used at /disks/0/id"},
+    {"DuplicateSlot", [](json& m) { m["disks"][1]["magazine"] = 0; }, "/disks/1/position",
+     "slot c0:0:0 is already used"},
+    {"UnknownCage", [](json& m) { m["disks"][1]["cage"] = "c9"; }, "/disks/1/cage",
+     "unknown cage \"c9\""},
+    {"UnknownMagazine", [](json& m) { m["disks"][1]["magazine"] = 5; }, "/disks/1/magazine",
+     "cage c0 has no magazine 5"},
+    {"TextTooLong", [](json& m) { m["disks"][0]["elementName"] = std::string(32, 'x'); },
+     "/disks/0/elementName", "longer than 31 characters"},
+    {"BadLpid", [](json& m) { m["disks"][0]["paths"]["A"]["lpid"] = "8:1:1"; },
+     "/disks/0/paths/A/lpid", "port location"},
+    {"EsiOnLedOnlyCage", [](json& m) { m["disks"][0]["enclosure"]["esiState"] = 1; },
+     "/disks/0/enclosure/esiState", "cage type 2 has no enclosure services"},
+    {"LedStateOnEsiOnlyCage", [](json& m) { m["disks"][0]["enclosure"]["ledState"] = 1; },
+     "/disks/0/enclosure/ledState", "cage type 7 keeps no LED state", 7},
+    {"DuplicateMagazine", [](json& m) { m["cages"][0]["magazines"][1]["position"] = 0; },
+     "/cages/0/magazines/1/position", "magazine position 0 appears twice in cage c0"},
+    {"BadIpv4", [](json& m) { m["system"]["ipv4"] = "192.0.2.300"; }, "/system/ipv4",
+     "expected an IPv4 address"},
+    {"TwoRuns",
+     [](json& m) {
+         m["volumes"][0]["runs"] = json::array({json::array(), json::array()});
+     },
+     "/volumes/0/runs", "expected three runs of chunklets, found 2"},
+    {"ChunkletOnUnknownDisk",
+     [](json& m) {
+         m["volumes"][0]["runs"][2][1] = {5, 1};
+     },
+     "/volumes/0/runs/2/1", "chunklet on unknown disk 5"},
+    {"ChunkletOnAbsentDisk", [](json& m) { m["disks"][1]["absent"] = true; }, "/volumes/0/runs/2/1",
+     "chunklet on disk 1, which is absent"},
+    {"ChunkletUsedTwice",
+     [](json& m) {
+         m["volumes"][0]["runs"][0] = {{0, 1}};
+     },
+     "/volumes/0/runs/2/0", "chunklet 1 of disk 0 is already used at /volumes/0/runs/0/0"},
+    {"ChunkletNotAPair", [](json& m) { m["volumes"][0]["runs"][2][0] = {0}; },
+     "/volumes/0/runs/2/0", "expected a pair [disk id, chunklet number]"},
+    {"ChunkletNumberTooLarge",
+     [](json& m) {
+         m["volumes"][0]["runs"][2][0] = {0, 65536};
+     },
+     "/volumes/0/runs/2/0", "chunklet number 65536 is out of range"},
+    {"ExcludedUnknownDisk", [](json& m) { m["volumes"][0]["excludedDisks"] = {4}; },
+     "/volumes/0/excludedDisks/0", "unknown disk 4"},
+};
+
+INSTANTIATE_TEST_SUITE_P(EachFault, RefusedModels, ::testing::ValuesIn(kBadModels),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+} // namespace
+} // namespace ksvsim::testing

@@ -1,0 +1,183 @@
+// Lexing, parsing and typing of MOF literals, seen through the compiled
+// values, and the positions that syntax errors report.
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMProperty.h>
+#include <Pegasus/Common/CIMValue.h>
+
+#include "MofTestSupport.h"
+#include "mof_compiler/MofParser.h"
+
+namespace ksv::mof::test {
+namespace {
+
+using namespace Pegasus;
+
+class MofSyntax : public MofTest {
+protected:
+    // The default value of property P of a one-property class.
+    CIMValue defaultOf(const std::string& declaration) {
+        std::string name = "C" + std::to_string(++_classes);
+        CIMClass cimClass = fullClass("class " + name + " { " + declaration + " };", name.c_str());
+        return cimClass.getProperty(cimClass.findProperty("P")).getValue();
+    }
+
+private:
+    int _classes = 0;
+};
+
+TEST_F(MofSyntax, IntegerNotationsAndSigns) {
+    EXPECT_EQ(utf8(defaultOf("uint8 P = 0x1F;").toString()), "31");
+    EXPECT_EQ(utf8(defaultOf("uint8 P = 101b;").toString()), "5");
+    EXPECT_EQ(utf8(defaultOf("uint8 P = 017;").toString()), "15");
+    EXPECT_EQ(utf8(defaultOf("sint16 P = -0x10;").toString()), "-16");
+    EXPECT_EQ(utf8(defaultOf("uint32 P = +42;").toString()), "42");
+    EXPECT_EQ(utf8(defaultOf("sint32 P = 0;").toString()), "0");
+}
+
+TEST_F(MofSyntax, IntegerRangesOfEveryType) {
+    struct Case {
+        const char* type;
+        const char* lowest;
+        const char* highest;
+        const char* belowLowest;
+        const char* aboveHighest;
+    };
+    const Case cases[] = {
+        {"uint8", "0", "255", "-1", "256"},
+        {"sint8", "-128", "127", "-129", "128"},
+        {"uint16", "0", "65535", "-1", "65536"},
+        {"sint16", "-32768", "32767", "-32769", "32768"},
+        {"uint32", "0", "4294967295", "-1", "4294967296"},
+        {"sint32", "-2147483648", "2147483647", "-2147483649", "2147483648"},
+        {"uint64", "0", "18446744073709551615", "-1", "18446744073709551616"},
+        {"sint64", "-9223372036854775808", "9223372036854775807", "-9223372036854775809",
+         "9223372036854775808"},
+    };
+    for (const Case& c : cases) {
+        std::string type = c.type;
+        EXPECT_EQ(utf8(defaultOf(type + " P = " + c.lowest + ";").toString()), c.lowest);
+        EXPECT_EQ(utf8(defaultOf(type + " P = " + c.highest + ";").toString()), c.highest);
+        for (const char* outside : {c.belowLowest, c.aboveHighest}) {
+            MofError error = errorOf("class Out { " + type + " P = " + outside + "; };");
+            EXPECT_NE(error.message().find("out of range"), std::string::npos)
+                << type << " " << outside << ": " << error.what();
+        }
+    }
+}
+
+TEST_F(MofSyntax, StringsCharsRealsBooleansAndNull) {
+    EXPECT_EQ(utf8(defaultOf(R"(string P = "a\tb\"c\x41" "def";)").toString()), "a\tb\"cAdef");
+    CIMValue character = defaultOf(R"(char16 P = '\n';)");
+    Char16 code;
+    character.get(code);
+    EXPECT_EQ(Uint16(code), '\n');
+    Real64 real = 0;
+    defaultOf("real64 P = -1.5e3;").get(real);
+    EXPECT_DOUBLE_EQ(real, -1500.0);
+    Boolean flag = false;
+    defaultOf("boolean P = TRUE;").get(flag);
+    EXPECT_TRUE(flag);
+    CIMValue null = defaultOf("string P = NULL;");
+    EXPECT_TRUE(null.isNull());
+    EXPECT_EQ(null.getType(), CIMTYPE_STRING);
+}
+
+TEST_F(MofSyntax, ArraysAndDatetimes) {
+    Array<Uint16> numbers;
+    defaultOf("uint16 P[] = {1, 2, 3};").get(numbers);
+    ASSERT_EQ(numbers.size(), 3u);
+    EXPECT_EQ(numbers[2], 3);
+    CIMValue empty = defaultOf("string P[] = {};");
+    EXPECT_FALSE(empty.isNull());
+    EXPECT_EQ(empty.getArraySize(), 0u);
+    CIMValue fixed = defaultOf("uint8 P[2];");
+    EXPECT_TRUE(fixed.isNull() && fixed.isArray());
+    EXPECT_EQ(utf8(defaultOf(R"(datetime P = "20240102030405.000000+000";)").toString()),
+              "20240102030405.000000+000");
+}
+
+TEST_F(MofSyntax, ValuesOfTheWrongTypeAreRefusedAtTheirPosition) {
+    struct Case {
+        const char* declaration;
+        unsigned column;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {R"(uint16 P = "7";)", 24, "expected a value of type uint16, found string \"7\""},
+        {"string P = TRUE;", 24, "expected a value of type string, found TRUE"},
+        {"uint8 P = {1};", 23, "expected a value of type uint8, found array value"},
+        {"uint8 P[] = 1;", 25, "expected a value of type uint8[], found integer 1"},
+        {"uint8 P[] = {1, NULL};", 29, "array elements cannot be NULL"},
+        {"uint8 P[2] = {1, 2, 3};", 26, "has 3 elements, its array size is 2"},
+        {"real32 P = 1e39;", 24, "out of range for type real32"},
+        {R"(datetime P = "2024";)", 26, "is not a CIM datetime value"},
+        {R"(char16 P = "x";)", 24, "expected a value of type char16"},
+    };
+    for (const Case& c : cases) {
+        MofError error = errorOf(std::string("class Bad { ") + c.declaration + " };");
+        EXPECT_EQ(error.location().line, 1u) << c.declaration;
+        EXPECT_EQ(error.location().column, c.column) << c.declaration;
+        EXPECT_NE(error.message().find(c.expected), std::string::npos) << error.what();
+    }
+}
+
+TEST_F(MofSyntax, KeywordsIgnoreCaseAndCommentsKeepLineNumbers) {
+    CIMClass cimClass = fullClass("/* a comment\n over two lines */ CLASS Upper {\n"
+                                  "  // one line\n  [KEY] String Id;\n};",
+                                  "Upper");
+    EXPECT_EQ(cimClass.getPropertyCount(), 1u);
+    MofError error = errorOf("/* one\ntwo\n*/ class X { uint16 P }; ");
+    EXPECT_EQ(error.location().line, 3u);
+    EXPECT_EQ(error.location().column, 23u);
+}
+
+TEST(MofParser, SyntaxErrorsNameFileLineColumnAndWhatWasExpected) {
+    struct Case {
+        const char* text;
+        unsigned line;
+        unsigned column;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"class A {\n  uint16 P\n};", 3, 1, "expected ';' after property P, found '}'"},
+        {"class A {\n  uint17 P;\n};", 2, 3, "expected a data type, found 'uint17'"},
+        {"class A { uint16 P; }", 1, 22, "expected ';' after the class body, found end of file"},
+        {"\n\n  /* never closed", 3, 3, "unterminated comment"},
+        {"class A { string P = \"open\n\"; };", 1, 22, "unterminated string"},
+        {"class A { string P = \"\\q\"; };", 1, 23, "unknown escape sequence '\\q'"},
+        {"class A { uint8 P = 12ab; };", 1, 21, "malformed integer '12ab'"},
+        {"class A { char16 P = 'ab'; };", 1, 22, "more than one character"},
+        {"#pragmo include(\"x\")", 1, 1, "expected '#pragma'"},
+        {"#pragma include(x)", 1, 17, "expected a string as the pragma's parameter"},
+        {"association A {};", 1, 1, "expected 'class', 'instance', 'qualifier' or '#pragma'"},
+        {"[Key] instance of A { };", 1, 2, "qualifiers on instances are not supported"},
+    };
+    for (const Case& c : cases) {
+        try {
+            parseMof(c.text, "syntax.mof");
+            ADD_FAILURE() << "no error for: " << c.text;
+        } catch (const MofError& error) {
+            EXPECT_EQ(error.location().file, "syntax.mof");
+            EXPECT_EQ(error.location().line, c.line) << c.text;
+            EXPECT_EQ(error.location().column, c.column) << c.text;
+            EXPECT_NE(error.message().find(c.expected), std::string::npos) << error.what();
+        }
+    }
+}
+
+TEST(MofParser, QualifierValueFormsAndFlavors) {
+    auto productions = parseMof("[Description(\"d\"), ValueMap {\"1\", \"2\"}, "
+                                "Key : DisableOverride ToSubclass]\nclass A { };",
+                                "q.mof");
+    ASSERT_EQ(productions.size(), 1u);
+    const auto& qualifiers = std::get<ast::Class>(productions[0]).qualifiers;
+    ASSERT_EQ(qualifiers.size(), 3u);
+    EXPECT_EQ(qualifiers[0].value->text, "d");
+    EXPECT_EQ(qualifiers[1].value->elements.size(), 2u);
+    EXPECT_FALSE(qualifiers[2].value.has_value());
+    EXPECT_EQ(qualifiers[2].flavors, (std::vector<std::string>{"DisableOverride", "ToSubclass"}));
+}
+
+} // namespace
+} // namespace ksv::mof::test

@@ -1,0 +1,63 @@
+#ifndef KSV_TESTS_MOFTESTSUPPORT_H
+#define KSV_TESTS_MOFTESTSUPPORT_H
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMClass.h>
+
+#include "mof_compiler/MofCompiler.h"
+#include "mof_compiler/NamespaceStore.h"
+
+namespace ksv::mof::test {
+
+inline const char* testNamespace = "root/test";
+
+inline std::string shippedMof(const std::string& relative) {
+    return std::string(KSV_SOURCE_DIR) + "/mof/" + relative;
+}
+
+// A compiler whose test namespace already holds the DMTF qualifier
+// declarations, so that test text starts at its own line 1.
+class MofTest : public ::testing::Test {
+protected:
+    MofCompiler compiler{MofCompilerOptions{testNamespace, {}}};
+
+    void SetUp() override { compiler.compileFile(shippedMof("dmtf/CIM_Qualifiers.mof")); }
+
+    ClassRepository compile(const std::string& text) {
+        compiler.compileText(text, "test.mof");
+        return compiler.repository();
+    }
+
+    Pegasus::CIMClass fullClass(const std::string& text, const char* className) {
+        return compile(text).getClass(testNamespace, className, false, true, true);
+    }
+
+    // The error the text must cause.
+    MofError errorOf(const std::string& text, const std::string& fileName = "test.mof") {
+        try {
+            compiler.compileText(text, fileName);
+        } catch (const MofError& error) {
+            return error;
+        }
+        ADD_FAILURE() << "no error for:\n" << text;
+        return MofError(SourceLocation{}, "none");
+    }
+};
+
+// The property's qualifier value as text, "" when absent.
+template <typename Element>
+std::string qualifierText(const Element& element, const char* name) {
+    using namespace Pegasus;
+    Uint32 index = element.findQualifier(CIMName(name));
+    if (index == PEG_NOT_FOUND)
+        return "";
+    return utf8(element.getQualifier(index).getValue().toString());
+}
+
+} // namespace ksv::mof::test
+
+#endif
