@@ -13,4 +13,16 @@ function(ksv_gtest name)
     # A list of labels must reach the test properties as one value.
     string(REPLACE ";" "\\;" labels "${T_LABELS}")
     gtest_discover_tests(${name} PROPERTIES LABELS "${labels}" DISCOVERY_TIMEOUT 120)
+    if("concurrency" IN_LIST T_LABELS)
+        set_property(GLOBAL APPEND PROPERTY KSV_CONCURRENCY_TESTS ${name})
+    endif()
+endfunction()
+
+# concurrency_tests builds just what the ThreadSanitizer run needs.
+function(ksv_add_concurrency_target)
+    get_property(suites GLOBAL PROPERTY KSV_CONCURRENCY_TESTS)
+    add_custom_target(concurrency_tests)
+    if(suites)
+        add_dependencies(concurrency_tests ${suites})
+    endif()
 endfunction()

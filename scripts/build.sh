@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Configures and builds one flavour of the tree.
-#   scripts/build.sh [plain|sanitize|thread]   (default: plain)
+#   scripts/build.sh [plain|sanitize|thread] [target...]   (default: plain, everything)
 # Each flavour has its own build directory: build, build-sanitize, build-thread.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -14,4 +14,7 @@ case "$flavour" in
 esac
 
 cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKSV_SANITIZE="$sanitize" >/dev/null
-cmake --build "$dir" -j "$(nproc)"
+shift || true
+targets=()
+for t in "$@"; do targets+=(--target "$t"); done
+cmake --build "$dir" -j "$(nproc)" "${targets[@]}"

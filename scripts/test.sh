@@ -17,6 +17,7 @@ scripts/build.sh sanitize
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-sanitize --output-on-failure -j "$jobs"
 
-scripts/build.sh thread
+# Only the concurrency suites run under ThreadSanitizer, so only they are built.
+scripts/build.sh thread concurrency_tests
 TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
     ctest --test-dir build-thread --output-on-failure -j "$jobs" -L concurrency

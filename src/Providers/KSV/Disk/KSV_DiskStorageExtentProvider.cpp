@@ -1,0 +1,178 @@
+#include "KSV_DiskStorageExtentProvider.h"
+
+#include <KSV_Common.h>
+
+#include "KSV_DiskDriveProvider.h"
+
+PEGASUS_NAMESPACE_BEGIN
+
+static const String ClassName("KSV_DiskStorageExtentProvider");
+
+namespace {
+
+const CIMNamespaceName KSV_NAMESPACE("root/ksv");
+const CIMName EXTENT_CLASS("KSV_DiskStorageExtent");
+
+} // namespace
+
+KSV_DiskStorageExtentProvider::KSV_DiskStorageExtentProvider() {}
+
+KSV_DiskStorageExtentProvider::KSV_DiskStorageExtentProvider(const CIMObjectPath&) {
+    throw CIMNotSupportedException(ClassName + " does not support constructor with object path.");
+}
+
+KSV_DiskStorageExtentProvider::~KSV_DiskStorageExtentProvider() {}
+
+void KSV_DiskStorageExtentProvider::initialize(CIMOMHandle& cimom) {
+    log_message(4, "--> KSV_DiskStorageExtentProvider::initialize()\n");
+    _cimom = cimom;
+    _systemName = KSV_Common::getSystemName(cimom);
+    _hostAddr = KSV_Common::getSystemHostName(cimom);
+    log_message(4, "-->KSV_DiskStorageExtentProvider::initialize()\n");
+}
+
+void KSV_DiskStorageExtentProvider::terminate() {
+    delete this;
+}
+
+void KSV_DiskStorageExtentProvider::getInstance(const OperationContext& context,
+                                                const CIMObjectPath& instanceReference,
+                                                const Boolean includeQualifiers,
+                                                const Boolean includeClassOrigin,
+                                                const CIMPropertyList& propertyList,
+                                                InstanceResponseHandler& handler) {
+    log_message(4, "--> KSV_DiskStorageExtentProvider::getInstance\n");
+    KSV_CHECK_USER_ACCESS(context, ClassName);
+    KSV_DiskProviderSupport::checkClass(instanceReference, EXTENT_CLASS, ClassName);
+    // No key check of its own: a path without DeviceID reads every disk and matches none.
+    const String deviceID = KSV_Common::getStringProperty(instanceReference, "DeviceID");
+    const Array<CIMInstance> instances =
+        _build_instances(deviceID, includeQualifiers, includeClassOrigin, propertyList);
+    KSV_DiskProviderSupport::deliverMatch(handler, instanceReference, instances, ClassName,
+                                          deviceID);
+    log_message(4, "<-- KSV_DiskStorageExtentProvider::getInstance\n");
+}
+
+void KSV_DiskStorageExtentProvider::enumerateInstances(const OperationContext& context,
+                                                       const CIMObjectPath& classReference,
+                                                       const Boolean includeQualifiers,
+                                                       const Boolean includeClassOrigin,
+                                                       const CIMPropertyList& propertyList,
+                                                       InstanceResponseHandler& handler) {
+    log_message(4, "--> KSV_DiskStorageExtentProvider::enumerateInstances\n");
+    KSV_CHECK_USER_ACCESS(context, ClassName);
+    KSV_DiskProviderSupport::checkClass(classReference, EXTENT_CLASS, ClassName);
+    KSV_DiskProviderSupport::deliverAll(
+        handler, _build_instances(String(), includeQualifiers, includeClassOrigin, propertyList));
+    log_message(4, "<-- KSV_DiskStorageExtentProvider::enumerateInstances\n");
+}
+
+void KSV_DiskStorageExtentProvider::enumerateInstanceNames(const OperationContext& context,
+                                                           const CIMObjectPath& classReference,
+                                                           ObjectPathResponseHandler& handler) {
+    log_message(4, "--> KSV_DiskStorageExtentProvider::enumerateInstanceNames\n");
+    KSV_CHECK_USER_ACCESS(context, ClassName);
+    KSV_DiskProviderSupport::checkClass(classReference, EXTENT_CLASS, ClassName);
+    KSV_DiskProviderSupport::deliverAll(handler, _build_ref());
+    log_message(4, "<-- KSV_DiskStorageExtentProvider::enumerateInstanceNames\n");
+}
+
+void KSV_DiskStorageExtentProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
+                                                   const CIMInstance&, const Boolean,
+                                                   const CIMPropertyList&, ResponseHandler&) {
+    throw CIMNotSupportedException(ClassName + " does not support modifyInstance.");
+}
+
+void KSV_DiskStorageExtentProvider::createInstance(const OperationContext&, const CIMObjectPath&,
+                                                   const CIMInstance&, ObjectPathResponseHandler&) {
+    throw CIMNotSupportedException(ClassName + " does not support createInstance.");
+}
+
+void KSV_DiskStorageExtentProvider::deleteInstance(const OperationContext&, const CIMObjectPath&,
+                                                   ResponseHandler&) {
+    throw CIMNotSupportedException(ClassName + " does not support deleteInstance.");
+}
+
+CIMInstance KSV_DiskStorageExtentProvider::buildInstance(const api_Disk_t* disk,
+                                                         const String& systemName,
+                                                         const String& hostAddr,
+                                                         CIMClass& storedClass) const {
+    return _describeExtent(KSV_Common::buildInstanceSkeleton(storedClass), *disk, systemName,
+                           hostAddr);
+}
+
+CIMInstance KSV_DiskStorageExtentProvider::_describeExtent(CIMInstance instance,
+                                                           const api_Disk_t& disk,
+                                                           const String& systemName,
+                                                           const String& hostAddr) const {
+    KSV_Common::setPropertyValue(instance, "SystemCreationClassName", "KSV_StorageSystem");
+    KSV_Common::setPropertyValue(instance, "SystemName", systemName);
+    KSV_Common::setPropertyValue(instance, "CreationClassName", "KSV_DiskStorageExtent");
+    KSV_Common::setPropertyValue(instance, "DeviceID", disk.deviceID);
+    KSV_Common::setPropertyValue(instance, "Access", Uint16(3)); // Readable/Writeable
+    KSV_Common::setPropertyValue(instance, "BlockSize", Uint64(disk.blockSize));
+    KSV_Common::setPropertyValue(instance, "NumberOfBlocks", Uint64(disk.numBlocks));
+    KSV_Common::setPropertyValue(instance, "ConsumableBlocks", Uint64(disk.consumBlocks));
+    KSV_DiskDriveProvider::_addOperationalStatus(disk, instance);
+    KSV_Common::setPropertyValue(instance, "Primordial", Boolean(true));
+    KSV_Common::setPropertyValue(instance, "HealthState", Uint16(disk.healthState));
+    Array<String> discriminator;
+    discriminator.append("SNIA:Pool Component");
+    discriminator.append("SNIA:DiskDrive");
+    KSV_Common::setPropertyValue(instance, "ExtentDiscriminator", discriminator);
+    Array<Uint16> extentStatus;
+    extentStatus.append(2); // None/Not Applicable
+    KSV_Common::setPropertyValue(instance, "ExtentStatus", extentStatus);
+    instance.setPath(buildObjectPath(hostAddr, disk.deviceID, systemName));
+    return instance;
+}
+
+CIMObjectPath KSV_DiskStorageExtentProvider::buildObjectPath(const String& hostAddr,
+                                                             const String& deviceID,
+                                                             const String& systemName) const {
+    Array<CIMKeyBinding> keys;
+    keys.append(
+        CIMKeyBinding("SystemCreationClassName", "KSV_StorageSystem", CIMKeyBinding::STRING));
+    keys.append(CIMKeyBinding("SystemName", systemName, CIMKeyBinding::STRING));
+    keys.append(CIMKeyBinding("CreationClassName", "KSV_DiskStorageExtent", CIMKeyBinding::STRING));
+    keys.append(CIMKeyBinding("DeviceID", deviceID, CIMKeyBinding::STRING));
+    return CIMObjectPath(hostAddr, KSV_NAMESPACE, EXTENT_CLASS, keys);
+}
+
+Array<CIMInstance>
+KSV_DiskStorageExtentProvider::_build_instances(const String& deviceID, bool includeQualifiers,
+                                                bool includeClassOrigin,
+                                                const CIMPropertyList& propertyList) {
+    log_message(4, "--> KSV_DiskStorageExtentProvider::_build_instances\n");
+    const CIMClass extentClass =
+        KSV_Common::getStoredCIMClass(_cimom, OperationContext(), KSV_NAMESPACE, EXTENT_CLASS,
+                                      false, includeQualifiers, includeClassOrigin, propertyList);
+    // Copying one skeleton is much cheaper than building one from the class for every disk.
+    const CIMInstance skeleton = KSV_Common::buildInstanceSkeleton(extentClass);
+    Array<CIMInstance> instances;
+    KSV_DiskList disks;
+    disks.read(KSV_DiskList::selectorOf(deviceID));
+    instances.reserveCapacity(disks.size());
+    for (Uint32 i = 0; i < disks.size(); i++) {
+        if (!disks[i].isAbsent)
+            instances.append(_describeExtent(skeleton.clone(), disks[i], _systemName, _hostAddr));
+    }
+    log_message(4, "<-- KSV_DiskStorageExtentProvider::_build_instances\n");
+    return instances;
+}
+
+Array<CIMObjectPath> KSV_DiskStorageExtentProvider::_build_ref() const {
+    log_message(4, "--> KSV_DiskStorageExtentProvider::_build_ref\n");
+    Array<CIMObjectPath> paths;
+    KSV_DiskList disks;
+    disks.read(API_ALL_DISKS);
+    paths.reserveCapacity(disks.size());
+    for (Uint32 i = 0; i < disks.size(); i++) {
+        if (!disks[i].isAbsent)
+            paths.append(buildObjectPath(_hostAddr, disks[i].deviceID, _systemName));
+    }
+    log_message(4, "<-- KSV_DiskStorageExtentProvider::_build_ref\n");
+    return paths;
+}
+
+PEGASUS_NAMESPACE_END

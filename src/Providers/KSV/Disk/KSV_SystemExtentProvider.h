@@ -1,0 +1,91 @@
+// Provider of the association of the storage system with the disks' storage extents,
+// class KSV_SystemExtent in root/ksv.
+#ifndef KSV_SystemExtentProvider_h
+#define KSV_SystemExtentProvider_h
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Provider/CIMAssociationProvider.h>
+#include <Pegasus/Provider/CIMInstanceProvider.h>
+
+PEGASUS_NAMESPACE_BEGIN
+
+class KSV_SystemExtentProvider : public CIMAssociationProvider, public CIMInstanceProvider {
+public:
+    KSV_SystemExtentProvider();
+    ~KSV_SystemExtentProvider() override;
+
+    void initialize(CIMOMHandle& cimom) override;
+    void terminate() override;
+    void associators(const OperationContext& context, const CIMObjectPath& objectName,
+                     const CIMName& associationClass, const CIMName& resultClass,
+                     const String& role, const String& resultRole, const Boolean includeQualifiers,
+                     const Boolean includeClassOrigin, const CIMPropertyList& propertyList,
+                     ObjectResponseHandler& handler) override;
+    void associatorNames(const OperationContext& context, const CIMObjectPath& objectName,
+                         const CIMName& associationClass, const CIMName& resultClass,
+                         const String& role, const String& resultRole,
+                         ObjectPathResponseHandler& handler) override;
+    void references(const OperationContext& context, const CIMObjectPath& objectName,
+                    const CIMName& resultClass, const String& role, const Boolean includeQualifiers,
+                    const Boolean includeClassOrigin, const CIMPropertyList& propertyList,
+                    ObjectResponseHandler& handler) override;
+    void referenceNames(const OperationContext& context, const CIMObjectPath& objectName,
+                        const CIMName& resultClass, const String& role,
+                        ObjectPathResponseHandler& handler) override;
+    void getInstance(const OperationContext& context, const CIMObjectPath& instanceReference,
+                     const Boolean includeQualifiers, const Boolean includeClassOrigin,
+                     const CIMPropertyList& propertyList,
+                     InstanceResponseHandler& handler) override;
+    void enumerateInstances(const OperationContext& context, const CIMObjectPath& classReference,
+                            const Boolean includeQualifiers, const Boolean includeClassOrigin,
+                            const CIMPropertyList& propertyList,
+                            InstanceResponseHandler& handler) override;
+    void enumerateInstanceNames(const OperationContext& context,
+                                const CIMObjectPath& classReference,
+                                ObjectPathResponseHandler& handler) override;
+    void modifyInstance(const OperationContext& context, const CIMObjectPath& instanceReference,
+                        const CIMInstance& instanceObject, const Boolean includeQualifiers,
+                        const CIMPropertyList& propertyList, ResponseHandler& handler) override;
+    void createInstance(const OperationContext& context, const CIMObjectPath& instanceReference,
+                        const CIMInstance& instanceObject,
+                        ObjectPathResponseHandler& handler) override;
+    void deleteInstance(const OperationContext& context, const CIMObjectPath& instanceReference,
+                        ResponseHandler& handler) override;
+
+private:
+    CIMObjectPath _buildAssociationName(const CIMObjectPath& extentPath) const;
+    CIMInstance _buildAssociationInstance(const CIMObjectPath& extentPath, bool includeQualifiers,
+                                          bool includeClassOrigin,
+                                          const CIMPropertyList& propertyList);
+    // The far ends: the storage system seen from an extent, the extent of every present disk
+    // seen from the system, nothing from any other class.
+    Array<CIMInstance> _getRelatedInstances(const CIMObjectPath& objectName,
+                                            const OperationContext& context, bool includeQualifiers,
+                                            bool includeClassOrigin,
+                                            const CIMPropertyList& propertyList);
+    Array<CIMObjectPath> _getRelatedInstanceNames(const CIMObjectPath& objectName,
+                                                  const OperationContext& context);
+    // The extents whose associations references answers: the given extent as it stands, or
+    // those of every present disk of the system.
+    Array<CIMObjectPath> _referencedExtents(const CIMObjectPath& objectName,
+                                            const OperationContext& context);
+    // The associations of every present disk, or of the disk a non-empty DeviceID names.
+    Array<CIMInstance> _getInstances(const String& deviceID, bool includeQualifiers,
+                                     bool includeClassOrigin, const CIMPropertyList& propertyList);
+    Array<CIMObjectPath> _getInstanceNames();
+    bool _invalidParms(const CIMObjectPath& objectName, const String& role,
+                       const String& resultRole, const CIMName& resultClass,
+                       const String& operationName) const;
+
+    CIMOMHandle _cimom;
+    CIMName _assoClassName;
+    CIMName _sysClassName;
+    CIMName _extClassName;
+    CIMObjectPath _sysObjectPath;
+    String _hostAddr;
+    String _systemName;
+};
+
+PEGASUS_NAMESPACE_END
+
+#endif

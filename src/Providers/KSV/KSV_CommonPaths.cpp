@@ -1,0 +1,320 @@
+// Object-path matching, reference checks and filters, and the association builders.
+#include "KSV_Common.h"
+
+#include <Pegasus/Common/CIMProperty.h>
+
+PEGASUS_NAMESPACE_BEGIN
+
+namespace {
+
+const char KSV_NAMESPACE[] = "root/ksv";
+
+// A string or reference key that holds an object path is rewritten as that path without its
+// host, so that the hosts inside references never decide a match.
+void normaliseReferenceKey(CIMKeyBinding& key) {
+    const bool mayHoldPath =
+        key.getType() == CIMKeyBinding::STRING || key.getType() == CIMKeyBinding::REFERENCE;
+    if (!mayHoldPath || key.getValue().size() == 0)
+        return;
+    try {
+        const CIMObjectPath reference(key.getValue());
+        const CIMObjectPath hostless(String(), reference.getNameSpace(), reference.getClassName(),
+                                     reference.getKeyBindings());
+        key.setValue(hostless.toString());
+        key.setType(CIMKeyBinding::REFERENCE);
+    } catch (const Exception&) {
+        // Not a path: the value compares as it stands.
+    }
+}
+
+CIMObjectPath comparablePath(const CIMObjectPath& path) {
+    Array<CIMKeyBinding> keys = path.getKeyBindings();
+    for (Uint32 i = 0; i < keys.size(); i++)
+        normaliseReferenceKey(keys[i]);
+    return CIMObjectPath(String(), path.getNameSpace(), path.getClassName(), keys);
+}
+
+CIMObjectPath withoutHostAndNamespace(const CIMObjectPath& path) {
+    return CIMObjectPath(String(), CIMNamespaceName(), path.getClassName(), path.getKeyBindings());
+}
+
+// Object paths write an IPv6 host in brackets; the library reads the bare address.
+String withoutBrackets(const String& host) {
+    const Uint32 length = host.size();
+    if (length > 2 && host[0] == '[' && host[length - 1] == ']')
+        return host.subString(1, length - 2);
+    return host;
+}
+
+bool isThisSystemsHost(const String& host, const String& hostName) {
+    if (String::equalNoCase(host, hostName) || host == KSV_Common::getSystemIPAddr(1))
+        return true;
+    // An IPv6 address may be written in several ways; the library gives its one normal form.
+    char normalized[API_IP_TEXT_SIZE] = "";
+    const int family = validateConvertIP(withoutBrackets(host).getCString(), normalized);
+    return family == 10 && String(normalized) == KSV_Common::getSystemIPAddr(2);
+}
+
+CIMObjectPath referenceValue(const CIMConstProperty& property) {
+    CIMObjectPath reference;
+    property.getValue().get(reference);
+    return reference;
+}
+
+bool isNonNullReference(const CIMConstProperty& property) {
+    return property.getType() == CIMTYPE_REFERENCE && !property.isArray() &&
+           !property.getValue().isNull();
+}
+
+bool namesRole(const String& role, const CIMConstProperty& property) {
+    return role.size() == 0 || String::equalNoCase(role, property.getName().getString());
+}
+
+// The references of the association that lead away from objectName, in property order.
+Array<CIMObjectPath> farEnds(const CIMInstance& assocInstance, const CIMObjectPath& objectName,
+                             const Array<CIMName>& targetClassNames, const String& role) {
+    Array<CIMObjectPath> ends;
+    for (Uint32 i = 0; i < assocInstance.getPropertyCount(); i++) {
+        const CIMConstProperty property = assocInstance.getProperty(i);
+        if (!isNonNullReference(property))
+            continue;
+        const CIMObjectPath reference = referenceValue(property);
+        if (KSV_Common::matchObjectPath(objectName, reference))
+            continue;
+        if (targetClassNames.size() != 0 &&
+            !KSV_Common::isPartOfArray(reference.getClassName(), targetClassNames))
+            continue;
+        if (namesRole(role, property))
+            ends.append(reference);
+    }
+    return ends;
+}
+
+CIMObjectPath withHost(const CIMObjectPath& path, const String& host) {
+    CIMObjectPath copy = path;
+    copy.setHost(host);
+    return copy;
+}
+
+CIMKeyBinding referenceKey(const String& role, const CIMObjectPath& reference) {
+    return CIMKeyBinding(role, reference.toString(), CIMKeyBinding::REFERENCE);
+}
+
+} // namespace
+
+bool KSV_Common::matchObjectPath(const CIMObjectPath& path1, const CIMObjectPath& path2) {
+    return comparablePath(path1).identical(comparablePath(path2));
+}
+
+bool KSV_Common::verifyRefMethodParam(CIMObjectPath& ref, const CIMNamespaceName& nameSpace,
+                                      const String& hostName) {
+    if (ref.getNameSpace().isNull()) {
+        ref.setNameSpace(nameSpace);
+    } else if (!ref.getNameSpace().equal(nameSpace)) {
+        log_message(2, "The ref param %s contains the wrong name space %s\n",
+                    (const char*)ref.toString().getCString(),
+                    (const char*)ref.getNameSpace().getString().getCString());
+        return false;
+    }
+    const String& host = ref.getHost();
+    if (host.size() == 0 || isThisSystemsHost(host, hostName))
+        return true;
+    log_message(2, "The ref host [%s] does not match for this host!\n",
+                (const char*)host.getCString());
+    return false;
+}
+
+bool KSV_Common::verifyRefMethodParam(CIMObjectPath& ref, const CIMNamespaceName& nameSpace,
+                                      const String& hostName, const CIMName& className) {
+    return verifyRefMethodParam(ref, nameSpace, hostName) && ref.getClassName().equal(className);
+}
+
+bool KSV_Common::verifyRefMethodParam(CIMObjectPath& ref, const CIMNamespaceName& nameSpace,
+                                      const String& hostName, const Array<CIMName>& classNames) {
+    return verifyRefMethodParam(ref, nameSpace, hostName) &&
+           isPartOfArray(ref.getClassName(), classNames);
+}
+
+bool KSV_Common::_isInstanceValidReference(const CIMObjectPath& objectName,
+                                           const CIMInstance& assocInstance, const String& role) {
+    if (role.size() != 0) {
+        const Uint32 index =
+            CIMName::legal(role) ? assocInstance.findProperty(CIMName(role)) : PEG_NOT_FOUND;
+        if (index == PEG_NOT_FOUND ||
+            assocInstance.getProperty(index).getType() != CIMTYPE_REFERENCE)
+            throw CIMException(CIM_ERR_INVALID_PARAMETER, String());
+    }
+    for (Uint32 i = 0; i < assocInstance.getPropertyCount(); i++) {
+        const CIMConstProperty property = assocInstance.getProperty(i);
+        if (!isNonNullReference(property) || !namesRole(role, property))
+            continue;
+        if (matchObjectPath(objectName, withoutHostAndNamespace(referenceValue(property))))
+            return true;
+    }
+    return false;
+}
+
+Array<CIMInstance> KSV_Common::filterReferenceNames(const Array<CIMInstance>& assocInstances,
+                                                    const CIMObjectPath& objectName,
+                                                    const CIMName& resultClass,
+                                                    const String& role) {
+    const CIMObjectPath target = withoutHostAndNamespace(objectName);
+    Array<CIMInstance> passed;
+    for (Uint32 i = 0; i < assocInstances.size(); i++) {
+        const CIMInstance& instance = assocInstances[i];
+        const bool ofResultClass =
+            resultClass.isNull() || instance.getClassName().equal(resultClass);
+        if (ofResultClass && _isInstanceValidReference(target, instance, role))
+            passed.append(instance);
+    }
+    return passed;
+}
+
+Array<CIMObjectPath> KSV_Common::filterAssocInstanceToTargetPaths(
+    const CIMInstance& assocInstance, const CIMObjectPath& objectName,
+    const Array<CIMName>& targetClassNames, const String& role) {
+    return farEnds(assocInstance, objectName, targetClassNames, role);
+}
+
+Array<CIMInstance> KSV_Common::filterAssocInstanceToTargetInstances(
+    const CIMInstance& assocInstance, const CIMObjectPath& objectName,
+    const Array<CIMInstance>& candidates, const Array<CIMName>& targetClassNames,
+    const String& role) {
+    const Array<CIMObjectPath> ends = farEnds(assocInstance, objectName, targetClassNames, role);
+    Array<CIMInstance> targets;
+    for (Uint32 i = 0; i < ends.size(); i++) {
+        for (Uint32 j = 0; j < candidates.size(); j++) {
+            if (matchObjectPath(candidates[j].getPath(), ends[i]))
+                targets.append(candidates[j]);
+        }
+    }
+    return targets;
+}
+
+bool KSV_Common::isPoolPath(const CIMObjectPath& path, const String& poolID) {
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
+    for (Uint32 i = 0; i < keys.size(); i++) {
+        if (String::equalNoCase(keys[i].getValue(), poolID))
+            return true;
+    }
+    return false;
+}
+
+CIMObjectPath KSV_Common::buildDepAssocPath(const String& host, const CIMName& className,
+                                            const CIMObjectPath& antecedent,
+                                            const CIMObjectPath& dependent) {
+    Array<CIMKeyBinding> keys;
+    keys.append(referenceKey("Antecedent", antecedent));
+    keys.append(referenceKey("Dependent", dependent));
+    return CIMObjectPath(host, KSV_NAMESPACE, className, keys);
+}
+
+CIMInstance KSV_Common::buildDepAssocInstance(const String& host, const CIMName& className,
+                                              const CIMObjectPath& antecedent,
+                                              const CIMObjectPath& dependent,
+                                              const CIMClass& assocClass) {
+    CIMInstance instance = buildInstanceSkeleton(assocClass);
+    setPropertyValue(instance, "Antecedent", antecedent);
+    setPropertyValue(instance, "Dependent", dependent);
+    instance.setPath(buildDepAssocPath(host, className, antecedent, dependent));
+    return instance;
+}
+
+CIMObjectPath KSV_Common::buildAssocPath(const CIMName& assocClassName, const String& role1,
+                                         const String& role2, const CIMObjectPath& ref1,
+                                         const CIMObjectPath& ref2, const String& host,
+                                         const String& nameSpace) {
+    return buildAssocPath(assocClassName, role1, role2, ref1, ref2, host, host, host, nameSpace);
+}
+
+CIMObjectPath KSV_Common::buildAssocPath(const CIMName& assocClassName, const String& role1,
+                                         const String& role2, const CIMObjectPath& ref1,
+                                         const CIMObjectPath& ref2, const String& ref1Host,
+                                         const String& ref2Host, const String& assocHost,
+                                         const String& nameSpace) {
+    Array<CIMKeyBinding> keys;
+    keys.append(referenceKey(role1, withHost(ref1, ref1Host)));
+    keys.append(referenceKey(role2, withHost(ref2, ref2Host)));
+    return CIMObjectPath(assocHost, CIMNamespaceName(nameSpace), assocClassName, keys);
+}
+
+CIMObjectPath KSV_Common::buildAssocPath(const CIMName& assocClassName, const String& role1,
+                                         const String& role2, const String& role3,
+                                         const CIMObjectPath& ref1, const CIMObjectPath& ref2,
+                                         const CIMObjectPath& ref3, const String& host,
+                                         const String& nameSpace) {
+    Array<CIMKeyBinding> keys;
+    keys.append(referenceKey(role1, withHost(ref1, host)));
+    keys.append(referenceKey(role2, withHost(ref2, host)));
+    keys.append(referenceKey(role3, withHost(ref3, host)));
+    return CIMObjectPath(host, CIMNamespaceName(nameSpace), assocClassName, keys);
+}
+
+CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const String& role1,
+                                           const String& role2, const CIMObjectPath& ref1,
+                                           const CIMObjectPath& ref2, const CIMClass& assocClass,
+                                           const String& host, const String& nameSpace) {
+    return buildAssocInstance(assocClassName, role1, role2, ref1, ref2, assocClass, host, host,
+                              host, nameSpace);
+}
+
+CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const String& role1,
+                                           const String& role2, const CIMObjectPath& ref1,
+                                           const CIMObjectPath& ref2, const CIMClass& assocClass,
+                                           const String& ref1Host, const String& ref2Host,
+                                           const String& assocHost, const String& nameSpace) {
+    CIMInstance instance = buildInstanceSkeleton(assocClass);
+    setPropertyValue(instance, role1, withHost(ref1, ref1Host));
+    setPropertyValue(instance, role2, withHost(ref2, ref2Host));
+    instance.setPath(buildAssocPath(assocClassName, role1, role2, ref1, ref2, ref1Host, ref2Host,
+                                    assocHost, nameSpace));
+    return instance;
+}
+
+CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const String& role1,
+                                           const String& role2, const String& role3,
+                                           const CIMObjectPath& ref1, const CIMObjectPath& ref2,
+                                           const CIMObjectPath& ref3, const CIMClass& assocClass,
+                                           const String& host, const String& nameSpace) {
+    CIMInstance instance = buildInstanceSkeleton(assocClass);
+    setPropertyValue(instance, role1, withHost(ref1, host));
+    setPropertyValue(instance, role2, withHost(ref2, host));
+    setPropertyValue(instance, role3, withHost(ref3, host));
+    instance.setPath(
+        buildAssocPath(assocClassName, role1, role2, role3, ref1, ref2, ref3, host, nameSpace));
+    return instance;
+}
+
+bool KSV_Common::isPartOfArray(const String& value, const Array<String>& values) {
+    for (Uint32 i = 0; i < values.size(); i++) {
+        if (String::equal(value, values[i]))
+            return true;
+    }
+    return false;
+}
+
+bool KSV_Common::isPartOfArray(const CIMObjectPath& path, const Array<CIMObjectPath>& paths) {
+    for (Uint32 i = 0; i < paths.size(); i++) {
+        if (matchObjectPath(path, paths[i]))
+            return true;
+    }
+    return false;
+}
+
+bool KSV_Common::isPartOfArray(const CIMObjectPath& path, const Array<CIMInstance>& instances) {
+    for (Uint32 i = 0; i < instances.size(); i++) {
+        if (matchObjectPath(path, instances[i].getPath()))
+            return true;
+    }
+    return false;
+}
+
+bool KSV_Common::isPartOfArray(const CIMName& name, const Array<CIMName>& names) {
+    for (Uint32 i = 0; i < names.size(); i++) {
+        if (name.equal(names[i]))
+            return true;
+    }
+    return false;
+}
+
+PEGASUS_NAMESPACE_END

@@ -1,0 +1,114 @@
+#include "cimserver/CimServer.h"
+
+#include <Pegasus/Client/CIMClientBackend.h>
+#include <Pegasus/Client/CIMXmlClientBackend.h>
+#include <ksvapi.h>
+
+#include "cimserver/ProviderRegistration.h"
+#include "cimserver/RepositoryLoader.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace ksv::server {
+
+namespace {
+
+void warn(const std::string& text) {
+    log_message(KSV_LOG_WARNING, "%s", text.c_str());
+}
+
+mof::ClassRepository compileRepository(const ServerConfig& config) {
+    std::vector<std::string> warnings;
+    mof::ClassRepository repository = loadRepository(config, warnings);
+    for (const std::string& warning : warnings)
+        warn(warning);
+    return repository;
+}
+
+Pegasus::String localHostName() {
+    char name[256] = {};
+    if (gethostname(name, sizeof name - 1) != 0)
+        return "localhost";
+    return name;
+}
+
+bool checkPassword(const std::string& user, const std::string& password) {
+    return api_checkUserPassword(user.c_str(), password.c_str()) == API_OK;
+}
+
+// Every connection may have a request waiting for a worker.
+std::size_t queueCapacity(const ServerConfig& config) {
+    return std::max<std::size_t>(config.http.maxConnections, config.threads);
+}
+
+} // namespace
+
+CimServer::CimServer(const ServerConfig& config)
+    : _config(config), _repository(compileRepository(config)),
+      _serverHandle(std::make_shared<ServerHandleBackend>()),
+      _providers(readProviderRegistration(
+                     _repository, Pegasus::CIMNamespaceName(config.registrationNamespace.c_str())),
+                 config.providerDirectories, Pegasus::CIMOMHandle(_serverHandle), &warn),
+      _dispatcher(_repository, _providers, localHostName()), _cimXml(_dispatcher),
+      _workers(config.threads, queueCapacity(config)),
+      _http(
+          config.http, _workers,
+          [this](HttpRequest& request, ResponseStream& response) {
+              _cimXml.process(request, response);
+          },
+          &checkPassword) {}
+
+// Unlike stop(), waits as long as provider calls run: only then may the providers go.
+CimServer::~CimServer() {
+    if (stop())
+        return;
+    _workers.stop(std::nullopt);
+    terminateProviders();
+}
+
+void CimServer::start() {
+    _serverHandle->attach(_dispatcher);
+    Pegasus::CIMOMHandleBackend::setDefault(_serverHandle);
+    std::shared_ptr<ServerHandleBackend> serverHandle = _serverHandle;
+    Pegasus::CIMClientConnector::setLocal(
+        [serverHandle] { return std::make_unique<LocalClientConnection>(serverHandle); });
+    _running = true;
+    _http.start();
+}
+
+bool CimServer::stop() {
+    if (_stopped)
+        return _terminated;
+    _stopped = true;
+    const auto deadline =
+        std::chrono::steady_clock::now() + std::chrono::seconds(_config.shutdownGraceSeconds);
+    _http.stopAccepting();
+    if (!_http.waitUntilIdle(deadline))
+        warn("shutdown: abandoning requests still in progress");
+    _http.stop();
+    bool workersDone = _workers.stop(
+        std::max(deadline, std::chrono::steady_clock::now() + std::chrono::seconds(1)));
+    if (_running) {
+        // connectLocal() reaches a server through its socket again.
+        Pegasus::CIMClientConnector::setLocal(&Pegasus::CIMXmlClientConnector::connectLocal);
+        Pegasus::CIMOMHandleBackend::resetDefault();
+    }
+    if (!workersDone) {
+        log_message(KSV_LOG_ERROR, "shutdown: provider calls still running; providers are not "
+                                   "terminated");
+        return false;
+    }
+    terminateProviders();
+    return true;
+}
+
+void CimServer::terminateProviders() {
+    _terminated = true;
+    _serverHandle->detach();
+    for (const std::string& provider : _providers.terminateAll())
+        log_message(KSV_LOG_ERROR, "shutdown: %s is still in use", provider.c_str());
+}
+
+} // namespace ksv::server

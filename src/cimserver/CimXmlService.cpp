@@ -1,0 +1,269 @@
+#include "cimserver/CimXmlService.h"
+
+#include <cimxml/Errors.h>
+#include <cimxml/Http.h>
+#include <cimxml/Response.h>
+
+#include <ksvapi.h>
+
+#include "mof_compiler/NamespaceStore.h"
+
+#include <functional>
+#include <stdexcept>
+
+namespace ksv::server {
+
+using Pegasus::CIMException;
+using Pegasus::String;
+using namespace cimxml;
+
+namespace {
+
+// Encoded response text on its way into the stream, passed on in pieces of about this size.
+constexpr std::size_t kFlushBytes = 16 * 1024;
+
+std::vector<HttpHeader> cimResponseHeaders() {
+    return {{"Content-Type", http::kContentType},
+            {http::kCimOperationHeader, http::kMethodResponse}};
+}
+
+// The response text of one request, handed to the stream in pieces. Once the client is gone,
+// nothing more is encoded.
+class ResponseOutput {
+public:
+    explicit ResponseOutput(ResponseStream& stream) : _stream(stream) {
+        _stream.setHead({200, cimResponseHeaders()});
+    }
+
+    std::string& text() { return _text; }
+    bool abandoned() const { return _abandoned; }
+
+    void flushIfFull() {
+        if (_text.size() >= kFlushBytes)
+            flush();
+    }
+    void flush() {
+        if (!_abandoned && !_stream.write(_text))
+            _abandoned = true;
+        _text.clear();
+    }
+    void finish(std::vector<HttpHeader> trailers = {}) {
+        flush();
+        _stream.finish(std::move(trailers));
+    }
+    // True when nothing has reached the client yet, so that an error response can still
+    // replace what was written.
+    bool discardUnsent() {
+        _text.clear();
+        return _stream.discardUnsent();
+    }
+
+private:
+    ResponseStream& _stream;
+    std::string _text;
+    bool _abandoned = false;
+};
+
+// Writes each result as it arrives.
+template <typename T>
+class WritingSink : public Sink<T> {
+public:
+    WritingSink(ResponseOutput& output, std::function<void(const T&)> write)
+        : _output(output), _write(std::move(write)) {}
+
+    // Once the client is gone, the provider is stopped at its next delivery.
+    void put(const T& item) override {
+        if (_output.abandoned())
+            throw std::runtime_error("the response was abandoned");
+        _write(item);
+        _output.flushIfFull();
+    }
+
+private:
+    ResponseOutput& _output;
+    std::function<void(const T&)> _write;
+};
+
+CIMException asCimException(const std::exception& error) {
+    return CIMException(Pegasus::CIM_ERR_FAILED, String(error.what()));
+}
+
+// Runs `body` and turns every failure into the CIMException the client is told.
+template <typename Body>
+void runForClient(Body&& body, const std::function<void(const CIMException&)>& fail) {
+    try {
+        body();
+    } catch (const CIMException& error) {
+        fail(error);
+    } catch (const Pegasus::Exception& error) {
+        fail(CIMException(Pegasus::CIM_ERR_FAILED, error.getMessage()));
+    } catch (const std::exception& error) {
+        fail(asCimException(error));
+    }
+}
+
+// A chunked response that fails after its head went out can only report in trailers.
+std::vector<HttpHeader> failureTrailers(const CIMException& error) {
+    return {
+        {http::kCimStatusCodeTrailer, std::to_string(error.getCode())},
+        {http::kCimStatusCodeDescriptionTrailer, http::uriEscape(mof::utf8(error.getMessage()))}};
+}
+
+void answerProtocolError(const ProtocolError& error, ResponseStream& response) {
+    response.setHead({httpStatusOf(error.fault()),
+                      {{http::kCimErrorHeader, cimErrorHeaderValue(error.fault())}}});
+    std::string text = mof::utf8(error.getMessage()) + "\n";
+    response.write(text);
+    response.finish();
+}
+
+void answerInternalError(const std::string& what, ResponseStream& response) {
+    log_message(KSV_LOG_ERROR, "CIM-XML request failed: %s", what.c_str());
+    response.setHead({500, {}});
+    response.finish();
+}
+
+void answerOperationError(const OperationError& error, ResponseStream& response) {
+    ResponseOutput output(response);
+    appendErrorResponse(output.text(), error.messageId(), error.methodName(), error.intrinsic(),
+                        error.getCode(), error.getMessage());
+    output.finish();
+}
+
+template <typename T, typename Run>
+void streamResults(ResponseOutput& output, std::function<void(const T&)> write, Run&& run) {
+    WritingSink<T> sink(output, std::move(write));
+    run(sink);
+}
+
+void runIntrinsic(const OperationDispatcher& dispatcher, const Caller& caller,
+                  const OperationRequest& request, IMethodResponseWriter& writer,
+                  ResponseOutput& output) {
+    using namespace Pegasus;
+    auto writeObject = [&writer](const CIMObject& object) { writer.writeObject(object); };
+    auto writePath = [&writer](const CIMObjectPath& path) { writer.writeObjectPath(path); };
+    switch (request.operation) {
+    case Operation::GetClass:
+        return writer.writeClass(dispatcher.getClass(caller, request));
+    case Operation::EnumerateClasses:
+        return streamResults<CIMClass>(
+            output, [&writer](const CIMClass& cimClass) { writer.writeClass(cimClass); },
+            [&](Sink<CIMClass>& sink) { dispatcher.enumerateClasses(caller, request, sink); });
+    case Operation::EnumerateClassNames:
+        return streamResults<CIMName>(
+            output, [&writer](const CIMName& name) { writer.writeClassName(name); },
+            [&](Sink<CIMName>& sink) { dispatcher.enumerateClassNames(caller, request, sink); });
+    case Operation::GetInstance:
+        return writer.writeInstance(dispatcher.getInstance(caller, request));
+    case Operation::EnumerateInstances:
+        return streamResults<CIMInstance>(
+            output, [&writer](const CIMInstance& instance) { writer.writeInstance(instance); },
+            [&](Sink<CIMInstance>& sink) { dispatcher.enumerateInstances(caller, request, sink); });
+    case Operation::EnumerateInstanceNames:
+        return streamResults<CIMObjectPath>(output, writePath, [&](Sink<CIMObjectPath>& sink) {
+            dispatcher.enumerateInstanceNames(caller, request, sink);
+        });
+    case Operation::CreateInstance:
+        return writer.writeObjectPath(dispatcher.createInstance(caller, request));
+    case Operation::ModifyInstance:
+        return dispatcher.modifyInstance(caller, request);
+    case Operation::DeleteInstance:
+        return dispatcher.deleteInstance(caller, request);
+    case Operation::GetProperty:
+        return writer.writeValue(dispatcher.getProperty(caller, request));
+    case Operation::SetProperty:
+        return dispatcher.setProperty(caller, request);
+    case Operation::Associators:
+        return streamResults<CIMObject>(output, writeObject, [&](Sink<CIMObject>& sink) {
+            dispatcher.associators(caller, request, sink);
+        });
+    case Operation::AssociatorNames:
+        return streamResults<CIMObjectPath>(output, writePath, [&](Sink<CIMObjectPath>& sink) {
+            dispatcher.associatorNames(caller, request, sink);
+        });
+    case Operation::References:
+        return streamResults<CIMObject>(output, writeObject, [&](Sink<CIMObject>& sink) {
+            dispatcher.references(caller, request, sink);
+        });
+    case Operation::ReferenceNames:
+        return streamResults<CIMObjectPath>(output, writePath, [&](Sink<CIMObjectPath>& sink) {
+            dispatcher.referenceNames(caller, request, sink);
+        });
+    case Operation::InvokeMethod:
+        break;
+    }
+    throw CIMException(CIM_ERR_NOT_SUPPORTED, operationName(request.operation));
+}
+
+} // namespace
+
+void CimXmlService::process(HttpRequest& request, ResponseStream& response) const {
+    try {
+        http::checkCimOperationHeader(request.cimOperation);
+        OperationRequest operation = decodeRequest(request.body);
+        http::checkHeadersMatch(operation, request.cimMethod, request.cimObject);
+        request.body.clear();
+        answer(request.caller, operation, response);
+    } catch (const ProtocolError& error) {
+        answerProtocolError(error, response);
+    } catch (const OperationError& error) {
+        answerOperationError(error, response);
+    } catch (const std::exception& error) {
+        answerInternalError(error.what(), response);
+    } catch (const Pegasus::Exception& error) {
+        answerInternalError(mof::utf8(error.getMessage()), response);
+    }
+}
+
+void CimXmlService::answer(const Caller& caller, const OperationRequest& request,
+                           ResponseStream& response) const {
+    if (isIntrinsic(request.operation))
+        answerIntrinsic(caller, request, response);
+    else
+        answerExtrinsic(caller, request, response);
+}
+
+void CimXmlService::answerExtrinsic(const Caller& caller, const OperationRequest& request,
+                                    ResponseStream& response) const {
+    ResponseOutput output(response);
+    const std::string methodName = mof::utf8(request.methodName.getString());
+    runForClient(
+        [&] {
+            Pegasus::Array<Pegasus::CIMParamValue> outParameters;
+            Pegasus::CIMValue returnValue =
+                _dispatcher.invokeMethod(caller, request, outParameters);
+            appendMethodResponse(output.text(), request.messageId, request.methodName, returnValue,
+                                 outParameters);
+        },
+        [&](const CIMException& error) {
+            output.text().clear();
+            appendErrorResponse(output.text(), request.messageId, methodName, false,
+                                error.getCode(), error.getMessage());
+        });
+    output.finish();
+}
+
+void CimXmlService::answerIntrinsic(const Caller& caller, const OperationRequest& request,
+                                    ResponseStream& response) const {
+    ResponseOutput output(response);
+    IMethodResponseWriter writer(output.text(), request.messageId, request.operation,
+                                 {_dispatcher.hostName(), request.nameSpace});
+    std::vector<HttpHeader> trailers;
+    runForClient(
+        [&] {
+            runIntrinsic(_dispatcher, caller, request, writer, output);
+            writer.finish();
+        },
+        [&](const CIMException& error) {
+            if (writer.hasStarted() && !output.discardUnsent()) {
+                trailers = failureTrailers(error);
+                return;
+            }
+            output.text().clear();
+            appendErrorResponse(output.text(), request.messageId, operationName(request.operation),
+                                true, error.getCode(), error.getMessage());
+        });
+    output.finish(std::move(trailers));
+}
+
+} // namespace ksv::server

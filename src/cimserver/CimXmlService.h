@@ -1,0 +1,32 @@
+// CIM operations over HTTP (DSP0200): checks a request's headers, decodes its CIM-XML body
+// (DSP0201), carries the operation out and writes the response into the stream as the results
+// arrive.
+#ifndef KSV_CIMSERVER_CIMXMLSERVICE_H
+#define KSV_CIMSERVER_CIMXMLSERVICE_H
+
+#include "cimserver/HttpFrontEnd.h"
+#include "cimserver/OperationDispatcher.h"
+
+namespace ksv::server {
+
+class CimXmlService {
+public:
+    explicit CimXmlService(const OperationDispatcher& dispatcher) : _dispatcher(dispatcher) {}
+
+    // Answers every failure itself; never throws.
+    void process(HttpRequest& request, ResponseStream& response) const;
+
+private:
+    void answer(const Caller& caller, const cimxml::OperationRequest& request,
+                ResponseStream& response) const;
+    void answerIntrinsic(const Caller& caller, const cimxml::OperationRequest& request,
+                         ResponseStream& response) const;
+    void answerExtrinsic(const Caller& caller, const cimxml::OperationRequest& request,
+                         ResponseStream& response) const;
+
+    const OperationDispatcher& _dispatcher;
+};
+
+} // namespace ksv::server
+
+#endif

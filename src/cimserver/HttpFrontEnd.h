@@ -1,0 +1,126 @@
+// The HTTP/1.1 side of the server (libmicrohttpd): a TCP listener with Basic authentication and
+// a local Unix-socket listener that knows its clients from their socket credentials. Requests
+// are read here and handed to the worker pool; their responses are sent as the workers
+// produce them, whole when short, chunked when long.
+#ifndef KSV_CIMSERVER_HTTPFRONTEND_H
+#define KSV_CIMSERVER_HTTPFRONTEND_H
+
+#include "cimserver/Caller.h"
+#include "cimserver/ResponseStream.h"
+#include "cimserver/WorkerPool.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+struct MHD_Connection;
+struct MHD_Daemon;
+
+namespace ksv::server {
+
+struct HttpSettings {
+    // Empty: no TCP listener.
+    std::string listenAddress = "0.0.0.0";
+    std::uint16_t port = 5988;
+    // Empty: no Unix-socket listener.
+    std::string socketPath;
+    unsigned maxConnections = 64;
+    unsigned connectionTimeoutSeconds = 30;
+    std::size_t maxRequestBytes = 16 * 1024 * 1024;
+    StreamLimits streamLimits;
+};
+
+// A request as the worker receives it.
+struct HttpRequest {
+    Caller caller;
+    std::optional<std::string> cimOperation;
+    std::optional<std::string> cimMethod;
+    std::optional<std::string> cimObject;
+    std::string body;
+};
+
+// Runs on a worker thread and answers through the stream. Must not throw.
+using RequestProcessor = std::function<void(HttpRequest& request, ResponseStream& response)>;
+// True when the password is the user's.
+using PasswordCheck = std::function<bool(const std::string& user, const std::string& password)>;
+
+class ListenError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class HttpFrontEnd {
+public:
+    HttpFrontEnd(HttpSettings settings, WorkerPool& workers, RequestProcessor process,
+                 PasswordCheck checkPassword);
+    ~HttpFrontEnd();
+    HttpFrontEnd(const HttpFrontEnd&) = delete;
+    HttpFrontEnd& operator=(const HttpFrontEnd&) = delete;
+
+    // Opens the listeners; ListenError when one cannot be opened.
+    void start();
+    // The TCP port listened on, which the system chose when the settings asked for port 0.
+    std::uint16_t tcpPort() const { return _tcpPort; }
+    // "http://address:port" and "unix:path", for each listener.
+    std::vector<std::string> addresses() const;
+
+    // Shutdown, in order: no new connections; wait for the requests in progress; abandon the
+    // rest; close everything.
+    void stopAccepting();
+    bool waitUntilIdle(std::chrono::steady_clock::time_point deadline);
+    void abandonAll();
+    void stop();
+
+    // ---- Called by libmicrohttpd ---------------------------------------------------------------
+    struct Listener;
+    struct Exchange;
+    int onRequest(const Listener& listener, MHD_Connection* connection, const char* method,
+                  const char* uploadData, std::size_t* uploadSize, void** requestContext);
+    void onRequestEnded(void** requestContext);
+    void onConnection(const Listener& listener, MHD_Connection* connection, void** socketContext,
+                      bool started);
+
+private:
+    int beginRequest(const Listener& listener, MHD_Connection* connection, const char* method,
+                     void** requestContext);
+    std::optional<Caller> authenticate(const Listener& listener, MHD_Connection* connection);
+    int receiveBody(Exchange& exchange, const char* uploadData, std::size_t* uploadSize);
+    int dispatch(Exchange& exchange);
+    int respond(Exchange& exchange);
+    void forget(Exchange& exchange);
+
+    MHD_Daemon* startTcpDaemon();
+    MHD_Daemon* startSocketDaemon();
+    MHD_Daemon* startDaemon(Listener& listener, unsigned flags, int listenSocket,
+                            const void* address);
+
+    const HttpSettings _settings;
+    WorkerPool& _workers;
+    const RequestProcessor _process;
+    const PasswordCheck _checkPassword;
+
+    std::unique_ptr<Listener> _tcpListener;
+    std::unique_ptr<Listener> _socketListener;
+    MHD_Daemon* _tcpDaemon = nullptr;
+    MHD_Daemon* _socketDaemon = nullptr;
+    int _socketFd = -1;
+    std::uint16_t _tcpPort = 0;
+
+    std::atomic<unsigned> _connections{0};
+    std::mutex _mutex;
+    std::condition_variable _exchangeEnded;
+    std::set<Exchange*> _exchanges;
+};
+
+} // namespace ksv::server
+
+#endif

@@ -1,0 +1,125 @@
+#include "cimserver/ServerConfig.h"
+
+#include <CLI/CLI.hpp>
+#include <Pegasus/Client/CIMXmlClientBackend.h>
+#include <ksvapi_sim.h>
+
+#include "mof_compiler/NamespaceStore.h"
+
+#include <sstream>
+
+namespace ksv::server {
+
+namespace {
+
+std::vector<std::string> splitPathList(const std::string& list) {
+    std::vector<std::string> parts;
+    std::istringstream stream(list);
+    for (std::string part; std::getline(stream, part, ':');) {
+        if (!part.empty())
+            parts.push_back(part);
+    }
+    return parts;
+}
+
+void addListenOptions(CLI::App& app, HttpSettings& http) {
+    app.add_option("--address", http.listenAddress,
+                   "IP address to listen on for CIM-XML over HTTP; empty for none")
+        ->capture_default_str();
+    app.add_option("--port", http.port, "TCP port; 0 lets the system choose")
+        ->capture_default_str();
+    app.add_option("--socket", http.socketPath, "local Unix socket to listen on; empty for none")
+        ->capture_default_str();
+    app.add_option("--max-connections", http.maxConnections,
+                   "connections served at once; more are answered 503")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    app.add_option("--connection-timeout", http.connectionTimeoutSeconds,
+                   "seconds an idle or stalled connection stays open")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    app.add_option("--max-request-size", http.maxRequestBytes,
+                   "largest request body in bytes; larger ones are answered 413")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+}
+
+void addContentOptions(CLI::App& app, ServerConfig& config) {
+    app.add_option("--array-model", config.arrayModel,
+                   "JSON model of the simulated array; the built-in one when not given");
+    app.add_option("--mof-dir", config.mofDirectory,
+                   "directory of relative MOF paths and of included MOF files")
+        ->capture_default_str();
+    app.add_option("--mof", config.mofFiles, "[NAMESPACE=]FILE: MOF to load, in order")
+        ->capture_default_str();
+    app.add_option("--registration", config.registrationFiles,
+                   "MOF with provider registration instances, loaded into the registration "
+                   "namespace");
+    app.add_option("--registration-namespace", config.registrationNamespace,
+                   "namespace holding the provider registration")
+        ->capture_default_str();
+    app.add_option("--provider-dir", config.providerDirectories,
+                   "directory holding provider modules (lib<Location>.so); repeatable")
+        ->capture_default_str();
+}
+
+void addRuntimeOptions(CLI::App& app, ServerConfig& config) {
+    app.add_option("--threads", config.threads, "worker threads serving requests")
+        ->capture_default_str()
+        ->check(CLI::Range(1u, 1024u));
+    app.add_option("--shutdown-grace", config.shutdownGraceSeconds,
+                   "seconds shutdown waits for requests in progress")
+        ->capture_default_str();
+    app.add_option("--log-level", config.logLevel,
+                   "highest level logged: 1 fatal, 2 error, 3 warning, 4 trace")
+        ->check(CLI::Range(1, 4));
+    app.add_option("--log-sink", config.logSink, "stderr, syslog, file:PATH or none");
+}
+
+} // namespace
+
+ServerConfig defaultServerConfig() {
+    ServerConfig config;
+    config.http.socketPath = mof::utf8(Pegasus::CIMXmlClientConnector::localSocketPath());
+    config.mofDirectory = KSV_CIMSERVER_MOF_DIR;
+    config.mofFiles = {"standalone.mof"};
+    config.providerDirectories = splitPathList(KSV_CIMSERVER_PROVIDER_DIRS);
+    return config;
+}
+
+ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
+    ServerConfig config = defaultServerConfig();
+    CLI::App app("CIM server: CIM-XML over HTTP for the storage array's provider modules",
+                 "ksv-cimserver");
+    app.set_config("--config", "", "configuration file (TOML or INI; keys are option names)");
+    addListenOptions(app, config.http);
+    addContentOptions(app, config);
+    addRuntimeOptions(app, config);
+    ParsedCommandLine parsed;
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        std::ostringstream output;
+        parsed.exitCode = app.exit(error, output, output);
+        parsed.output = output.str();
+        return parsed;
+    }
+    parsed.config = std::move(config);
+    return parsed;
+}
+
+std::optional<std::string> configureArray(const ServerConfig& config) {
+    if (config.logLevel)
+        ksvsim::setLogLevel(*config.logLevel);
+    if (config.logSink) {
+        if (std::optional<std::string> error = ksvsim::setLogSink(*config.logSink))
+            return "--log-sink: " + *error;
+    }
+    if (!config.arrayModel.empty()) {
+        if (std::optional<ksvsim::ModelError> error = ksvsim::loadModelFile(config.arrayModel))
+            return "--array-model: " + error->describe();
+    }
+    return std::nullopt;
+}
+
+} // namespace ksv::server

@@ -1,0 +1,54 @@
+// The server's configuration: command line, optionally with a configuration file whose keys are
+// the long option names (see ksv-cimserver.conf).
+#ifndef KSV_CIMSERVER_SERVERCONFIG_H
+#define KSV_CIMSERVER_SERVERCONFIG_H
+
+#include "cimserver/HttpFrontEnd.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ksv::server {
+
+struct ServerConfig {
+    HttpSettings http;
+    // Empty: the simulator's built-in array.
+    std::string arrayModel;
+    // Relative MOF paths are taken from here; it is also searched for included files.
+    std::string mofDirectory;
+    // "[NAMESPACE=]FILE", compiled in order; without a namespace, root/ksv until the file's own
+    // namespace pragma.
+    std::vector<std::string> mofFiles;
+    // Compiled after mofFiles, into registrationNamespace.
+    std::vector<std::string> registrationFiles;
+    std::string registrationNamespace = "root/PG_InterOp";
+    // Searched in order for lib<Location>.so of each provider module.
+    std::vector<std::string> providerDirectories;
+    // Unset: as the simulator's environment (KSV_LOG_LEVEL, KSV_LOG_SINK) says.
+    std::optional<int> logLevel;
+    std::optional<std::string> logSink;
+    unsigned threads = 8;
+    // How long shutdown waits for requests in progress before abandoning them.
+    unsigned shutdownGraceSeconds = 10;
+};
+
+// The defaults: the source tree's MOF and the build's provider modules.
+ServerConfig defaultServerConfig();
+
+struct ParsedCommandLine {
+    // Set when the server should run.
+    std::optional<ServerConfig> config;
+    // Otherwise: the exit code and what to print (help, or the error).
+    int exitCode = 0;
+    std::string output;
+};
+
+ParsedCommandLine parseCommandLine(int argc, const char* const* argv);
+
+// Loads the array model and sets up logging of the simulated array library; the error, if any.
+std::optional<std::string> configureArray(const ServerConfig& config);
+
+} // namespace ksv::server
+
+#endif

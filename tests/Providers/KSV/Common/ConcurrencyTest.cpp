@@ -1,0 +1,87 @@
+// The process-wide state behind KSV_Common under requests from several threads at once: the
+// class store of the internal cache service and the cached system addresses.
+#include "CommonTestSupport.h"
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace ksv::test {
+namespace {
+
+using namespace Pegasus;
+
+const int THREADS = 8;
+const int ROUNDS = 200;
+
+template <typename Work>
+void onThreads(Work work) {
+    std::vector<std::thread> threads;
+    for (int t = 0; t < THREADS; t++)
+        threads.emplace_back(work, t);
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+struct Request {
+    const char* className;
+    bool includeQualifiers;
+    bool includeClassOrigin;
+    CIMPropertyList propertyList;
+    CIMClass expected;
+};
+
+TEST(StoredClassesUnderConcurrentRequests, EveryRequestGetsItsVariantAndClassesAreFetchedOnce) {
+    ProviderHarness harness;
+    Array<CIMName> twoNames;
+    twoNames.append("DeviceID");
+    twoNames.append("ElementName");
+    std::vector<Request> requests;
+    for (const char* className : {"KSV_DiskDrive", "KSV_DiskStorageExtent", "KSV_SystemDisk"}) {
+        for (const CIMPropertyList& list : {CIMPropertyList(), CIMPropertyList(twoNames)}) {
+            for (bool flags : {true, false}) {
+                requests.push_back({className, flags, !flags, list,
+                                    harness.shippedClasses().getClass("root/ksv", className, false,
+                                                                      flags, !flags, list)});
+            }
+        }
+    }
+    std::atomic<int> wrong(0);
+    onThreads([&](int t) {
+        CIMOMHandle cimom = harness.cimom();
+        for (int round = 0; round < ROUNDS; round++) {
+            const Request& request = requests[(t + round) % requests.size()];
+            const CIMClass served = KSV_Common::getStoredCIMClass(
+                cimom, OperationContext(), "root/ksv", request.className, false,
+                request.includeQualifiers, request.includeClassOrigin, request.propertyList);
+            if (!served.identical(request.expected))
+                wrong++;
+        }
+    });
+    EXPECT_EQ(wrong.load(), 0);
+    // Requests racing for a class not yet stored may each fetch it; later ones never do.
+    EXPECT_LE(harness.server().calls("getClass").size(), size_t(3 * THREADS));
+    harness.server().clearCalls();
+    CIMOMHandle cimom = harness.cimom();
+    KSV_Common::getStoredCIMClass(cimom, OperationContext(), "root/ksv", "KSV_DiskDrive", false,
+                                  true, true, CIMPropertyList());
+    EXPECT_TRUE(harness.server().calls("getClass").empty());
+}
+
+TEST(SystemAddressesUnderConcurrentRequests, AllThreadsSeeTheSameAddresses) {
+    ProviderHarness harness;
+    std::atomic<int> wrong(0);
+    onThreads([&wrong](int t) {
+        for (int round = 0; round < ROUNDS; round++) {
+            const int type = 1 + (t + round) % 2;
+            const String address = KSV_Common::getSystemIPAddr(type);
+            if (address != (type == 1 ? "198.51.100.25" : "2001:db8:100::25"))
+                wrong++;
+        }
+    });
+    EXPECT_EQ(wrong.load(), 0);
+    EXPECT_LE(ksvsim::calls().size(), size_t(1));
+}
+
+} // namespace
+} // namespace ksv::test

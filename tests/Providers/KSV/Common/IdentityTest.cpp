@@ -1,0 +1,202 @@
+// The array's identity through the internal cache and the paths of the system's instances.
+#include "CommonTestSupport.h"
+
+namespace ksv::test {
+namespace {
+
+using namespace Pegasus;
+
+const char* const IDENTITY_METHODS[] = {"GetSystemName", "GetSystemID",       "IsQuadPortSystem",
+                                        "GetSystemType", "GetSystemHostName", "GetSystemAddress"};
+
+class Identity : public HarnessTest {
+protected:
+    void answerEverywhere(Route route, CacheAnswer answer) {
+        for (const char* method : IDENTITY_METHODS)
+            harness.server().setCacheAnswer(method, route, answer);
+    }
+
+    size_t callsOn(Route route) {
+        size_t count = 0;
+        for (const ServerCall& call : harness.server().calls("invokeMethod"))
+            count += call.route == route ? 1 : 0;
+        return count;
+    }
+};
+
+TEST_F(Identity, AnswersComeFromTheInternalCacheThroughTheLocalClient) {
+    EXPECT_EQ(text(KSV_Common::getSystemName(cimom)), "KSV-D7");
+    EXPECT_EQ(text(KSV_Common::getSystemName()), "KSV-D7");
+    EXPECT_EQ(KSV_Common::getSystemID(), 1400512u);
+    EXPECT_EQ(KSV_Common::isQuadPortSystem(cimom), 0);
+    EXPECT_EQ(KSV_Common::getSystemType(), 8);
+    EXPECT_EQ(text(KSV_Common::getSystemHostName(cimom)), "ksv-d7.example.net");
+    EXPECT_EQ(text(KSV_Common::getSystemAddress(cimom)), "198.51.100.25");
+
+    const std::vector<ServerCall> calls = harness.server().calls("invokeMethod");
+    ASSERT_EQ(calls.size(), 7u);
+    for (const ServerCall& call : calls) {
+        EXPECT_EQ(call.route, Route::LocalClient);
+        EXPECT_EQ(call.nameSpace, "root/PG_Internal");
+    }
+    EXPECT_EQ(calls[3].target, "IsQuadPortSystem");
+}
+
+TEST(IdentityOfAQuadPortArray, IsQuadPort) {
+    ProviderHarness harness("demo-quadport.json");
+    CIMOMHandle cimom = harness.cimom();
+    EXPECT_EQ(KSV_Common::isQuadPortSystem(cimom), 1);
+}
+
+TEST(InternalCachePath, NamesTheLocalhostInstance) {
+    EXPECT_EQ(text(KSV_Common::buildInternalCacheObjectPath("localhost", "localhost").toString()),
+              "//localhost/root/PG_Internal:KSV_InternalCache.InstanceID=\"localhost-"
+              "InternalCache\"");
+}
+
+TEST_F(Identity, OutputNamedInAnotherCaseIsAccepted) {
+    harness.server().setCacheAnswer("GetSystemName", Route::LocalClient,
+                                    {CacheAnswer::Kind::RenamedOutput, "systemname"});
+    harness.server().setCacheAnswer("GetSystemID", Route::LocalClient,
+                                    {CacheAnswer::Kind::RenamedOutput, "SYSTEMID"});
+    EXPECT_EQ(text(KSV_Common::getSystemName(cimom)), "KSV-D7");
+    EXPECT_EQ(KSV_Common::getSystemID(), 1400512u);
+}
+
+TEST_F(Identity, OutputUnderAnotherNameNullOrMissingLeavesTheResultEmpty) {
+    const CacheAnswer unusable[] = {{CacheAnswer::Kind::RenamedOutput, "Name"},
+                                    {CacheAnswer::Kind::NullOutput, ""},
+                                    {CacheAnswer::Kind::NoOutput, ""}};
+    for (const CacheAnswer& answer : unusable) {
+        answerEverywhere(Route::LocalClient, answer);
+        EXPECT_EQ(text(KSV_Common::getSystemName(cimom)), "");
+        EXPECT_EQ(text(KSV_Common::getSystemHostName(cimom)), "");
+        EXPECT_EQ(text(KSV_Common::getSystemAddress(cimom)), "");
+        EXPECT_EQ(KSV_Common::getSystemID(), 0u);
+        EXPECT_EQ(KSV_Common::getSystemType(), 0);
+    }
+    EXPECT_EQ(callsOn(Route::ServerHandle), 0u); // an empty answer is no failure
+}
+
+TEST_F(Identity, FailedLocalClientIsRetriedThroughTheServerHandle) {
+    answerEverywhere(Route::LocalClient, {CacheAnswer::Kind::Throws, ""});
+    EXPECT_EQ(text(KSV_Common::getSystemName(cimom)), "KSV-D7");
+    EXPECT_EQ(text(KSV_Common::getSystemAddress(cimom)), "198.51.100.25");
+    EXPECT_EQ(KSV_Common::isQuadPortSystem(cimom), 0);
+    EXPECT_EQ(callsOn(Route::ServerHandle), 3u);
+
+    harness.server().clearBehaviour();
+    harness.server().failOperation(Route::LocalClient, "invokeMethod",
+                                   {Failure::Kind::ForeignError, "connection lost"});
+    EXPECT_EQ(text(KSV_Common::getSystemName(cimom)), "KSV-D7");
+}
+
+TEST_F(Identity, AnswerThroughTheServerHandleIsCheckedLikeAnyOther) {
+    answerEverywhere(Route::LocalClient, {CacheAnswer::Kind::Throws, ""});
+    answerEverywhere(Route::ServerHandle, {CacheAnswer::Kind::RenamedOutput, "SYSTEMNAME"});
+    EXPECT_EQ(text(KSV_Common::getSystemName(cimom)), "KSV-D7");
+    EXPECT_EQ(text(KSV_Common::getSystemAddress(cimom)), "");
+}
+
+TEST_F(Identity, LookupsWithoutFallbackLetTheFailurePass) {
+    answerEverywhere(Route::LocalClient, {CacheAnswer::Kind::Throws, ""});
+    EXPECT_THROW(KSV_Common::getSystemHostName(cimom), CIMException);
+    EXPECT_THROW(KSV_Common::getSystemName(), CIMException);
+    EXPECT_THROW(KSV_Common::getSystemID(), CIMException);
+    EXPECT_THROW(KSV_Common::getSystemType(), CIMException);
+    EXPECT_EQ(callsOn(Route::ServerHandle), 0u);
+}
+
+TEST_F(Identity, FailureOfBothRoutesPasses) {
+    answerEverywhere(Route::LocalClient, {CacheAnswer::Kind::Throws, ""});
+    answerEverywhere(Route::ServerHandle, {CacheAnswer::Kind::Throws, ""});
+    EXPECT_THROW(KSV_Common::getSystemName(cimom), CIMException);
+    EXPECT_THROW(KSV_Common::isQuadPortSystem(cimom), CIMException);
+}
+
+TEST_F(Identity, LocalClientCallsAreTraced) {
+    Array<CIMParamValue> out;
+    KSV_Common::invokeMethod("root/PG_Internal",
+                             KSV_Common::buildInternalCacheObjectPath("localhost", "localhost"),
+                             "GetSystemType", Array<CIMParamValue>(), out);
+    KSV_Common::enumerateInstanceNames("root/ksv", "KSV_StoragePool");
+    EXPECT_EQ(harness.logTexts(4), (std::vector<std::string>{
+                                       "-->KSV_Common::invokeMethod()\n",
+                                       "<--KSV_Common::invokeMethod()\n",
+                                       "-->KSV_Common::enumerateInstanceNames()\n",
+                                       "<--KSV_Common::enumerateInstanceNames()\n",
+                                   }));
+}
+
+using SystemPaths = HarnessTest;
+
+TEST_F(SystemPaths, SystemPathCarriesTheSystemsHostAndNamespace) {
+    const CIMObjectPath system = KSV_Common::getSystemObjectPath(cimom);
+    EXPECT_EQ(text(system.toString()), "//ksv-d7.example.net/root/ksv:KSV_StorageSystem."
+                                       "CreationClassName=\"KSV_StorageSystem\",Name=\"KSV-D7\"");
+    const std::vector<std::string> traces = harness.logTexts(4);
+    EXPECT_EQ(traces.front(), "-->KSV_Common::getSystemObjectPath()\n");
+    EXPECT_EQ(traces.back(), "<--KSV_Common::getSystemObjectPath()\n");
+}
+
+TEST_F(SystemPaths, FailedLocalClientIsLoggedAndRetriedThroughTheServerHandle) {
+    harness.server().failOperation(Route::LocalClient, "enumerateInstanceNames",
+                                   {Failure::Kind::CimError, "no route"});
+    EXPECT_EQ(text(KSV_Common::getSystemObjectPath(cimom).getClassName().getString()),
+              "KSV_StorageSystem");
+    harness.server().failOperation(Route::LocalClient, "enumerateInstanceNames",
+                                   {Failure::Kind::ForeignError, "no route"});
+    EXPECT_EQ(text(KSV_Common::getSystemViewObjectPath(cimom).getClassName().getString()),
+              "KSV_StorageSystemView");
+    EXPECT_EQ(harness.logTexts(2),
+              (std::vector<std::string>{
+                  "KSV_Common::getSystemObjectPath: no route. Trying via cimom.\n",
+                  "KSV_Common::getSystemViewObjectPath: Unknown exception! Trying via cimom\n"}));
+}
+
+TEST_F(SystemPaths, SystemPathDoesNotGuardTheServerHandle) {
+    harness.server().failOperation(Route::LocalClient, "enumerateInstanceNames",
+                                   {Failure::Kind::CimError, "no route"});
+    harness.server().failOperation(Route::ServerHandle, "enumerateInstanceNames",
+                                   {Failure::Kind::CimError, "down"});
+    EXPECT_THROW(KSV_Common::getSystemObjectPath(cimom), CIMException);
+}
+
+TEST_F(SystemPaths, PackageAndViewPathsEndEmptyWhenBothRoutesFail) {
+    harness.server().failOperation(Route::LocalClient, "enumerateInstanceNames",
+                                   {Failure::Kind::CimError, "no route"});
+    harness.server().failOperation(Route::ServerHandle, "enumerateInstanceNames",
+                                   {Failure::Kind::CimError, "down"});
+    EXPECT_EQ(text(KSV_Common::getSystemPkgObjectPath(cimom).toString()), "");
+    harness.server().failOperation(Route::ServerHandle, "enumerateInstanceNames",
+                                   {Failure::Kind::ForeignError, "down"});
+    EXPECT_EQ(text(KSV_Common::getSystemViewObjectPath(cimom).toString()), "");
+    EXPECT_EQ(
+        harness.logTexts(2),
+        (std::vector<std::string>{
+            "KSV_Common::getSystemPkgObjectPath: no route. Trying via cimom.\n",
+            "KSV_Common::getSystemPkgObjectPath: down.\n", "cannot get at system pkg object path\n",
+            "KSV_Common::getSystemViewObjectPath: no route. Trying via cimom.\n",
+            "KSV_Common::getSystemViewObjectPath: Unknown exception in cimom!\n",
+            "cannot get at system view object path\n"}));
+}
+
+TEST_F(SystemPaths, PackagePathIsFoundWithoutTracesOfItsOwn) {
+    EXPECT_EQ(text(KSV_Common::getSystemPkgObjectPath(cimom).toString()),
+              "//ksv-d7.example.net/root/ksv:KSV_SystemPackage."
+              "CreationClassName=\"KSV_SystemPackage\",Tag=\"KSV-D7\"");
+    for (const std::string& trace : harness.logTexts(4))
+        EXPECT_EQ(trace.find("getSystemPkgObjectPath"), std::string::npos) << trace;
+}
+
+TEST_F(SystemPaths, MissingSystemYieldsAnEmptyPathAndNoExitTrace) {
+    harness.server().removeInstance(
+        "root/ksv", path("KSV_StorageSystem.CreationClassName=\"KSV_StorageSystem\","
+                         "Name=\"KSV-D7\""));
+    EXPECT_EQ(text(KSV_Common::getSystemObjectPath(cimom).toString()), "");
+    EXPECT_EQ(harness.logTexts(2), std::vector<std::string>{"cannot get at system object path\n"});
+    EXPECT_EQ(harness.logTexts(4).back(), "<--KSV_Common::enumerateInstanceNames()\n");
+}
+
+} // namespace
+} // namespace ksv::test

@@ -1,0 +1,321 @@
+// Object-path matching, reference checks and filters, and the association builders.
+#include "CommonTestSupport.h"
+
+#include <Pegasus/Common/CIMProperty.h>
+
+namespace ksv::test {
+namespace {
+
+using namespace Pegasus;
+
+bool match(const char* a, const char* b) {
+    return KSV_Common::matchObjectPath(path(a), path(b));
+}
+
+TEST(MatchObjectPath, HostsNeverMatterNotEvenInsideReferences) {
+    EXPECT_TRUE(match("//a/root/ksv:KSV_DiskDrive.DeviceID=\"X\"",
+                      "//b.example.net/root/ksv:KSV_DiskDrive.DeviceID=\"X\""));
+    EXPECT_TRUE(match("root/ksv:KSV_DiskDrive.DeviceID=\"X\"",
+                      "//b/root/ksv:KSV_DiskDrive.DeviceID=\"X\""));
+    EXPECT_TRUE(
+        match("//h/root/ksv:KSV_SystemDisk.GroupComponent=\"//h1/root/ksv:KSV_StorageSystem."
+              "CreationClassName=\\\"KSV_StorageSystem\\\",Name=\\\"S1\\\"\"",
+              "root/ksv:KSV_SystemDisk.GroupComponent=\"//h2/root/ksv:KSV_StorageSystem."
+              "CreationClassName=\\\"KSV_StorageSystem\\\",Name=\\\"S1\\\"\""));
+}
+
+TEST(MatchObjectPath, NamespacesClassesAndKeysDo) {
+    EXPECT_FALSE(match("root/ksv:KSV_DiskDrive.DeviceID=\"X\"", "KSV_DiskDrive.DeviceID=\"X\""));
+    EXPECT_FALSE(
+        match("root/ksv:KSV_DiskDrive.DeviceID=\"X\"", "root/other:KSV_DiskDrive.DeviceID=\"X\""));
+    EXPECT_FALSE(match("KSV_DiskDrive.DeviceID=\"X\"", "KSV_DiskDriveX.DeviceID=\"X\""));
+    EXPECT_FALSE(match("KSV_DiskDrive.DeviceID=\"X\"", "KSV_DiskDrive.DeviceID=\"X\",Tag=\"T\""));
+    EXPECT_FALSE(match(
+        "//h/root/ksv:KSV_SystemDisk.PartComponent=\"root/ksv:KSV_DiskDrive.DeviceID=\\\"X\\\"\"",
+        "//h/root/ksv:KSV_SystemDisk.PartComponent=\"root/ksv:KSV_DiskDrive.DeviceID=\\\"Y\\\"\""));
+}
+
+TEST(MatchObjectPath, NamesIgnoreCaseAndKeyOrderButDeviceIDsCompareExactly) {
+    EXPECT_TRUE(
+        match("ROOT/KSV:ksv_diskdrive.deviceid=\"5000C500A1B2C3D4-id-7\",SystemName=\"S\"",
+              "root/ksv:KSV_DiskDrive.SystemName=\"S\",DeviceID=\"5000C500A1B2C3D4-id-7\""));
+    EXPECT_FALSE(match("KSV_DiskDrive.DeviceID=\"5000C500A1B2C3D4-id-7\"",
+                       "KSV_DiskDrive.DeviceID=\"5000c500a1b2c3d4-id-7\""));
+}
+
+TEST(MatchObjectPath, StringKeyHoldingAPathMatchesTheReferenceKeyOfThatPath) {
+    const char* reference = "//elsewhere/root/ksv:KSV_DiskDrive.DeviceID=\"X\"";
+    Array<CIMKeyBinding> asString;
+    asString.append(CIMKeyBinding("PartComponent", reference, CIMKeyBinding::STRING));
+    Array<CIMKeyBinding> asReference;
+    asReference.append(CIMKeyBinding("PartComponent", "root/ksv:KSV_DiskDrive.DeviceID=\"X\"",
+                                     CIMKeyBinding::REFERENCE));
+    const CIMObjectPath a("h1", "root/ksv", "KSV_SystemDisk", asString);
+    const CIMObjectPath b("", "root/ksv", "KSV_SystemDisk", asReference);
+    EXPECT_TRUE(KSV_Common::matchObjectPath(a, b));
+    // Neither input is changed.
+    EXPECT_EQ(text(a.getHost()), "h1");
+    EXPECT_EQ(a.getKeyBindings()[0].getType(), CIMKeyBinding::STRING);
+    EXPECT_EQ(text(a.getKeyBindings()[0].getValue()), reference);
+}
+
+class VerifyRef : public HarnessTest {
+protected:
+    bool verify(CIMObjectPath& ref) {
+        return KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net");
+    }
+    bool verifyHost(const char* host) {
+        CIMObjectPath ref = path("root/ksv:KSV_StorageVolume.DeviceID=\"V\"");
+        ref.setHost(host);
+        return verify(ref);
+    }
+};
+
+TEST_F(VerifyRef, ReferenceWithoutNamespaceGetsTheExpectedOne) {
+    CIMObjectPath ref = path("KSV_StorageVolume.DeviceID=\"V\"");
+    EXPECT_TRUE(verify(ref));
+    EXPECT_EQ(text(ref.getNameSpace().getString()), "root/ksv");
+}
+
+TEST_F(VerifyRef, WrongNamespaceIsRefusedAndLogged) {
+    CIMObjectPath ref = path("root/other:KSV_StorageVolume.DeviceID=\"V\"");
+    EXPECT_FALSE(verify(ref));
+    EXPECT_EQ(harness.logTexts(2),
+              std::vector<std::string>{"The ref param root/other:KSV_StorageVolume.DeviceID=\"V\" "
+                                       "contains the wrong name space root/other\n"});
+}
+
+TEST_F(VerifyRef, HostMustBeThisSystemsByNameOrAddress) {
+    EXPECT_TRUE(verifyHost("KSV-D7.Example.NET"));
+    EXPECT_TRUE(verifyHost("198.51.100.25"));
+    EXPECT_TRUE(verifyHost("[2001:0db8:0100:0000:0000:0000:0000:0025]"));
+    EXPECT_TRUE(verifyHost("[2001:DB8:100::25]"));
+    EXPECT_FALSE(verifyHost("[2001:db8:100::26]"));
+    EXPECT_FALSE(verifyHost("198.51.100.26"));
+    EXPECT_FALSE(verifyHost("other.example.net"));
+    EXPECT_EQ(harness.logTexts(2).back(),
+              "The ref host [other.example.net] does not match for this host!\n");
+}
+
+TEST_F(VerifyRef, ClassOverloadsAlsoRequireTheClass) {
+    CIMObjectPath ref = path("//ksv-d7.example.net/root/ksv:KSV_StorageVolume.DeviceID=\"V\"");
+    Array<CIMName> volumeClasses;
+    volumeClasses.append("KSV_SnapshotVolume");
+    volumeClasses.append("ksv_storagevolume");
+    EXPECT_TRUE(KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net",
+                                                 CIMName("KSV_STORAGEVOLUME")));
+    EXPECT_FALSE(KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net",
+                                                  CIMName("KSV_StoragePool")));
+    EXPECT_TRUE(
+        KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net", volumeClasses));
+    volumeClasses.remove(1);
+    EXPECT_FALSE(
+        KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net", volumeClasses));
+}
+
+const char* const SYSTEM =
+    "//ksv/root/ksv:KSV_StorageSystem.CreationClassName=\"KSV_StorageSystem\","
+    "Name=\"S1\"";
+const char* const DISK_A = "//ksv/root/ksv:KSV_DiskDrive.DeviceID=\"A\"";
+const char* const DISK_B = "//ksv/root/ksv:KSV_DiskDrive.DeviceID=\"B\"";
+
+CIMInstance systemDisk(const char* className, const char* disk) {
+    CIMInstance instance(className);
+    instance.addProperty(
+        CIMProperty("GroupComponent", CIMValue(path(SYSTEM)), 0, "KSV_StorageSystem"));
+    instance.addProperty(CIMProperty("PartComponent", CIMValue(path(disk)), 0, "KSV_DiskDrive"));
+    instance.addProperty(CIMProperty("Note", CIMValue(String("not a reference"))));
+    instance.setPath(KSV_Common::buildAssocPath(className, "GroupComponent", "PartComponent",
+                                                path(SYSTEM), path(disk), "ksv", "root/ksv"));
+    return instance;
+}
+
+TEST(ReferenceChecks, RoleNamingNoReferencePropertyIsAnInvalidParameter) {
+    const CIMInstance assoc = systemDisk("KSV_SystemDisk", DISK_A);
+    for (const char* role : {"Antecedent", "Note"}) {
+        try {
+            KSV_Common::_isInstanceValidReference(path("KSV_DiskDrive.DeviceID=\"A\""), assoc,
+                                                  role);
+            FAIL() << role;
+        } catch (const CIMException& e) {
+            EXPECT_EQ(e.getCode(), CIM_ERR_INVALID_PARAMETER);
+            EXPECT_EQ(text(e.getMessage()), "");
+        }
+    }
+}
+
+TEST(ReferenceChecks, ReferenceMatchesWithoutItsHostAndNamespaceAndOnlyInItsRole) {
+    const CIMInstance assoc = systemDisk("KSV_SystemDisk", DISK_A);
+    const CIMObjectPath disk = path("KSV_DiskDrive.DeviceID=\"A\"");
+    EXPECT_TRUE(KSV_Common::_isInstanceValidReference(disk, assoc, ""));
+    EXPECT_TRUE(KSV_Common::_isInstanceValidReference(disk, assoc, "partcomponent"));
+    EXPECT_FALSE(KSV_Common::_isInstanceValidReference(disk, assoc, "GroupComponent"));
+    EXPECT_FALSE(KSV_Common::_isInstanceValidReference(path(DISK_A), assoc, ""));
+}
+
+TEST(ReferenceFilters, ReferenceNamesKeepTheInstancesOfTheResultClassThatNameTheObject) {
+    Array<CIMInstance> instances;
+    instances.append(systemDisk("KSV_SystemDisk", DISK_A));
+    instances.append(systemDisk("KSV_SystemDisk", DISK_B));
+    instances.append(systemDisk("KSV_OtherDisk", DISK_A));
+    const CIMObjectPath diskA = path(DISK_A);
+
+    const Array<CIMInstance> anyClass =
+        KSV_Common::filterReferenceNames(instances, diskA, CIMName(), "");
+    ASSERT_EQ(anyClass.size(), 2u);
+    EXPECT_EQ(text(anyClass[1].getClassName().getString()), "KSV_OtherDisk");
+    EXPECT_EQ(KSV_Common::filterReferenceNames(instances, diskA, "ksv_systemdisk", "").size(), 1u);
+    EXPECT_EQ(KSV_Common::filterReferenceNames(instances, path(SYSTEM), "KSV_SystemDisk",
+                                               "GroupComponent")
+                  .size(),
+              2u);
+    EXPECT_EQ(KSV_Common::filterReferenceNames(instances, path(SYSTEM), CIMName(), "PartComponent")
+                  .size(),
+              0u);
+}
+
+TEST(ReferenceFilters, TargetsAreTheFarEndsOfTheRoleAndClassAsked) {
+    const CIMInstance assoc = systemDisk("KSV_SystemDisk", DISK_A);
+    Array<CIMName> diskClasses;
+    diskClasses.append("KSV_DiskDrive");
+
+    const Array<CIMObjectPath> fromSystem =
+        KSV_Common::filterAssocInstanceToTargetPaths(assoc, path(SYSTEM), Array<CIMName>(), "");
+    ASSERT_EQ(fromSystem.size(), 1u);
+    EXPECT_EQ(text(fromSystem[0].toString()), DISK_A); // as stored, host included
+    EXPECT_EQ(
+        KSV_Common::filterAssocInstanceToTargetPaths(assoc, path(DISK_A), diskClasses, "").size(),
+        0u);
+    EXPECT_EQ(KSV_Common::filterAssocInstanceToTargetPaths(assoc, path(SYSTEM), diskClasses,
+                                                           "PartComponent")
+                  .size(),
+              1u);
+    EXPECT_EQ(KSV_Common::filterAssocInstanceToTargetPaths(assoc, path(SYSTEM), diskClasses,
+                                                           "GroupComponent")
+                  .size(),
+              0u);
+
+    Array<CIMInstance> candidates;
+    for (const char* disk : {DISK_B, "//other/root/ksv:KSV_DiskDrive.DeviceID=\"A\""}) {
+        CIMInstance candidate("KSV_DiskDrive");
+        candidate.setPath(path(disk));
+        candidates.append(candidate);
+    }
+    const Array<CIMInstance> targets = KSV_Common::filterAssocInstanceToTargetInstances(
+        assoc, path(SYSTEM), candidates, diskClasses, "");
+    ASSERT_EQ(targets.size(), 1u);
+    EXPECT_EQ(text(targets[0].getPath().getHost()), "other");
+}
+
+TEST(PoolPath, AnyKeyHoldingTheIdentifierInAnyCase) {
+    EXPECT_TRUE(KSV_Common::isPoolPath(path("KSV_StoragePool.InstanceID=\"quanor:PRIMORDIAL\""),
+                                       "QUANOR:primordial"));
+    EXPECT_TRUE(KSV_Common::isPoolPath(path("KSV_StoragePool.A=\"x\",Other=\"QUANOR:primordial\""),
+                                       "QUANOR:primordial"));
+    EXPECT_FALSE(KSV_Common::isPoolPath(path("KSV_StoragePool.InstanceID=\"QUANOR:cpg1\""),
+                                        "QUANOR:primordial"));
+}
+
+std::vector<std::string> keyNames(const CIMObjectPath& assoc) {
+    std::vector<std::string> names;
+    for (Uint32 i = 0; i < assoc.getKeyBindings().size(); i++) {
+        EXPECT_EQ(assoc.getKeyBindings()[i].getType(), CIMKeyBinding::REFERENCE);
+        names.push_back(text(assoc.getKeyBindings()[i].getName().getString()));
+    }
+    return names;
+}
+
+CIMObjectPath reference(const CIMObjectPath& assoc, Uint32 index) {
+    return CIMObjectPath(assoc.getKeyBindings()[index].getValue());
+}
+
+TEST(AssocPaths, TwoReferencesGetExactlyTheTwoRoleKeysAndTheHostsGiven) {
+    const CIMObjectPath oneHost = KSV_Common::buildAssocPath(
+        "KSV_DiskPackageRealizes", "Antecedent", "Dependent",
+        path("//x/root/ksv:KSV_DiskDrivePackage.Tag=\"A\""),
+        path("root/other:KSV_DiskDrive.DeviceID=\"A\""), "ksv-d7", "root/ksv");
+    EXPECT_EQ(keyNames(oneHost), (std::vector<std::string>{"Antecedent", "Dependent"}));
+    EXPECT_EQ(text(oneHost.getHost()), "ksv-d7");
+    EXPECT_EQ(text(oneHost.getNameSpace().getString()), "root/ksv");
+    EXPECT_EQ(text(reference(oneHost, 0).toString()),
+              "//ksv-d7/root/ksv:KSV_DiskDrivePackage.Tag=\"A\"");
+    // A reference keeps its own namespace.
+    EXPECT_EQ(text(reference(oneHost, 1).toString()),
+              "//ksv-d7/root/other:KSV_DiskDrive.DeviceID=\"A\"");
+
+    const CIMObjectPath threeHosts =
+        KSV_Common::buildAssocPath("KSV_SystemDisk", "GroupComponent", "PartComponent",
+                                   path(SYSTEM), path(DISK_A), "h1", "h2", "h3", "root/ksv");
+    EXPECT_EQ(text(threeHosts.getHost()), "h3");
+    EXPECT_EQ(text(reference(threeHosts, 0).getHost()), "h1");
+    EXPECT_EQ(text(reference(threeHosts, 1).getHost()), "h2");
+}
+
+TEST(AssocPaths, ThreeReferencesAndDependencies) {
+    const CIMObjectPath three = KSV_Common::buildAssocPath(
+        "KSV_Three", "A1", "B2", "C3", path(SYSTEM), path(DISK_A), path(DISK_B), "h", "root/ksv");
+    EXPECT_EQ(keyNames(three), (std::vector<std::string>{"A1", "B2", "C3"}));
+    EXPECT_EQ(text(reference(three, 2).getHost()), "h");
+
+    const CIMObjectPath dependency = KSV_Common::buildDepAssocPath(
+        "h", "KSV_Dependency", path(SYSTEM), path("KSV_DiskDrive.DeviceID=\"A\""));
+    EXPECT_EQ(keyNames(dependency), (std::vector<std::string>{"Antecedent", "Dependent"}));
+    EXPECT_EQ(text(dependency.getNameSpace().getString()), "root/ksv");
+    EXPECT_EQ(text(reference(dependency, 0).getHost()), "ksv"); // references keep their hosts
+    EXPECT_EQ(text(reference(dependency, 1).getHost()), "");
+}
+
+TEST(AssocInstances, HoldTheReferencesAndThePathOfTheSameShape) {
+    const CIMClass systemDiskClass =
+        ProviderHarness::shippedClasses().getClass("root/ksv", "KSV_SystemDisk", false, true, true);
+    const CIMInstance assoc = KSV_Common::buildAssocInstance(
+        "KSV_SystemDisk", "GroupComponent", "PartComponent", path(SYSTEM), path(DISK_A),
+        systemDiskClass, "ksv-d7", "root/ksv");
+    EXPECT_EQ(assoc.getPropertyCount(), systemDiskClass.getPropertyCount());
+    EXPECT_TRUE(assoc.getPath().identical(
+        KSV_Common::buildAssocPath("KSV_SystemDisk", "GroupComponent", "PartComponent",
+                                   path(SYSTEM), path(DISK_A), "ksv-d7", "root/ksv")));
+    CIMObjectPath part;
+    KSV_Common::getProperty(assoc, "PartComponent", part);
+    EXPECT_EQ(text(part.getHost()), "ksv-d7");
+
+    const CIMInstance threeHosts = KSV_Common::buildAssocInstance(
+        "KSV_SystemDisk", "GroupComponent", "PartComponent", path(SYSTEM), path(DISK_A),
+        systemDiskClass, "h1", "h2", "h3", "root/ksv");
+    KSV_Common::getProperty(threeHosts, "GroupComponent", part);
+    EXPECT_EQ(text(part.getHost()), "h1");
+    EXPECT_EQ(text(threeHosts.getPath().getHost()), "h3");
+
+    const CIMInstance dependency = KSV_Common::buildDepAssocInstance(
+        "h", "KSV_VolumeBasedOnDiskExtent", path(DISK_A), path(DISK_B),
+        ProviderHarness::shippedClasses().getClass("root/ksv", "KSV_VolumeBasedOnDiskExtent", false,
+                                                   true, true));
+    KSV_Common::getProperty(dependency, "Dependent", part);
+    EXPECT_EQ(text(part.toString()), DISK_B);
+}
+
+TEST(PartOfArray, StringsExactlyPathsByMatchNamesWithoutCase) {
+    Array<String> strings;
+    strings.append("KSV_DiskDrive");
+    EXPECT_TRUE(KSV_Common::isPartOfArray(String("KSV_DiskDrive"), strings));
+    EXPECT_FALSE(KSV_Common::isPartOfArray(String("ksv_diskdrive"), strings));
+
+    Array<CIMName> names;
+    names.append("KSV_DiskDrive");
+    EXPECT_TRUE(KSV_Common::isPartOfArray(CIMName("ksv_diskdrive"), names));
+    EXPECT_FALSE(KSV_Common::isPartOfArray(CIMName("KSV_DiskDrivePackage"), names));
+
+    Array<CIMObjectPath> paths;
+    paths.append(path(DISK_A));
+    EXPECT_TRUE(
+        KSV_Common::isPartOfArray(path("//other/root/ksv:KSV_DiskDrive.DeviceID=\"A\""), paths));
+    EXPECT_FALSE(KSV_Common::isPartOfArray(path(DISK_B), paths));
+
+    Array<CIMInstance> instances;
+    instances.append(systemDisk("KSV_SystemDisk", DISK_A));
+    EXPECT_TRUE(KSV_Common::isPartOfArray(instances[0].getPath(), instances));
+    EXPECT_FALSE(KSV_Common::isPartOfArray(path(DISK_A), instances));
+}
+
+} // namespace
+} // namespace ksv::test

@@ -1,0 +1,238 @@
+// The instance cap, date-time conversions, random names, node pairs, identifiers, the
+// system's addresses and the controller-port conversions.
+#include "CommonTestSupport.h"
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <set>
+
+namespace ksv::test {
+namespace {
+
+using namespace Pegasus;
+
+TEST(InstanceThreshold, MegabytesAndProductWrapAt32Bits) {
+    EXPECT_EQ(KSV_Common::instanceThresholdFor(4294967296ull, 150), 644100u);
+    EXPECT_EQ(KSV_Common::instanceThresholdFor(UINT64_MAX, 150), 405444830u);
+    EXPECT_EQ(KSV_Common::instanceThresholdFor(UINT64_MAX, 110), 1728981974u);
+    EXPECT_EQ(KSV_Common::instanceThresholdFor(999999, 150), 0u);
+}
+
+TEST(InstanceThreshold, ComesFromTheAddressSpaceSoftLimitAndIsLogged) {
+    ProviderHarness harness;
+    struct rlimit limit;
+    ASSERT_EQ(getrlimit(RLIMIT_AS, &limit), 0);
+    EXPECT_EQ(KSV_Common::getInstanceThreshold(110),
+              KSV_Common::instanceThresholdFor(limit.rlim_cur, 110));
+    const std::string megabytes = std::to_string(Uint32(Uint64(limit.rlim_cur) / 1000000));
+    EXPECT_EQ(harness.logTexts(4), std::vector<std::string>{"soft limit = " + megabytes +
+                                                            ", maxInstScale factor = 110\n"});
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define KSV_SANITIZED 1
+#endif
+
+// A sanitizer's shadow memory exceeds any realistic address-space limit, so the child could
+// not run under one.
+TEST(InstanceThreshold, FollowsALoweredLimitInAChildProcess) {
+#ifdef KSV_SANITIZED
+    GTEST_SKIP() << "the sanitizer's reservations exceed the limit";
+#endif
+    int pipeEnds[2];
+    ASSERT_EQ(pipe(pipeEnds), 0);
+    const pid_t child = fork();
+    ASSERT_NE(child, -1);
+    if (child == 0) {
+        struct rlimit limit;
+        getrlimit(RLIMIT_AS, &limit);
+        limit.rlim_cur = 4294967296ull;
+        const Uint32 threshold =
+            setrlimit(RLIMIT_AS, &limit) == 0 ? KSV_Common::getInstanceThreshold(150) : 1;
+        _exit(write(pipeEnds[1], &threshold, sizeof(threshold)) == sizeof(threshold) ? 0 : 1);
+    }
+    Uint32 threshold = 0;
+    EXPECT_EQ(read(pipeEnds[0], &threshold, sizeof(threshold)), ssize_t(sizeof(threshold)));
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(threshold, 644100u);
+    close(pipeEnds[0]);
+    close(pipeEnds[1]);
+}
+
+// Runs each test in a given time zone and restores the process's own afterwards.
+class InTimeZone : public ::testing::Test {
+protected:
+    void TearDown() override {
+        if (_saved.empty())
+            unsetenv("TZ");
+        else
+            setenv("TZ", _saved.c_str(), 1);
+        tzset();
+    }
+    void use(const char* zone) {
+        setenv("TZ", zone, 1);
+        tzset();
+    }
+
+private:
+    std::string _saved = getenv("TZ") ? getenv("TZ") : "";
+};
+
+TEST_F(InTimeZone, DateTimeCarriesTheLocalTimeAndItsOffsetInMinutes) {
+    use("UTC0");
+    EXPECT_EQ(text(KSV_Common::getCIMDateTime(0).toString()), "19700101000000.000000+000");
+    use("EST5");
+    EXPECT_EQ(text(KSV_Common::getCIMDateTime(0).toString()), "19691231190000.000000-300");
+    use("IST-5:30");
+    EXPECT_EQ(text(KSV_Common::getCIMDateTime(1709210096).toString()), "20240229180456.000000+330");
+}
+
+TEST_F(InTimeZone, DateTimeConvertsBackAlsoInSummerTime) {
+    use("CET-1CEST,M3.5.0,M10.5.0/3");
+    for (time_t t : {time_t(1625140800), time_t(1609502400), time_t(0)})
+        EXPECT_EQ(KSV_Common::getDateTime(KSV_Common::getCIMDateTime(t)), t) << t;
+}
+
+TEST_F(InTimeZone, IntervalsConvertToZero) {
+    use("UTC0");
+    EXPECT_EQ(KSV_Common::getDateTime(CIMDateTime("00000001020304.000000:000")), 0);
+}
+
+TEST(FormatDateTime, ReadsTheFieldsAndRefusesNegativeOnes) {
+    struct tm fields;
+    EXPECT_GT(KSV_Common::_formatDateTime("20240229123456.000000+060", &fields), 0);
+    EXPECT_EQ(fields.tm_year, 124);
+    EXPECT_EQ(fields.tm_mon, 1);
+    EXPECT_EQ(fields.tm_mday, 29);
+    EXPECT_EQ(fields.tm_hour, 12);
+    EXPECT_EQ(fields.tm_min, 34);
+    EXPECT_EQ(fields.tm_sec, 56);
+    EXPECT_EQ(KSV_Common::_formatDateTime("00000001020304.000000:000", &fields), 0);
+    EXPECT_EQ(KSV_Common::_formatDateTime("", &fields), 0);
+    EXPECT_EQ(KSV_Common::_formatDateTime("18991231000000.000000+000", &fields), -1);
+    EXPECT_EQ(KSV_Common::_formatDateTime("20240001000000.000000+000", &fields), -1);
+}
+
+TEST_F(InTimeZone, ZoneLabelCountsWholeHoursAndCallsUtcMinus) {
+    use("UTC0");
+    EXPECT_EQ(text(KSV_Common::getTimeZone()), "GMT-0");
+    use("IST-5:30");
+    EXPECT_EQ(text(KSV_Common::getTimeZone()), "GMT+5");
+    use("EST5");
+    EXPECT_EQ(text(KSV_Common::getTimeZone()), "GMT-5");
+    use("<+0545>-5:45");
+    EXPECT_EQ(text(KSV_Common::getTimeZone()), "GMT+5");
+}
+
+TEST(RandomString, FillsAllButTheTerminatorFromTheAlphabet) {
+    char buffer[20];
+    memset(buffer, '#', sizeof(buffer));
+    KSV_Common::generate_random_string(buffer, 16);
+    EXPECT_EQ(strlen(buffer), 15u);
+    EXPECT_EQ(strspn(buffer, "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_"),
+              15u);
+    EXPECT_EQ(buffer[16], '#');
+
+    std::set<std::string> drawn;
+    for (int i = 0; i < 20; i++) {
+        KSV_Common::generate_random_string(buffer, 16);
+        drawn.insert(buffer);
+    }
+    EXPECT_EQ(drawn.size(), 20u);
+
+    const std::string before(buffer + 1, sizeof(buffer) - 1);
+    KSV_Common::generate_random_string(buffer, 1);
+    EXPECT_EQ(buffer[0], '\0');
+    EXPECT_EQ(std::string(buffer + 1, sizeof(buffer) - 1), before);
+}
+
+TEST(RandomStringDeathTest, EmptyBufferStopsTheProcess) {
+    char buffer[4];
+    EXPECT_DEATH(KSV_Common::generate_random_string(buffer, 0),
+                 "Assertion point: file: KSV_Common, line: 5332");
+    EXPECT_DEATH(KSV_Common::generate_random_string(nullptr, 4), "Assertion point");
+}
+
+TEST(NodePairs, TwoNodesAPairUpToEight) {
+    const int expected[] = {-1, 0, 0, 1, 1, 2, 2, 3, 3, -1};
+    for (int node = -1; node <= 8; node++)
+        EXPECT_EQ(KSV_Common::getNodePairIndex(node), expected[node + 1]) << node;
+}
+
+TEST(InstanceIDs, KeyFollowsTheFirstQuanorMarker) {
+    EXPECT_EQ(text(KSV_Common::extractFromInstanceID("QUANOR:4.02")), "4.02");
+    EXPECT_EQ(text(KSV_Common::extractFromInstanceID("x-QUANOR:a:QUANOR:b")), "a:QUANOR:b");
+    EXPECT_EQ(text(KSV_Common::extractFromInstanceID("QUANOR")), "");
+    EXPECT_EQ(text(KSV_Common::extractFromInstanceID("quanor:4.02")), "");
+}
+
+using SystemAddresses = HarnessTest;
+
+TEST_F(SystemAddresses, AreAskedOfTheLibraryOnceAndKept) {
+    EXPECT_EQ(text(KSV_Common::getSystemIPAddr(1)), "198.51.100.25");
+    harness.clearArrayCalls();
+    EXPECT_EQ(text(KSV_Common::getSystemIPAddr(2)), "2001:db8:100::25");
+    EXPECT_EQ(text(KSV_Common::getSystemIPAddr(1)), "198.51.100.25");
+    EXPECT_TRUE(harness.arrayCalls().empty());
+}
+
+TEST_F(SystemAddresses, OtherTypesAreRefused) {
+    EXPECT_EQ(text(KSV_Common::getSystemIPAddr(3)), "");
+    EXPECT_EQ(text(KSV_Common::getSystemIPAddr(0)), "");
+    EXPECT_EQ(
+        harness.logTexts(2),
+        std::vector<std::string>(2, "KSV_Common, getSystemIPAddr: Invalid IP type parameter!\n"));
+}
+
+using Ports = HarnessTest;
+
+TEST_F(Ports, LocationsOfFibreChannelAndIscsiPorts) {
+    EXPECT_EQ(KSV_Common::getPortLPID(Uint64(0x20100002AC0D7011ull)), (1 << 7) | (2 << 3) | 1);
+    EXPECT_EQ(KSV_Common::getPortLPID(Uint64(0x1ull)), 0);
+    String iscsi("iqn.2000-05.net.example:ksv-d7.1.3.1");
+    EXPECT_EQ(KSV_Common::getPortLPID(iscsi), (1 << 7) | (3 << 3) | 1);
+
+    String tooLong(std::string(300, 'q').c_str());
+    harness.clearArrayCalls();
+    EXPECT_EQ(KSV_Common::getPortLPID(tooLong), 0);
+    ASSERT_EQ(ksvsim::calls().size(), 1u);
+    EXPECT_EQ(ksvsim::calls()[0].argument, std::string(223, 'q'));
+}
+
+TEST_F(Ports, IdentifiersOfPortTexts) {
+    Array<String> texts;
+    texts.append("1:2:1");
+    texts.append("not a port");
+    texts.append("7:15:7");
+    const std::pair<Uint32, Uint16*> ids = KSV_Common::getPortIDs(texts);
+    ASSERT_EQ(ids.first, 3u);
+    EXPECT_EQ(ids.second[0], (1 << 7) | (2 << 3) | 1);
+    EXPECT_EQ(ids.second[1], 0);
+    EXPECT_EQ(ids.second[2], (7 << 7) | (15 << 3) | 7);
+    delete[] ids.second;
+}
+
+TEST(PortStates, OperationalStatusAndHealthOfEachPortState) {
+    const struct {
+        int state;
+        Uint16 operational;
+        Uint16 health;
+    } table[] = {{0, 10, 5},  {1, 8, 5},  {2, 8, 5},  {3, 2, 5},  {4, 13, 5},
+                 {5, 6, 20},  {6, 0, 0},  {7, 6, 20}, {8, 6, 25}, {9, 10, 10},
+                 {10, 7, 30}, {11, 8, 5}, {12, 8, 5}, {13, 8, 5}, {14, 0, 0}};
+    for (const auto& row : table) {
+        const api_port_status_t state = static_cast<api_port_status_t>(row.state);
+        EXPECT_EQ(KSV_Common::getPortOperationalStatus(state), row.operational) << row.state;
+        EXPECT_EQ(KSV_Common::getPortHealthState(state), row.health) << row.state;
+    }
+}
+
+} // namespace
+} // namespace ksv::test

@@ -1,0 +1,274 @@
+// The association providers driven the way the CIM server drives them: created by name through
+// the module entry, initialized against the in-process server over an array model, asked one
+// request at a time with recording handlers.
+#ifndef KSV_TESTS_ASSOCIATIONTESTSUPPORT_H
+#define KSV_TESTS_ASSOCIATIONTESTSUPPORT_H
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Provider/CIMAssociationProvider.h>
+#include <Pegasus/Provider/CIMInstanceProvider.h>
+
+#include <KSV_Common.h>
+
+#include "ProviderHarness.h"
+#include "RecordingHandlers.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+extern "C" Pegasus::CIMProvider* PegasusCreateProvider(const Pegasus::String& providerName);
+
+namespace ksv::test {
+
+using namespace Pegasus;
+
+// The model made for these tests, named as the harness finds models.
+const char TEST_MODEL[] = "../../tests/Providers/KSV/Disk/Associations/models/associations.json";
+
+// Its disks: D1 has health 19, D2 health 20 and no firmware, D3 is absent, D4's extent is
+// unusable (status 20). Firmware: D0 "4.0", D1 "4.02", D4 "2.1", D5 "2.10".
+const char D0[] = "5000CCA000000A00-id-0";
+const char D1[] = "5000CCA000000A01-id-1";
+const char D2[] = "5000CCA000000A02-id-2";
+const char D3[] = "5000CCA000000A03-id-3";
+const char D4[] = "5000CCA000000A04-id-4";
+const char D5[] = "5000CCA000000A05-id-5";
+const char UNKNOWN_DISK[] = "5000CCA0000000FF-id-99";
+// Its volumes, by WWN: user data of VOL0 on D0 (chunklets 5, 2, 9) and D1 (4; 7 in the first
+// run), VOL1 on D0 (0), VOL2 on D4 (65535), VOL3 on D1 (excluded) and D5; VOL4 has none.
+const char VOL0[] = "60002AC0000000000000000000000A00";
+const char VOL1[] = "60002AC0000000000000000000000A01";
+const char VOL2[] = "60002AC0000000000000000000000A02";
+const char VOL3[] = "60002AC0000000000000000000000A03";
+const char VOL4[] = "60002AC0000000000000000000000A04";
+
+inline std::string text(const String& value) {
+    return std::string(value.getCString());
+}
+
+// The optional parts of a request.
+struct Query {
+    const char* resultClass = nullptr;
+    const char* role = "";
+    const char* resultRole = "";
+    CIMPropertyList propertyList;
+    std::string user = "admin";
+};
+
+// One of the module's association providers, from initialize to terminate.
+class RunningProvider {
+public:
+    // servedClass: the class that enumerations name, as the server passes it.
+    RunningProvider(ProviderHarness& harness, const std::string& name,
+                    const char* servedClass = nullptr)
+        : _provider(PegasusCreateProvider(name.c_str())),
+          _classReference(String(), CIMNamespaceName("root/ksv"), className(servedClass)) {
+        CIMOMHandle cimom = harness.cimom();
+        _provider->initialize(cimom);
+        _associations = dynamic_cast<CIMAssociationProvider*>(_provider);
+        _instances = dynamic_cast<CIMInstanceProvider*>(_provider);
+    }
+    ~RunningProvider() { _provider->terminate(); }
+    RunningProvider(const RunningProvider&) = delete;
+    RunningProvider& operator=(const RunningProvider&) = delete;
+
+    RecordingObjectHandler associators(const CIMObjectPath& objectName, const Query& query = {}) {
+        RecordingObjectHandler handler;
+        _associations->associators(ProviderHarness::context(query.user), objectName, CIMName(),
+                                   className(query.resultClass), query.role, query.resultRole,
+                                   false, false, query.propertyList, handler);
+        return handler;
+    }
+    RecordingObjectPathHandler associatorNames(const CIMObjectPath& objectName,
+                                               const Query& query = {},
+                                               const char* associationClass = nullptr) {
+        RecordingObjectPathHandler handler;
+        _associations->associatorNames(ProviderHarness::context(query.user), objectName,
+                                       className(associationClass), className(query.resultClass),
+                                       query.role, query.resultRole, handler);
+        return handler;
+    }
+    RecordingObjectHandler references(const CIMObjectPath& objectName, const Query& query = {}) {
+        RecordingObjectHandler handler;
+        _associations->references(ProviderHarness::context(query.user), objectName,
+                                  className(query.resultClass), query.role, false, false,
+                                  query.propertyList, handler);
+        return handler;
+    }
+    RecordingObjectPathHandler referenceNames(const CIMObjectPath& objectName,
+                                              const Query& query = {}) {
+        RecordingObjectPathHandler handler;
+        _associations->referenceNames(ProviderHarness::context(query.user), objectName,
+                                      className(query.resultClass), query.role, handler);
+        return handler;
+    }
+    RecordingInstanceHandler getInstance(const CIMObjectPath& instanceName,
+                                         const Query& query = {}) {
+        RecordingInstanceHandler handler;
+        _instances->getInstance(ProviderHarness::context(query.user), instanceName, false, false,
+                                query.propertyList, handler);
+        return handler;
+    }
+    RecordingInstanceHandler enumerateInstances(const Query& query = {}) {
+        RecordingInstanceHandler handler;
+        enumerateInstances(handler, query);
+        return handler;
+    }
+    void enumerateInstances(InstanceResponseHandler& handler, const Query& query = {}) {
+        _instances->enumerateInstances(ProviderHarness::context(query.user), _classReference, false,
+                                       false, query.propertyList, handler);
+    }
+    RecordingObjectPathHandler enumerateInstanceNames(const Query& query = {}) {
+        RecordingObjectPathHandler handler;
+        _instances->enumerateInstanceNames(ProviderHarness::context(query.user), _classReference,
+                                           handler);
+        return handler;
+    }
+
+private:
+    static CIMName className(const char* name) { return name ? CIMName(name) : CIMName(); }
+
+    CIMProvider* _provider;
+    CIMAssociationProvider* _associations;
+    CIMInstanceProvider* _instances;
+    const CIMObjectPath _classReference;
+};
+
+// Records like its base, and fails the delivery with the given number as a client that went
+// away would.
+class FailingInstanceHandler : public RecordingInstanceHandler {
+public:
+    explicit FailingInstanceHandler(size_t failingDelivery) : _failingDelivery(failingDelivery) {}
+    void deliver(const CIMInstance& instance) override {
+        if (delivered.size() + 1 == _failingDelivery)
+            throw std::runtime_error("client went away");
+        RecordingInstanceHandler::deliver(instance);
+    }
+
+private:
+    const size_t _failingDelivery;
+};
+
+// Paths of the model's objects, spelled out key by key as clients send them.
+class ModelPaths {
+public:
+    explicit ModelPaths(const ProviderHarness& harness)
+        : _system(harness.systemName().c_str()), _host(harness.hostName().c_str()) {}
+
+    CIMObjectPath system() const {
+        return path("KSV_StorageSystem",
+                    {{"CreationClassName", "KSV_StorageSystem"}, {"Name", _system}});
+    }
+    CIMObjectPath disk(const String& deviceID) const { return device("KSV_DiskDrive", deviceID); }
+    CIMObjectPath extent(const String& deviceID) const {
+        return device("KSV_DiskStorageExtent", deviceID);
+    }
+    CIMObjectPath package(const String& deviceID) const {
+        return path("KSV_DiskDrivePackage",
+                    {{"CreationClassName", "KSV_DiskDrivePackage"}, {"Tag", deviceID}});
+    }
+    CIMObjectPath identity(const String& version) const {
+        return path("KSV_DiskSoftwareIdentity", {{"InstanceID", "QUANOR:" + version}});
+    }
+    CIMObjectPath magazine(const char* className, const String& tag) const {
+        return path(className, {{"CreationClassName", className}, {"Tag", tag}});
+    }
+    CIMObjectPath pool(const String& instanceID) const {
+        return path("KSV_StoragePool", {{"InstanceID", instanceID}});
+    }
+    CIMObjectPath volume(const String& wwn) const { return device("KSV_StorageVolume", wwn); }
+
+    // An association path as a client writes it: the two references by role, in this order.
+    CIMObjectPath association(const char* className, const char* role1, const CIMObjectPath& end1,
+                              const char* role2, const CIMObjectPath& end2) const {
+        Array<CIMKeyBinding> keys;
+        keys.append(CIMKeyBinding(role1, end1.toString(), CIMKeyBinding::REFERENCE));
+        keys.append(CIMKeyBinding(role2, end2.toString(), CIMKeyBinding::REFERENCE));
+        return CIMObjectPath(_host, CIMNamespaceName("root/ksv"), className, keys);
+    }
+
+    static CIMObjectPath path(const char* className,
+                              std::initializer_list<std::pair<const char*, String>> keys) {
+        Array<CIMKeyBinding> bindings;
+        for (const auto& key : keys)
+            bindings.append(CIMKeyBinding(key.first, key.second, CIMKeyBinding::STRING));
+        return CIMObjectPath(String(), CIMNamespaceName("root/ksv"), className, bindings);
+    }
+
+private:
+    CIMObjectPath device(const char* className, const String& deviceID) const {
+        return path(className, {{"SystemCreationClassName", "KSV_StorageSystem"},
+                                {"SystemName", _system},
+                                {"CreationClassName", className},
+                                {"DeviceID", deviceID}});
+    }
+
+    String _system;
+    String _host;
+};
+
+// The reference an association path holds under the role.
+inline CIMObjectPath endOf(const CIMObjectPath& association, const char* role) {
+    return CIMObjectPath(KSV_Common::getStringProperty(association, role));
+}
+
+inline std::vector<std::string> keyNames(const CIMObjectPath& path) {
+    std::vector<std::string> names;
+    for (Uint32 i = 0; i < path.getKeyBindings().size(); i++)
+        names.push_back(text(path.getKeyBindings()[i].getName().getString()));
+    return names;
+}
+
+inline std::vector<CIMObjectPath> pathsOf(const std::vector<CIMObject>& objects) {
+    std::vector<CIMObjectPath> paths;
+    for (const CIMObject& object : objects)
+        paths.push_back(object.getPath());
+    return paths;
+}
+
+inline std::vector<CIMObjectPath> pathsOf(const std::vector<CIMInstance>& instances) {
+    std::vector<CIMObjectPath> paths;
+    for (const CIMInstance& instance : instances)
+        paths.push_back(instance.getPath());
+    return paths;
+}
+
+inline bool contains(const std::vector<CIMObjectPath>& paths, const CIMObjectPath& wanted) {
+    return std::any_of(paths.begin(), paths.end(), [&](const CIMObjectPath& path) {
+        return KSV_Common::matchObjectPath(path, wanted);
+    });
+}
+
+// Whether the paths name exactly the wanted objects, in that order.
+inline bool sameObjects(const std::vector<CIMObjectPath>& paths,
+                        const std::vector<CIMObjectPath>& wanted) {
+    return paths.size() == wanted.size() &&
+           std::equal(paths.begin(), paths.end(), wanted.begin(), KSV_Common::matchObjectPath);
+}
+
+// How often the library saw the call since the log was last cleared.
+inline size_t callCount(const ProviderHarness& harness, const std::string& function) {
+    const std::vector<std::string> calls = harness.arrayCalls();
+    return static_cast<size_t>(std::count(calls.begin(), calls.end(), function));
+}
+
+// The CIM error of a request, or CIM_ERR_SUCCESS with an empty message when it did not fail.
+template <typename Request>
+std::pair<CIMStatusCode, std::string> failureOf(Request&& request) {
+    try {
+        request();
+    } catch (const CIMException& e) {
+        return {e.getCode(), text(e.getMessage())};
+    }
+    return {CIM_ERR_SUCCESS, std::string()};
+}
+
+} // namespace ksv::test
+
+#endif

@@ -1,0 +1,126 @@
+// The storage system and its devices: KSV_SystemDisk (disk drives) and KSV_SystemExtent (disk
+// storage extents), which share one behaviour apart from their classes and result-class rules.
+#include "AssociationTestSupport.h"
+
+#include <ksvapi_sim.h>
+
+namespace ksv::test {
+namespace {
+
+struct SystemDevice {
+    const char* provider;
+    const char* association;
+    CIMObjectPath (ModelPaths::*part)(const String&) const;
+    const char* partClass;
+};
+
+const SystemDevice DEVICES[] = {
+    {"KSV_SystemDiskProvider", "KSV_SystemDisk", &ModelPaths::disk, "KSV_DiskDrive"},
+    {"KSV_SystemExtentProvider", "KSV_SystemExtent", &ModelPaths::extent, "KSV_DiskStorageExtent"}};
+
+const char* const PRESENT_DISKS[] = {D0, D1, D2, D4, D5};
+
+class SystemDeviceTest : public ::testing::TestWithParam<SystemDevice> {
+protected:
+    CIMObjectPath part(const String& deviceID) const { return (paths.*GetParam().part)(deviceID); }
+    std::vector<CIMObjectPath> presentParts() const {
+        std::vector<CIMObjectPath> parts;
+        for (const char* deviceID : PRESENT_DISKS)
+            parts.push_back(part(deviceID));
+        return parts;
+    }
+    CIMObjectPath association(const String& deviceID) const {
+        return paths.association(GetParam().association, "GroupComponent", paths.system(),
+                                 "PartComponent", part(deviceID));
+    }
+
+    ProviderHarness harness{TEST_MODEL};
+    ModelPaths paths{harness};
+    RunningProvider provider{harness, GetParam().provider};
+};
+
+TEST_P(SystemDeviceTest, TheSystemHasEveryPresentDiskAndEachDiskTheSystem) {
+    EXPECT_TRUE(sameObjects(provider.associatorNames(paths.system()).delivered, presentParts()));
+    const std::vector<CIMObject> parts = provider.associators(paths.system()).delivered;
+    EXPECT_TRUE(sameObjects(pathsOf(parts), presentParts()));
+    EXPECT_EQ(text(parts.front().getClassName().getString()), GetParam().partClass);
+    // Any path of the system class stands for the system; a disk is not looked up.
+    const CIMObjectPath otherSystem =
+        ModelPaths::path("KSV_StorageSystem",
+                         {{"CreationClassName", "KSV_StorageSystem"}, {"Name", "another-array"}});
+    EXPECT_TRUE(sameObjects(provider.associatorNames(otherSystem).delivered, presentParts()));
+    EXPECT_TRUE(
+        sameObjects(provider.associatorNames(part(UNKNOWN_DISK)).delivered, {paths.system()}));
+    EXPECT_TRUE(sameObjects(pathsOf(provider.associators(part(D0)).delivered), {paths.system()}));
+    const RecordingObjectPathHandler unrelated =
+        provider.associatorNames(ModelPaths::path("CIM_Chassis", {{"Tag", D0}}));
+    EXPECT_EQ(unrelated.events(), (std::vector<std::string>{"processing", "complete"}));
+}
+
+TEST_P(SystemDeviceTest, ReferencesNameTheSystemFirstAndTheDiskAsGiven) {
+    const std::vector<CIMObjectPath> names = provider.referenceNames(part(UNKNOWN_DISK)).delivered;
+    ASSERT_EQ(names.size(), 1u);
+    EXPECT_EQ(keyNames(names[0]), (std::vector<std::string>{"GroupComponent", "PartComponent"}));
+    EXPECT_TRUE(KSV_Common::matchObjectPath(endOf(names[0], "GroupComponent"), paths.system()));
+    EXPECT_TRUE(KSV_Common::matchObjectPath(endOf(names[0], "PartComponent"), part(UNKNOWN_DISK)));
+    EXPECT_EQ(text(names[0].getHost()), harness.hostName());
+    EXPECT_EQ(text(names[0].getClassName().getString()), GetParam().association);
+
+    const std::vector<CIMObject> fromSystem = provider.references(paths.system()).delivered;
+    ASSERT_EQ(fromSystem.size(), 5u);
+    for (size_t i = 0; i < fromSystem.size(); i++) {
+        EXPECT_TRUE(
+            KSV_Common::matchObjectPath(fromSystem[i].getPath(), association(PRESENT_DISKS[i])));
+    }
+}
+
+TEST_P(SystemDeviceTest, EnumerationAndGetInstanceCoverPresentDisksOnly) {
+    std::vector<CIMObjectPath> expected;
+    for (const char* deviceID : PRESENT_DISKS)
+        expected.push_back(association(deviceID));
+    EXPECT_TRUE(sameObjects(provider.enumerateInstanceNames().delivered, expected));
+    EXPECT_TRUE(sameObjects(pathsOf(provider.enumerateInstances().delivered), expected));
+
+    harness.clearArrayCalls();
+    const std::vector<CIMInstance> found = provider.getInstance(association(D1)).delivered;
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_TRUE(KSV_Common::matchObjectPath(found[0].getPath(), association(D1)));
+    // Only the requested disk is read.
+    for (const ksvsim::CallRecord& call : ksvsim::calls()) {
+        if (call.function == "api_getSystemDisks") {
+            EXPECT_EQ(call.argument, "5000CCA000000A01");
+        }
+    }
+
+    const std::string notFound = std::string(GetParam().provider) + " CIM Object not found.";
+    const CIMObjectPath otherSystem = paths.association(
+        GetParam().association, "GroupComponent",
+        ModelPaths::path("KSV_StorageSystem",
+                         {{"CreationClassName", "KSV_StorageSystem"}, {"Name", "another-array"}}),
+        "PartComponent", part(D1));
+    for (const CIMObjectPath& missing : {association(D3), association(UNKNOWN_DISK), otherSystem}) {
+        EXPECT_EQ(failureOf([&] { provider.getInstance(missing); }),
+                  std::make_pair(CIM_ERR_NOT_FOUND, notFound));
+    }
+}
+
+TEST_P(SystemDeviceTest, ArrayThatCannotBeReadGivesEmptyAnswers) {
+    ksvsim::forceResult("api_getSystemDisks", API_E_NO_MEMORY);
+    const RecordingObjectPathHandler names = provider.enumerateInstanceNames();
+    EXPECT_EQ(names.events(), (std::vector<std::string>{"processing", "complete"}));
+    EXPECT_TRUE(provider.associatorNames(paths.system()).delivered.empty());
+    EXPECT_EQ(failureOf([&] { provider.getInstance(association(D0)); }).first, CIM_ERR_NOT_FOUND);
+    ksvsim::clearForcedResults();
+
+    harness.clearArrayCalls();
+    ksvsim::forceResult("cim_sem_wait", API_E_SEM_TIMEOUT, 1);
+    EXPECT_TRUE(provider.enumerateInstances().delivered.empty());
+    EXPECT_EQ(callCount(harness, "cim_sem_post"), 0u);
+    EXPECT_EQ(callCount(harness, "api_getSystemDisks"), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(BothDevices, SystemDeviceTest, ::testing::ValuesIn(DEVICES),
+                         [](const auto& info) { return std::string(info.param.association); });
+
+} // namespace
+} // namespace ksv::test

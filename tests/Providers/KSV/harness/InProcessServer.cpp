@@ -1,0 +1,479 @@
+#include "InProcessServer.h"
+
+#include <Pegasus/Common/CIMProperty.h>
+
+#include <ksvapi.h>
+
+#include <arpa/inet.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+#include <stdexcept>
+
+namespace ksv::test {
+
+using namespace Pegasus;
+
+namespace {
+
+std::string text(const String& value) {
+    return std::string(value.getCString());
+}
+
+std::string folded(const String& name) {
+    std::string result = text(name);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return result;
+}
+
+CIMObjectPath bare(const CIMObjectPath& path) {
+    return CIMObjectPath(String(), CIMNamespaceName(), path.getClassName(), path.getKeyBindings());
+}
+
+CIMObjectPath inNamespace(const CIMObjectPath& path, const CIMNamespaceName& nameSpace) {
+    CIMObjectPath result = bare(path);
+    result.setNameSpace(nameSpace);
+    return result;
+}
+
+[[noreturn]] void notSupported() {
+    throw CIMException(CIM_ERR_NOT_SUPPORTED);
+}
+
+// The internal cache's methods, the output each answers through and the datum from the array.
+struct CacheMethod {
+    const char* method;
+    const char* output;
+    CIMValue (*datum)(const api_SystemInfo_t& info);
+};
+
+CIMValue systemAddress(const api_SystemInfo_t&) {
+    api_DualIP_t addresses;
+    std::memset(&addresses, 0, sizeof(addresses));
+    api_getSystemDualIP(&addresses);
+    char address[INET_ADDRSTRLEN] = "";
+    inet_ntop(AF_INET, &addresses.ipv4, address, sizeof(address));
+    return CIMValue(String(address));
+}
+
+const CacheMethod CACHE_METHODS[] = {
+    {"GetSystemName", "SystemName",
+     [](const api_SystemInfo_t& info) { return CIMValue(String(info.name)); }},
+    {"GetSystemID", "SystemID", [](const api_SystemInfo_t& info) { return CIMValue(info.id); }},
+    {"IsQuadPortSystem", "IsQuadPort",
+     [](const api_SystemInfo_t& info) { return CIMValue(Uint8(info.isQuadPort)); }},
+    {"GetSystemType", "SystemType",
+     [](const api_SystemInfo_t& info) { return CIMValue(Sint32(info.type)); }},
+    {"GetSystemHostName", "SystemHostName",
+     [](const api_SystemInfo_t& info) { return CIMValue(String(info.hostName)); }},
+    {"GetSystemAddress", "SystemAddress", systemAddress},
+};
+
+const CacheMethod& cacheMethod(const CIMName& methodName) {
+    for (const CacheMethod& method : CACHE_METHODS) {
+        if (methodName.equal(CIMName(method.method)))
+            return method;
+    }
+    throw CIMException(CIM_ERR_METHOD_NOT_FOUND, methodName.getString());
+}
+
+bool isInternalCache(const CIMNamespaceName& nameSpace, const CIMObjectPath& path) {
+    return nameSpace.equal(CIMNamespaceName("root/PG_Internal")) &&
+           path.getClassName().equal(CIMName("KSV_InternalCache"));
+}
+
+// Serves one connection of CIMClient::connectLocal() from the server.
+class LocalConnection : public CIMClientBackend {
+public:
+    explicit LocalConnection(std::shared_ptr<InProcessServer> server)
+        : _server(std::move(server)) {}
+
+    void setTimeout(Uint32) override {}
+    void disconnect() override {}
+
+    CIMClass getClass(const CIMNamespaceName& nameSpace, const CIMName& className,
+                      Boolean localOnly, Boolean includeQualifiers, Boolean includeClassOrigin,
+                      const CIMPropertyList& propertyList) override {
+        return _server->serveGetClass(Route::LocalClient, nameSpace, className, localOnly,
+                                      includeQualifiers, includeClassOrigin, propertyList);
+    }
+    CIMInstance getInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
+                            Boolean, Boolean includeQualifiers, Boolean includeClassOrigin,
+                            const CIMPropertyList& propertyList) override {
+        return _server->serveGetInstance(Route::LocalClient, nameSpace, instanceName,
+                                         includeQualifiers, includeClassOrigin, propertyList);
+    }
+    Array<CIMInstance> enumerateInstances(const CIMNamespaceName& nameSpace,
+                                          const CIMName& className, Boolean, Boolean,
+                                          Boolean includeQualifiers, Boolean includeClassOrigin,
+                                          const CIMPropertyList& propertyList) override {
+        return _server->serveEnumerateInstances(Route::LocalClient, nameSpace, className,
+                                                includeQualifiers, includeClassOrigin,
+                                                propertyList);
+    }
+    Array<CIMObjectPath> enumerateInstanceNames(const CIMNamespaceName& nameSpace,
+                                                const CIMName& className) override {
+        return _server->serveEnumerateInstanceNames(Route::LocalClient, nameSpace, className);
+    }
+    CIMValue getProperty(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
+                         const CIMName& propertyName) override {
+        return _server->serveGetProperty(Route::LocalClient, nameSpace, instanceName, propertyName);
+    }
+    CIMValue invokeMethod(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
+                          const CIMName& methodName, const Array<CIMParamValue>&,
+                          Array<CIMParamValue>& outParameters) override {
+        return _server->serveInvokeMethod(Route::LocalClient, nameSpace, instanceName, methodName,
+                                          outParameters);
+    }
+
+    Array<CIMName> enumerateClassNames(const CIMNamespaceName&, const CIMName&, Boolean) override {
+        notSupported();
+    }
+    Array<CIMClass> enumerateClasses(const CIMNamespaceName&, const CIMName&, Boolean, Boolean,
+                                     Boolean, Boolean) override {
+        notSupported();
+    }
+    void modifyInstance(const CIMNamespaceName&, const CIMInstance&, Boolean,
+                        const CIMPropertyList&) override {
+        notSupported();
+    }
+    CIMObjectPath createInstance(const CIMNamespaceName&, const CIMInstance&) override {
+        notSupported();
+    }
+    void deleteInstance(const CIMNamespaceName&, const CIMObjectPath&) override { notSupported(); }
+    void setProperty(const CIMNamespaceName&, const CIMObjectPath&, const CIMName&,
+                     const CIMValue&) override {
+        notSupported();
+    }
+    Array<CIMObject> associators(const CIMNamespaceName&, const CIMObjectPath&, const CIMName&,
+                                 const CIMName&, const String&, const String&, Boolean, Boolean,
+                                 const CIMPropertyList&) override {
+        notSupported();
+    }
+    Array<CIMObjectPath> associatorNames(const CIMNamespaceName&, const CIMObjectPath&,
+                                         const CIMName&, const CIMName&, const String&,
+                                         const String&) override {
+        notSupported();
+    }
+    Array<CIMObject> references(const CIMNamespaceName&, const CIMObjectPath&, const CIMName&,
+                                const String&, Boolean, Boolean, const CIMPropertyList&) override {
+        notSupported();
+    }
+    Array<CIMObjectPath> referenceNames(const CIMNamespaceName&, const CIMObjectPath&,
+                                        const CIMName&, const String&) override {
+        notSupported();
+    }
+
+private:
+    std::shared_ptr<InProcessServer> _server;
+};
+
+} // namespace
+
+InProcessServer::InProcessServer(ksv::mof::ClassRepository classes)
+    : _classes(std::move(classes)) {}
+
+void InProcessServer::putInstance(const CIMNamespaceName& nameSpace, const CIMInstance& instance) {
+    CIMInstance stored = instance.clone();
+    stored.setPath(bare(instance.getPath()));
+    std::unique_lock<std::shared_mutex> writing(_storeLock);
+    std::vector<CIMInstance>& instances = _store[folded(nameSpace.getString())];
+    for (CIMInstance& existing : instances) {
+        if (existing.getPath().identical(stored.getPath())) {
+            existing = stored;
+            return;
+        }
+    }
+    instances.push_back(stored);
+}
+
+bool InProcessServer::removeInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& path) {
+    std::unique_lock<std::shared_mutex> writing(_storeLock);
+    std::vector<CIMInstance>& instances = _store[folded(nameSpace.getString())];
+    const CIMObjectPath wanted = bare(path);
+    const auto removed =
+        std::remove_if(instances.begin(), instances.end(), [&wanted](const CIMInstance& instance) {
+            return instance.getPath().identical(wanted);
+        });
+    const bool found = removed != instances.end();
+    instances.erase(removed, instances.end());
+    return found;
+}
+
+Array<CIMInstance> InProcessServer::instancesOf(const CIMNamespaceName& nameSpace,
+                                                const CIMName& className) const {
+    Array<CIMInstance> result;
+    std::shared_lock<std::shared_mutex> reading(_storeLock);
+    const auto instances = _store.find(folded(nameSpace.getString()));
+    if (instances == _store.end())
+        return result;
+    for (const CIMInstance& instance : instances->second) {
+        if (!_classes.isSubclassOf(nameSpace, instance.getClassName(), className))
+            continue;
+        CIMInstance copy = instance.clone();
+        copy.setPath(inNamespace(instance.getPath(), nameSpace));
+        result.append(copy);
+    }
+    return result;
+}
+
+void InProcessServer::setCacheAnswer(const std::string& method, Route route, CacheAnswer answer) {
+    std::lock_guard<std::mutex> guard(_behaviourLock);
+    _cacheAnswers[{folded(method.c_str()), route}] = std::move(answer);
+}
+
+void InProcessServer::failOperation(Route route, const std::string& operation, Failure failure) {
+    std::lock_guard<std::mutex> guard(_behaviourLock);
+    _failures[{operation, route}] = std::move(failure);
+}
+
+void InProcessServer::clearBehaviour() {
+    std::lock_guard<std::mutex> guard(_behaviourLock);
+    _cacheAnswers.clear();
+    _failures.clear();
+}
+
+std::vector<ServerCall> InProcessServer::calls() const {
+    std::lock_guard<std::mutex> guard(_behaviourLock);
+    return _calls;
+}
+
+std::vector<ServerCall> InProcessServer::calls(const std::string& operation) const {
+    std::vector<ServerCall> matching;
+    for (const ServerCall& call : calls()) {
+        if (call.operation == operation)
+            matching.push_back(call);
+    }
+    return matching;
+}
+
+void InProcessServer::clearCalls() {
+    std::lock_guard<std::mutex> guard(_behaviourLock);
+    _calls.clear();
+}
+
+CIMClientConnector::LocalFactory InProcessServer::localConnector() {
+    std::weak_ptr<InProcessServer> server = weak_from_this();
+    return [server]() -> std::unique_ptr<CIMClientBackend> {
+        std::shared_ptr<InProcessServer> alive = server.lock();
+        if (!alive)
+            return nullptr;
+        return std::make_unique<LocalConnection>(alive);
+    };
+}
+
+void InProcessServer::enter(Route route, const std::string& operation,
+                            const CIMNamespaceName& nameSpace, const std::string& target) {
+    Failure failure;
+    bool fails = false;
+    {
+        std::lock_guard<std::mutex> guard(_behaviourLock);
+        _calls.push_back({route, operation, text(nameSpace.getString()), target});
+        const auto found = _failures.find({operation, route});
+        if (found != _failures.end()) {
+            failure = found->second;
+            fails = true;
+        }
+    }
+    if (!fails)
+        return;
+    if (failure.kind == Failure::Kind::ForeignError)
+        throw std::runtime_error(failure.message);
+    throw CIMException(CIM_ERR_FAILED, failure.message.c_str());
+}
+
+CIMInstance InProcessServer::storedInstance(const CIMNamespaceName& nameSpace,
+                                            const CIMObjectPath& instanceName) const {
+    const CIMObjectPath wanted = bare(instanceName);
+    const Array<CIMInstance> candidates = instancesOf(nameSpace, instanceName.getClassName());
+    for (Uint32 i = 0; i < candidates.size(); i++) {
+        if (bare(candidates[i].getPath()).identical(wanted))
+            return candidates[i];
+    }
+    throw CIMException(CIM_ERR_NOT_FOUND, instanceName.toString());
+}
+
+CacheAnswer InProcessServer::cacheAnswer(const std::string& method, Route route) const {
+    std::lock_guard<std::mutex> guard(_behaviourLock);
+    const auto found = _cacheAnswers.find({folded(method.c_str()), route});
+    return found == _cacheAnswers.end() ? CacheAnswer() : found->second;
+}
+
+CIMClass InProcessServer::serveGetClass(Route route, const CIMNamespaceName& nameSpace,
+                                        const CIMName& className, bool localOnly,
+                                        bool includeQualifiers, bool includeClassOrigin,
+                                        const CIMPropertyList& propertyList) {
+    enter(route, "getClass", nameSpace, text(className.getString()));
+    return _classes.getClass(nameSpace, className, localOnly, includeQualifiers, includeClassOrigin,
+                             propertyList);
+}
+
+CIMInstance InProcessServer::serveGetInstance(Route route, const CIMNamespaceName& nameSpace,
+                                              const CIMObjectPath& instanceName,
+                                              bool includeQualifiers, bool includeClassOrigin,
+                                              const CIMPropertyList& propertyList) {
+    enter(route, "getInstance", nameSpace, text(instanceName.toString()));
+    CIMInstance instance = storedInstance(nameSpace, instanceName);
+    instance.instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
+    return instance;
+}
+
+Array<CIMInstance> InProcessServer::serveEnumerateInstances(
+    Route route, const CIMNamespaceName& nameSpace, const CIMName& className,
+    bool includeQualifiers, bool includeClassOrigin, const CIMPropertyList& propertyList) {
+    enter(route, "enumerateInstances", nameSpace, text(className.getString()));
+    Array<CIMInstance> instances = instancesOf(nameSpace, className);
+    for (Uint32 i = 0; i < instances.size(); i++)
+        instances[i].instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
+    return instances;
+}
+
+Array<CIMObjectPath> InProcessServer::serveEnumerateInstanceNames(Route route,
+                                                                  const CIMNamespaceName& nameSpace,
+                                                                  const CIMName& className) {
+    enter(route, "enumerateInstanceNames", nameSpace, text(className.getString()));
+    const Array<CIMInstance> instances = instancesOf(nameSpace, className);
+    Array<CIMObjectPath> names;
+    for (Uint32 i = 0; i < instances.size(); i++)
+        names.append(instances[i].getPath());
+    return names;
+}
+
+CIMValue InProcessServer::serveGetProperty(Route route, const CIMNamespaceName& nameSpace,
+                                           const CIMObjectPath& instanceName,
+                                           const CIMName& propertyName) {
+    enter(route, "getProperty", nameSpace, text(instanceName.toString()));
+    const CIMInstance instance = storedInstance(nameSpace, instanceName);
+    const Uint32 index = instance.findProperty(propertyName);
+    if (index == PEG_NOT_FOUND)
+        throw CIMException(CIM_ERR_NO_SUCH_PROPERTY, propertyName.getString());
+    return instance.getProperty(index).getValue();
+}
+
+CIMValue InProcessServer::serveInvokeMethod(Route route, const CIMNamespaceName& nameSpace,
+                                            const CIMObjectPath& instanceName,
+                                            const CIMName& methodName,
+                                            Array<CIMParamValue>& outParameters) {
+    enter(route, "invokeMethod", nameSpace, text(methodName.getString()));
+    if (!isInternalCache(nameSpace, instanceName))
+        throw CIMException(CIM_ERR_NOT_SUPPORTED, instanceName.toString());
+    const CacheMethod& method = cacheMethod(methodName);
+    const CacheAnswer answer = cacheAnswer(method.method, route);
+    api_SystemInfo_t info;
+    api_getSystemInfo(&info);
+    switch (answer.kind) {
+    case CacheAnswer::Kind::Normal:
+        outParameters.append(CIMParamValue(method.output, method.datum(info)));
+        break;
+    case CacheAnswer::Kind::RenamedOutput:
+        outParameters.append(CIMParamValue(answer.outputName.c_str(), method.datum(info)));
+        break;
+    case CacheAnswer::Kind::NullOutput: {
+        CIMValue nullValue;
+        nullValue.setNullValue(method.datum(info).getType(), false);
+        outParameters.append(CIMParamValue(method.output, nullValue));
+        break;
+    }
+    case CacheAnswer::Kind::NoOutput:
+        break;
+    case CacheAnswer::Kind::Throws:
+        throw CIMException(CIM_ERR_FAILED, "internal cache unavailable");
+    }
+    return CIMValue(Uint32(0));
+}
+
+CIMClass InProcessServer::getClass(const OperationContext&, const CIMNamespaceName& nameSpace,
+                                   const CIMName& className, Boolean localOnly,
+                                   Boolean includeQualifiers, Boolean includeClassOrigin,
+                                   const CIMPropertyList& propertyList) {
+    return serveGetClass(Route::ServerHandle, nameSpace, className, localOnly, includeQualifiers,
+                         includeClassOrigin, propertyList);
+}
+
+CIMInstance InProcessServer::getInstance(const OperationContext&, const CIMNamespaceName& nameSpace,
+                                         const CIMObjectPath& instanceName, Boolean,
+                                         Boolean includeQualifiers, Boolean includeClassOrigin,
+                                         const CIMPropertyList& propertyList) {
+    return serveGetInstance(Route::ServerHandle, nameSpace, instanceName, includeQualifiers,
+                            includeClassOrigin, propertyList);
+}
+
+Array<CIMInstance> InProcessServer::enumerateInstances(const OperationContext&,
+                                                       const CIMNamespaceName& nameSpace,
+                                                       const CIMName& className, Boolean, Boolean,
+                                                       Boolean includeQualifiers,
+                                                       Boolean includeClassOrigin,
+                                                       const CIMPropertyList& propertyList) {
+    return serveEnumerateInstances(Route::ServerHandle, nameSpace, className, includeQualifiers,
+                                   includeClassOrigin, propertyList);
+}
+
+Array<CIMObjectPath> InProcessServer::enumerateInstanceNames(const OperationContext&,
+                                                             const CIMNamespaceName& nameSpace,
+                                                             const CIMName& className) {
+    return serveEnumerateInstanceNames(Route::ServerHandle, nameSpace, className);
+}
+
+CIMValue InProcessServer::getProperty(const OperationContext&, const CIMNamespaceName& nameSpace,
+                                      const CIMObjectPath& instanceName,
+                                      const CIMName& propertyName) {
+    return serveGetProperty(Route::ServerHandle, nameSpace, instanceName, propertyName);
+}
+
+CIMValue InProcessServer::invokeMethod(const OperationContext&, const CIMNamespaceName& nameSpace,
+                                       const CIMObjectPath& instanceName, const CIMName& methodName,
+                                       const Array<CIMParamValue>&,
+                                       Array<CIMParamValue>& outParameters) {
+    return serveInvokeMethod(Route::ServerHandle, nameSpace, instanceName, methodName,
+                             outParameters);
+}
+
+void InProcessServer::setProperty(const OperationContext&, const CIMNamespaceName&,
+                                  const CIMObjectPath&, const CIMName&, const CIMValue&) {
+    notSupported();
+}
+
+void InProcessServer::modifyInstance(const OperationContext&, const CIMNamespaceName&,
+                                     const CIMInstance&, Boolean, const CIMPropertyList&) {
+    notSupported();
+}
+
+CIMObjectPath InProcessServer::createInstance(const OperationContext&, const CIMNamespaceName&,
+                                              const CIMInstance&) {
+    notSupported();
+}
+
+void InProcessServer::deleteInstance(const OperationContext&, const CIMNamespaceName&,
+                                     const CIMObjectPath&) {
+    notSupported();
+}
+
+Array<CIMObject> InProcessServer::associators(const OperationContext&, const CIMNamespaceName&,
+                                              const CIMObjectPath&, const CIMName&, const CIMName&,
+                                              const String&, const String&, Boolean, Boolean,
+                                              const CIMPropertyList&) {
+    notSupported();
+}
+
+Array<CIMObjectPath> InProcessServer::associatorNames(const OperationContext&,
+                                                      const CIMNamespaceName&, const CIMObjectPath&,
+                                                      const CIMName&, const CIMName&, const String&,
+                                                      const String&) {
+    notSupported();
+}
+
+Array<CIMObject> InProcessServer::references(const OperationContext&, const CIMNamespaceName&,
+                                             const CIMObjectPath&, const CIMName&, const String&,
+                                             Boolean, Boolean, const CIMPropertyList&) {
+    notSupported();
+}
+
+Array<CIMObjectPath> InProcessServer::referenceNames(const OperationContext&,
+                                                     const CIMNamespaceName&, const CIMObjectPath&,
+                                                     const CIMName&, const String&) {
+    notSupported();
+}
+
+} // namespace ksv::test

@@ -1,0 +1,203 @@
+// An in-process stand-in for the CIM server that hosts the array's providers: it serves
+// classes from the shipped MOF, instances that other modules would serve from an editable
+// store, and the internal cache's identity methods from the simulated array. Providers reach
+// it through their CIMOMHandle (the server route) and through CIMClient::connectLocal() (the
+// local-client route).
+#ifndef KSV_TESTS_INPROCESSSERVER_H
+#define KSV_TESTS_INPROCESSSERVER_H
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMParamValue.h>
+#include <Pegasus/Client/CIMClientBackend.h>
+#include <Pegasus/Provider/CIMOMHandleBackend.h>
+
+#include "mof_compiler/ClassRepository.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <shared_mutex>
+#include <string>
+#include <vector>
+
+namespace ksv::test {
+
+// How a request reached the server.
+enum class Route { LocalClient, ServerHandle };
+
+// How the internal cache answers one of its methods.
+struct CacheAnswer {
+    enum class Kind {
+        Normal,        // the datum, under its own output name
+        RenamedOutput, // the datum under outputName
+        NullOutput,    // the output parameter with a null value
+        NoOutput,      // no output parameter at all
+        Throws         // CIMException(CIM_ERR_FAILED, "internal cache unavailable")
+    };
+    Kind kind = Kind::Normal;
+    std::string outputName;
+};
+
+// An operation that fails on purpose.
+struct Failure {
+    enum class Kind {
+        CimError,    // CIMException(CIM_ERR_FAILED, message)
+        ForeignError // std::runtime_error(message), not a Pegasus exception
+    };
+    Kind kind = Kind::CimError;
+    std::string message;
+};
+
+// One request the server received: "getClass root/ksv:KSV_DiskDrive",
+// "invokeMethod root/PG_Internal:GetSystemName", ...
+struct ServerCall {
+    Route route;
+    std::string operation;
+    std::string nameSpace;
+    std::string target;
+};
+
+class InProcessServer : public Pegasus::CIMOMHandleBackend,
+                        public std::enable_shared_from_this<InProcessServer> {
+public:
+    explicit InProcessServer(ksv::mof::ClassRepository classes);
+
+    const ksv::mof::ClassRepository& classes() const { return _classes; }
+
+    // ---- Instance store (instances of classes that other modules serve) --------------------
+    // Adds or replaces the instance with the same keys; its path's host and namespace are
+    // dropped.
+    void putInstance(const Pegasus::CIMNamespaceName& nameSpace,
+                     const Pegasus::CIMInstance& instance);
+    bool removeInstance(const Pegasus::CIMNamespaceName& nameSpace,
+                        const Pegasus::CIMObjectPath& path);
+    // Instances of the class and its subclasses, paths with the namespace set.
+    Pegasus::Array<Pegasus::CIMInstance> instancesOf(const Pegasus::CIMNamespaceName& nameSpace,
+                                                     const Pegasus::CIMName& className) const;
+
+    // ---- Behaviour --------------------------------------------------------------------------
+    // The answer of an internal cache method ("GetSystemName", ...) on one route.
+    void setCacheAnswer(const std::string& method, Route route, CacheAnswer answer);
+    // Makes an operation ("invokeMethod", "enumerateInstanceNames", ...) fail on one route.
+    void failOperation(Route route, const std::string& operation, Failure failure);
+    void clearBehaviour();
+
+    std::vector<ServerCall> calls() const;
+    std::vector<ServerCall> calls(const std::string& operation) const;
+    void clearCalls();
+
+    // A factory for CIMClientConnector::setLocal: each connection serves the local route.
+    Pegasus::CIMClientConnector::LocalFactory localConnector();
+
+    // ---- What both routes serve -------------------------------------------------------------
+    Pegasus::CIMClass serveGetClass(Route route, const Pegasus::CIMNamespaceName& nameSpace,
+                                    const Pegasus::CIMName& className, bool localOnly,
+                                    bool includeQualifiers, bool includeClassOrigin,
+                                    const Pegasus::CIMPropertyList& propertyList);
+    Pegasus::CIMInstance serveGetInstance(Route route, const Pegasus::CIMNamespaceName& nameSpace,
+                                          const Pegasus::CIMObjectPath& instanceName,
+                                          bool includeQualifiers, bool includeClassOrigin,
+                                          const Pegasus::CIMPropertyList& propertyList);
+    Pegasus::Array<Pegasus::CIMInstance>
+    serveEnumerateInstances(Route route, const Pegasus::CIMNamespaceName& nameSpace,
+                            const Pegasus::CIMName& className, bool includeQualifiers,
+                            bool includeClassOrigin, const Pegasus::CIMPropertyList& propertyList);
+    Pegasus::Array<Pegasus::CIMObjectPath>
+    serveEnumerateInstanceNames(Route route, const Pegasus::CIMNamespaceName& nameSpace,
+                                const Pegasus::CIMName& className);
+    Pegasus::CIMValue serveGetProperty(Route route, const Pegasus::CIMNamespaceName& nameSpace,
+                                       const Pegasus::CIMObjectPath& instanceName,
+                                       const Pegasus::CIMName& propertyName);
+    Pegasus::CIMValue serveInvokeMethod(Route route, const Pegasus::CIMNamespaceName& nameSpace,
+                                        const Pegasus::CIMObjectPath& instanceName,
+                                        const Pegasus::CIMName& methodName,
+                                        Pegasus::Array<Pegasus::CIMParamValue>& outParameters);
+
+    // ---- CIMOMHandleBackend: the server route -----------------------------------------------
+    Pegasus::CIMClass getClass(const Pegasus::OperationContext&,
+                               const Pegasus::CIMNamespaceName& nameSpace,
+                               const Pegasus::CIMName& className, Pegasus::Boolean localOnly,
+                               Pegasus::Boolean includeQualifiers,
+                               Pegasus::Boolean includeClassOrigin,
+                               const Pegasus::CIMPropertyList& propertyList) override;
+    Pegasus::CIMInstance getInstance(const Pegasus::OperationContext&,
+                                     const Pegasus::CIMNamespaceName& nameSpace,
+                                     const Pegasus::CIMObjectPath& instanceName,
+                                     Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
+                                     Pegasus::Boolean includeClassOrigin,
+                                     const Pegasus::CIMPropertyList& propertyList) override;
+    Pegasus::Array<Pegasus::CIMInstance>
+    enumerateInstances(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName& nameSpace,
+                       const Pegasus::CIMName& className, Pegasus::Boolean deepInheritance,
+                       Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
+                       Pegasus::Boolean includeClassOrigin,
+                       const Pegasus::CIMPropertyList& propertyList) override;
+    Pegasus::Array<Pegasus::CIMObjectPath>
+    enumerateInstanceNames(const Pegasus::OperationContext&,
+                           const Pegasus::CIMNamespaceName& nameSpace,
+                           const Pegasus::CIMName& className) override;
+    Pegasus::CIMValue getProperty(const Pegasus::OperationContext&,
+                                  const Pegasus::CIMNamespaceName& nameSpace,
+                                  const Pegasus::CIMObjectPath& instanceName,
+                                  const Pegasus::CIMName& propertyName) override;
+    Pegasus::CIMValue invokeMethod(const Pegasus::OperationContext&,
+                                   const Pegasus::CIMNamespaceName& nameSpace,
+                                   const Pegasus::CIMObjectPath& instanceName,
+                                   const Pegasus::CIMName& methodName,
+                                   const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                   Pegasus::Array<Pegasus::CIMParamValue>& outParameters) override;
+
+    // Not served: CIM_ERR_NOT_SUPPORTED.
+    void setProperty(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
+                     const Pegasus::CIMObjectPath&, const Pegasus::CIMName&,
+                     const Pegasus::CIMValue&) override;
+    void modifyInstance(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
+                        const Pegasus::CIMInstance&, Pegasus::Boolean,
+                        const Pegasus::CIMPropertyList&) override;
+    Pegasus::CIMObjectPath createInstance(const Pegasus::OperationContext&,
+                                          const Pegasus::CIMNamespaceName&,
+                                          const Pegasus::CIMInstance&) override;
+    void deleteInstance(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
+                        const Pegasus::CIMObjectPath&) override;
+    Pegasus::Array<Pegasus::CIMObject>
+    associators(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
+                const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::CIMName&,
+                const Pegasus::String&, const Pegasus::String&, Pegasus::Boolean, Pegasus::Boolean,
+                const Pegasus::CIMPropertyList&) override;
+    Pegasus::Array<Pegasus::CIMObjectPath>
+    associatorNames(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
+                    const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::CIMName&,
+                    const Pegasus::String&, const Pegasus::String&) override;
+    Pegasus::Array<Pegasus::CIMObject>
+    references(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
+               const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::String&,
+               Pegasus::Boolean, Pegasus::Boolean, const Pegasus::CIMPropertyList&) override;
+    Pegasus::Array<Pegasus::CIMObjectPath> referenceNames(const Pegasus::OperationContext&,
+                                                          const Pegasus::CIMNamespaceName&,
+                                                          const Pegasus::CIMObjectPath&,
+                                                          const Pegasus::CIMName&,
+                                                          const Pegasus::String&) override;
+
+private:
+    void enter(Route route, const std::string& operation,
+               const Pegasus::CIMNamespaceName& nameSpace, const std::string& target);
+    Pegasus::CIMInstance storedInstance(const Pegasus::CIMNamespaceName& nameSpace,
+                                        const Pegasus::CIMObjectPath& instanceName) const;
+    CacheAnswer cacheAnswer(const std::string& method, Route route) const;
+
+    const ksv::mof::ClassRepository _classes;
+
+    mutable std::shared_mutex _storeLock;
+    std::map<std::string, std::vector<Pegasus::CIMInstance>> _store; // by folded namespace
+
+    mutable std::mutex _behaviourLock;
+    std::map<std::pair<std::string, Route>, CacheAnswer> _cacheAnswers;
+    std::map<std::pair<std::string, Route>, Failure> _failures;
+    std::vector<ServerCall> _calls;
+};
+
+} // namespace ksv::test
+
+#endif

@@ -1,0 +1,76 @@
+// Who may call, and who the providers are told is calling.
+#include <gtest/gtest.h>
+
+#include <Pegasus/Client/CIMXmlClientBackend.h>
+
+#include <unistd.h>
+
+#include "Probes.h"
+#include "RawHttp.h"
+#include "TestServer.h"
+#include "cimserver/Caller.h"
+
+using namespace Pegasus;
+using ksv::test::devicePath;
+using ksv::test::kTestNamespace;
+using ksv::test::pathOf;
+using ksv::test::stringProperty;
+
+namespace {
+
+class AuthenticationTest : public ::testing::Test {
+protected:
+    // The HTTP status a client with these credentials gets for a device enumeration.
+    unsigned statusFor(const std::string& user, const std::string& password) {
+        try {
+            server.client(user, password)->enumerateInstanceNames(kTestNamespace, "KSV_TestDevice");
+        } catch (const CIMClientHTTPErrorException& error) {
+            return error.getCode();
+        }
+        return 200;
+    }
+
+    ksv::test::TestServer server;
+};
+
+TEST_F(AuthenticationTest, MissingOrWrongCredentialsAreRefusedBeforeAnyProviderCall) {
+    unsigned before = ksvtest_operations();
+    EXPECT_EQ(statusFor("", ""), 401u);
+    EXPECT_EQ(statusFor("admin", "wrong"), 401u);
+    EXPECT_EQ(statusFor("nobody", "admin-pw"), 401u);
+    EXPECT_EQ(ksvtest_operations(), before);
+    EXPECT_EQ(statusFor("admin", "admin-pw"), 200u);
+}
+
+TEST_F(AuthenticationTest, RefusalAsksForBasicCredentials) {
+    auto connection = ksv::test::RawConnection::toPort(server.port());
+    connection.send("POST /cimom HTTP/1.1\r\nHost: localhost\r\nCIMOperation: MethodCall\r\n"
+                    "Content-Length: 0\r\n\r\n");
+    ksv::test::HttpResponse response = connection.receive();
+    EXPECT_EQ(response.status, 401u);
+    EXPECT_EQ(response.header("www-authenticate").rfind("Basic realm=", 0), 0u);
+}
+
+TEST_F(AuthenticationTest, ProvidersSeeTheAuthenticatedUser) {
+    CIMInstance asMonitor =
+        server.client("monitor", "monitor-pw")->getInstance(kTestNamespace, devicePath("dev-0"));
+    EXPECT_EQ(stringProperty(asMonitor, "RequestedBy"), "monitor");
+    CIMInstance asAdmin = server.client()->getInstance(kTestNamespace, devicePath("dev-0"));
+    EXPECT_EQ(stringProperty(asAdmin, "RequestedBy"), "admin");
+}
+
+TEST_F(AuthenticationTest, NestedCallsRunForTheUserOfTheRequest) {
+    CIMInstance nested = server.client("monitor", "monitor-pw")
+                             ->getInstance(kTestNamespace, pathOf("KSV_TestNested", "nested"));
+    EXPECT_EQ(stringProperty(nested, "NestedUser"), "monitor");
+}
+
+TEST_F(AuthenticationTest, LocalSocketClientsAreTheirOwnUserWithoutPassword) {
+    std::unique_ptr<CIMClientBackend> local =
+        CIMXmlClientConnector::connectUnixSocket(server.socketPath().c_str());
+    CIMInstance device = local->getInstance(kTestNamespace, devicePath("dev-0"), true, false, false,
+                                            CIMPropertyList());
+    EXPECT_EQ(stringProperty(device, "RequestedBy"), ksv::server::userNameOf(geteuid()));
+}
+
+} // namespace

@@ -1,0 +1,98 @@
+// Long answers go out in chunks while the provider is still delivering, and a provider never
+// gets further ahead of a slow client than the stream's bound.
+#include <gtest/gtest.h>
+
+#include <cimxml/Request.h>
+
+#include "Probes.h"
+#include "RawHttp.h"
+#include "TestServer.h"
+
+#include <thread>
+
+using namespace Pegasus;
+using ksv::test::HttpResponse;
+using ksv::test::kTestNamespace;
+using ksv::test::RawConnection;
+
+namespace {
+
+std::size_t occurrences(const std::string& text, const std::string& what) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1))
+        ++count;
+    return count;
+}
+
+std::string enumerateBody(const char* className) {
+    auto request = ksv::cimxml::OperationRequest::make(ksv::cimxml::Operation::EnumerateInstances,
+                                                       kTestNamespace);
+    request.className = className;
+    return ksv::cimxml::encodeRequest(request);
+}
+
+class StreamingTest : public ::testing::Test {
+protected:
+    void populate(Uint32 count, Uint32 nameLength) {
+        Array<CIMParamValue> in;
+        in.append(CIMParamValue("Count", CIMValue(count)));
+        in.append(CIMParamValue("NameLength", CIMValue(nameLength)));
+        Array<CIMParamValue> out;
+        client->invokeMethod(kTestNamespace, ksv::test::devicePath("dev-0"), "Populate", in, out);
+    }
+
+    HttpResponse enumerate(const char* className) {
+        RawConnection connection = RawConnection::toPort(server.port());
+        connection.send(ksv::test::cimPost(enumerateBody(className), "EnumerateInstances"));
+        return connection.receive(std::chrono::seconds(60));
+    }
+
+    ksv::test::TestServer server;
+    std::unique_ptr<CIMClient> client = server.client();
+};
+
+TEST_F(StreamingTest, ShortAnswersCarryTheirLengthAndLongOnesAreChunked) {
+    HttpResponse shortAnswer = enumerate("KSV_TestDevice");
+    EXPECT_FALSE(shortAnswer.chunked);
+    EXPECT_EQ(occurrences(shortAnswer.body, "<VALUE.NAMEDINSTANCE>"), 3u);
+
+    populate(5000, 0);
+    HttpResponse longAnswer = enumerate("KSV_TestDevice");
+    EXPECT_TRUE(longAnswer.chunked);
+    EXPECT_EQ(occurrences(longAnswer.body, "<VALUE.NAMEDINSTANCE>"), 5000u);
+    EXPECT_EQ(client->enumerateInstances(kTestNamespace, "KSV_TestDevice").size(), 5000u);
+}
+
+TEST_F(StreamingTest, ASlowClientHoldsTheProviderBack) {
+    const Uint32 total = 20000;
+    populate(total, 200);
+    unsigned before = ksvtest_delivered();
+    RawConnection slow = RawConnection::toPort(server.port(), 4096);
+    slow.send(ksv::test::cimPost(enumerateBody("KSV_TestDevice"), "EnumerateInstances"));
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_LT(ksvtest_delivered() - before, total);
+
+    HttpResponse response = slow.receive(std::chrono::seconds(120));
+    EXPECT_EQ(occurrences(response.body, "<VALUE.NAMEDINSTANCE>"), total);
+    EXPECT_EQ(ksvtest_delivered() - before, total);
+}
+
+TEST_F(StreamingTest, AFailureAfterTheHeadWentOutIsReportedInTrailers) {
+    HttpResponse response = enumerate("KSV_TestFaulty");
+    ASSERT_TRUE(response.chunked);
+    EXPECT_EQ(response.trailers["cimstatuscode"], "1");
+    EXPECT_NE(response.trailers["cimstatuscodedescription"].find("broke"), std::string::npos);
+    EXPECT_THROW(client->enumerateInstances(kTestNamespace, "KSV_TestFaulty"), Exception);
+}
+
+TEST_F(StreamingTest, AFailureBeforeAnythingWasSentIsAPlainCimError) {
+    try {
+        client->enumerateInstanceNames(kTestNamespace, "KSV_TestFaulty");
+        FAIL() << "the provider's failure was not reported";
+    } catch (const CIMException& error) {
+        EXPECT_EQ(error.getCode(), CIM_ERR_FAILED);
+        EXPECT_NE(error.getMessage().find("names broke early"), PEG_NOT_FOUND);
+    }
+}
+
+} // namespace

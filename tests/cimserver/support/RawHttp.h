@@ -1,0 +1,56 @@
+// A bare HTTP/1.1 client for the tests that send what no proper client would: broken bodies,
+// truncated requests, stalls, floods of connections.
+#ifndef KSV_TESTS_CIMSERVER_RAWHTTP_H
+#define KSV_TESTS_CIMSERVER_RAWHTTP_H
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace ksv::test {
+
+struct HttpResponse {
+    unsigned status = 0;
+    // Names in lower case.
+    std::map<std::string, std::string> headers;
+    std::map<std::string, std::string> trailers;
+    std::string body;
+    bool chunked = false;
+
+    std::string header(const std::string& lowerCaseName) const;
+};
+
+class RawConnection {
+public:
+    // A small receive buffer keeps the kernel from soaking up what the server sends.
+    static RawConnection toPort(std::uint16_t port, int receiveBufferBytes = 0);
+    static RawConnection toSocket(const std::string& path);
+    RawConnection(RawConnection&& other) noexcept;
+    ~RawConnection();
+
+    void send(std::string_view bytes);
+    void closeSending();
+    // Throws std::runtime_error when the server closes or nothing complete arrives in time.
+    HttpResponse receive(std::chrono::milliseconds timeout = std::chrono::seconds(10));
+    // True when the server closes the connection within the time.
+    bool closedByServer(std::chrono::milliseconds timeout);
+
+private:
+    explicit RawConnection(int fd) : _fd(fd) {}
+    void fill(std::chrono::steady_clock::time_point deadline);
+    std::string line(std::chrono::steady_clock::time_point deadline);
+    std::string bytes(std::size_t count, std::chrono::steady_clock::time_point deadline);
+
+    int _fd;
+    std::string _pending;
+};
+
+// A POST of a CIM-XML body with the headers DSP0200 asks for; `extraHeaders` are complete lines.
+std::string cimPost(std::string_view body, std::string_view cimMethod,
+                    std::string_view cimObject = "root%2Fksv", std::string_view extraHeaders = "");
+
+} // namespace ksv::test
+
+#endif

@@ -1,0 +1,90 @@
+#include "TestServer.h"
+
+#include <ksvapi_sim.h>
+
+#include "mof_compiler/NamespaceStore.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+
+namespace ksv::test {
+
+using namespace Pegasus;
+
+const CIMNamespaceName kTestNamespace("root/ksv");
+
+namespace {
+
+std::string temporaryDirectory() {
+    std::string pattern =
+        (std::filesystem::temp_directory_path() / "ksv-cimserver-test-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr)
+        throw std::runtime_error("cannot create a temporary directory");
+    return pattern;
+}
+
+} // namespace
+
+server::ServerConfig testServerConfig(unsigned threads) {
+    server::ServerConfig config = server::defaultServerConfig();
+    config.http.listenAddress = "127.0.0.1";
+    config.http.port = 0;
+    config.http.connectionTimeoutSeconds = 5;
+    config.mofDirectory = KSV_SOURCE_DIR "/mof";
+    config.mofFiles = {"root/ksv=" KSV_TEST_MOF_DIR "/KSV_Test.mof"};
+    config.registrationFiles = {KSV_TEST_MOF_DIR "/KSV_TestRegistration.mof"};
+    config.providerDirectories = {KSV_TEST_PROVIDER_DIR};
+    config.threads = threads;
+    config.shutdownGraceSeconds = 2;
+    return config;
+}
+
+TestServer::TestServer(server::ServerConfig config) : _directory(temporaryDirectory()) {
+    ksvsim::reset();
+    _config = std::move(config);
+    _config.http.socketPath = _directory + "/cimxml.socket";
+    _server = std::make_unique<server::CimServer>(_config);
+    _server->start();
+}
+
+TestServer::~TestServer() {
+    _server.reset();
+    std::error_code ignored;
+    std::filesystem::remove_all(_directory, ignored);
+}
+
+std::unique_ptr<CIMClient> TestServer::client(const std::string& user,
+                                              const std::string& password) const {
+    auto client = std::make_unique<CIMClient>();
+    client->connect("127.0.0.1", port(), user.c_str(), password.c_str());
+    return client;
+}
+
+CIMObjectPath pathOf(const char* className, const std::string& id) {
+    Array<CIMKeyBinding> keys;
+    keys.append(CIMKeyBinding("Id", id.c_str(), CIMKeyBinding::STRING));
+    return CIMObjectPath(String(), CIMNamespaceName(), className, keys);
+}
+
+CIMObjectPath devicePath(const std::string& id) {
+    return pathOf("KSV_TestDevice", id);
+}
+
+CIMObjectPath gadgetPath(const std::string& id) {
+    return pathOf("KSV_TestGadget", id);
+}
+
+std::string stringProperty(const CIMConstInstance& instance, const char* name) {
+    Uint32 index = instance.findProperty(name);
+    if (index == PEG_NOT_FOUND)
+        return std::string();
+    CIMValue value = instance.getProperty(index).getValue();
+    if (value.isNull())
+        return std::string();
+    String text;
+    value.get(text);
+    return mof::utf8(text);
+}
+
+} // namespace ksv::test

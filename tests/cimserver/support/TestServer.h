@@ -1,0 +1,52 @@
+// A CIM server running inside the test process over the test provider module, on an ephemeral
+// loopback port and a socket in a fresh temporary directory, with the simulator's built-in
+// array (users admin/admin-pw, monitor/monitor-pw, guest/guest-pw).
+#ifndef KSV_TESTS_CIMSERVER_TESTSERVER_H
+#define KSV_TESTS_CIMSERVER_TESTSERVER_H
+
+#include <Pegasus/Client/CIMClient.h>
+
+#include "cimserver/CimServer.h"
+#include "cimserver/ServerConfig.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace ksv::test {
+
+extern const Pegasus::CIMNamespaceName kTestNamespace; // root/ksv
+
+// The configuration of a test server; `threads` workers.
+server::ServerConfig testServerConfig(unsigned threads = 4);
+
+class TestServer {
+public:
+    explicit TestServer(server::ServerConfig config = testServerConfig());
+    explicit TestServer(unsigned threads) : TestServer(testServerConfig(threads)) {}
+    ~TestServer();
+
+    std::uint16_t port() const { return _server->httpPort(); }
+    const std::string& socketPath() const { return _config.http.socketPath; }
+    server::CimServer& server() { return *_server; }
+
+    // A client connected over TCP with Basic authentication.
+    std::unique_ptr<Pegasus::CIMClient> client(const std::string& user = "admin",
+                                               const std::string& password = "admin-pw") const;
+
+private:
+    std::string _directory;
+    server::ServerConfig _config;
+    std::unique_ptr<server::CimServer> _server;
+};
+
+Pegasus::CIMObjectPath devicePath(const std::string& id);
+Pegasus::CIMObjectPath gadgetPath(const std::string& id);
+Pegasus::CIMObjectPath pathOf(const char* className, const std::string& id);
+
+// The string value of a property; empty when absent or null.
+std::string stringProperty(const Pegasus::CIMConstInstance& instance, const char* name);
+
+} // namespace ksv::test
+
+#endif
