@@ -7,7 +7,8 @@
 //                                    KSV_DiskDrive (KSV_BENCH_CLASS overrides)
 //
 // Each iteration is one request: the time per iteration is its latency, items_per_second the
-// request rate, instances_per_second what enumerations carry.
+// request rate, instances_per_second what enumerations carry. The enumerations' argument is the
+// number of test devices, or 0 over an array model.
 #include <benchmark/benchmark.h>
 
 #include <ksvapi_sim.h>
@@ -17,6 +18,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <vector>
 
 using namespace Pegasus;
 using ksv::test::kTestNamespace;
@@ -78,7 +80,6 @@ void BM_GetInstance(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(BM_GetInstance)->Threads(1)->Threads(4)->UseRealTime();
 
 void BM_EnumerateInstances(benchmark::State& state) {
     auto client = server().client();
@@ -92,7 +93,6 @@ void BM_EnumerateInstances(benchmark::State& state) {
     state.counters["instances_per_second"] =
         benchmark::Counter(static_cast<double>(instances), benchmark::Counter::kIsRate);
 }
-BENCHMARK(BM_EnumerateInstances)->Arg(100)->Arg(1920)->Arg(10000)->UseRealTime();
 
 void BM_EnumerateInstanceNames(benchmark::State& state) {
     auto client = server().client();
@@ -104,7 +104,26 @@ void BM_EnumerateInstanceNames(benchmark::State& state) {
     state.counters["instances_per_second"] =
         benchmark::Counter(static_cast<double>(names), benchmark::Counter::kIsRate);
 }
-BENCHMARK(BM_EnumerateInstanceNames)->Arg(1920)->UseRealTime();
+
+// Over an array model the enumerations answer what the model holds; the test providers are
+// populated to each size first.
+void registerBenchmarks() {
+    benchmark::RegisterBenchmark("BM_GetInstance", BM_GetInstance)
+        ->Threads(1)
+        ->Threads(4)
+        ->UseRealTime();
+    const std::vector<int64_t> sizes =
+        arrayModel() != nullptr ? std::vector<int64_t>{0} : std::vector<int64_t>{100, 1920, 10000};
+    auto* instances = benchmark::RegisterBenchmark("BM_EnumerateInstances", BM_EnumerateInstances);
+    auto* names =
+        benchmark::RegisterBenchmark("BM_EnumerateInstanceNames", BM_EnumerateInstanceNames);
+    for (int64_t size : sizes) {
+        instances->Arg(size);
+        names->Arg(size);
+    }
+    instances->UseRealTime();
+    names->UseRealTime();
+}
 
 } // namespace
 
@@ -120,6 +139,7 @@ int main(int argc, char** argv) {
         }
     }
     running = &testServer;
+    registerBenchmarks();
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -10,13 +10,10 @@
 #include "TestServer.h"
 #include "cimserver/Caller.h"
 
-using namespace Pegasus;
-using ksv::test::devicePath;
-using ksv::test::kTestNamespace;
-using ksv::test::pathOf;
-using ksv::test::stringProperty;
-
+namespace ksv::test {
 namespace {
+
+using namespace Pegasus;
 
 class AuthenticationTest : public ::testing::Test {
 protected:
@@ -30,7 +27,7 @@ protected:
         return 200;
     }
 
-    ksv::test::TestServer server;
+    TestServer server;
 };
 
 TEST_F(AuthenticationTest, MissingOrWrongCredentialsAreRefusedBeforeAnyProviderCall) {
@@ -40,28 +37,24 @@ TEST_F(AuthenticationTest, MissingOrWrongCredentialsAreRefusedBeforeAnyProviderC
     EXPECT_EQ(statusFor("nobody", "admin-pw"), 401u);
     EXPECT_EQ(ksvtest_operations(), before);
     EXPECT_EQ(statusFor("admin", "admin-pw"), 200u);
-}
 
-TEST_F(AuthenticationTest, RefusalAsksForBasicCredentials) {
-    auto connection = ksv::test::RawConnection::toPort(server.port());
+    auto connection = RawConnection::toPort(server.port());
     connection.send("POST /cimom HTTP/1.1\r\nHost: localhost\r\nCIMOperation: MethodCall\r\n"
                     "Content-Length: 0\r\n\r\n");
-    ksv::test::HttpResponse response = connection.receive();
+    HttpResponse response = connection.receive();
     EXPECT_EQ(response.status, 401u);
     EXPECT_EQ(response.header("www-authenticate").rfind("Basic realm=", 0), 0u);
 }
 
-TEST_F(AuthenticationTest, ProvidersSeeTheAuthenticatedUser) {
-    CIMInstance asMonitor =
-        server.client("monitor", "monitor-pw")->getInstance(kTestNamespace, devicePath("dev-0"));
-    EXPECT_EQ(stringProperty(asMonitor, "RequestedBy"), "monitor");
-    CIMInstance asAdmin = server.client()->getInstance(kTestNamespace, devicePath("dev-0"));
-    EXPECT_EQ(stringProperty(asAdmin, "RequestedBy"), "admin");
-}
-
-TEST_F(AuthenticationTest, NestedCallsRunForTheUserOfTheRequest) {
-    CIMInstance nested = server.client("monitor", "monitor-pw")
-                             ->getInstance(kTestNamespace, pathOf("KSV_TestNested", "nested"));
+TEST_F(AuthenticationTest, ProvidersAndTheirNestedCallsSeeTheAuthenticatedUser) {
+    auto monitor = server.client("monitor", "monitor-pw");
+    EXPECT_EQ(
+        stringProperty(monitor->getInstance(kTestNamespace, devicePath("dev-0")), "RequestedBy"),
+        "monitor");
+    EXPECT_EQ(stringProperty(server.client()->getInstance(kTestNamespace, devicePath("dev-0")),
+                             "RequestedBy"),
+              "admin");
+    CIMInstance nested = monitor->getInstance(kTestNamespace, pathOf("KSV_TestNested", "nested"));
     EXPECT_EQ(stringProperty(nested, "NestedUser"), "monitor");
 }
 
@@ -74,3 +67,4 @@ TEST_F(AuthenticationTest, LocalSocketClientsAreTheirOwnUserWithoutPassword) {
 }
 
 } // namespace
+} // namespace ksv::test

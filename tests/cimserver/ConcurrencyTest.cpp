@@ -10,13 +10,10 @@
 #include <thread>
 #include <vector>
 
-using namespace Pegasus;
-using ksv::test::devicePath;
-using ksv::test::kTestNamespace;
-using ksv::test::pathOf;
-using ksv::test::stringProperty;
-
+namespace ksv::test {
 namespace {
+
+using namespace Pegasus;
 
 constexpr int kClients = 6;
 
@@ -41,7 +38,7 @@ int runClients(const std::function<bool(int)>& work) {
 }
 
 TEST(ConcurrencyTest, MixedOperationsFromManyClientsAllSucceed) {
-    ksv::test::TestServer server(3);
+    TestServer server(3);
     int failures = runClients([&](int index) {
         const std::string user = index % 2 == 0 ? "admin" : "monitor";
         auto client = server.client(user, user + "-pw");
@@ -67,7 +64,7 @@ TEST(ConcurrencyTest, MixedOperationsFromManyClientsAllSucceed) {
 }
 
 TEST(ConcurrencyTest, ProvidersAreInitializedOnceBeforeTheirFirstOperation) {
-    ksv::test::TestServer server(kClients);
+    TestServer server(kClients);
     unsigned initializedBefore = ksvtest_initializations();
     unsigned prematureBefore = ksvtest_premature_calls();
     std::promise<void> go;
@@ -88,7 +85,7 @@ TEST(ConcurrencyTest, ProvidersAreInitializedOnceBeforeTheirFirstOperation) {
 }
 
 TEST(ConcurrencyTest, NestedCallsFromEveryWorkerAtOnceComplete) {
-    ksv::test::TestServer server(2);
+    TestServer server(2);
     int failures = runClients([&](int) {
         auto client = server.client();
         bool right = true;
@@ -103,14 +100,8 @@ TEST(ConcurrencyTest, NestedCallsFromEveryWorkerAtOnceComplete) {
 }
 
 TEST(ConcurrencyTest, ShutdownWhileClientsStreamFinishesWithinTheGrace) {
-    auto server = std::make_unique<ksv::test::TestServer>(2);
-    {
-        Array<CIMParamValue> in;
-        in.append(CIMParamValue("Count", CIMValue(Uint32(20000))));
-        in.append(CIMParamValue("NameLength", CIMValue(Uint32(100))));
-        Array<CIMParamValue> out;
-        server->client()->invokeMethod(kTestNamespace, devicePath("dev-0"), "Populate", in, out);
-    }
+    auto server = std::make_unique<TestServer>(2);
+    server->populate(20000, 100);
     std::vector<std::future<void>> streams;
     for (int i = 0; i < 3; ++i) {
         streams.push_back(std::async(std::launch::async, [port = server->port()] {
@@ -131,3 +122,4 @@ TEST(ConcurrencyTest, ShutdownWhileClientsStreamFinishesWithinTheGrace) {
 }
 
 } // namespace
+} // namespace ksv::test

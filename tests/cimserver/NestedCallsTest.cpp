@@ -4,12 +4,10 @@
 
 #include "TestServer.h"
 
-using namespace Pegasus;
-using ksv::test::devicePath;
-using ksv::test::kTestNamespace;
-using ksv::test::pathOf;
-
+namespace ksv::test {
 namespace {
+
+using namespace Pegasus;
 
 Uint32 uint32Property(const CIMInstance& instance, const char* name) {
     Uint32 value = 0;
@@ -17,28 +15,20 @@ Uint32 uint32Property(const CIMInstance& instance, const char* name) {
     return value;
 }
 
-class NestedCallsTest : public ::testing::Test {
-protected:
-    ksv::test::TestServer server{1};
+TEST(NestedCallsTest, NestedCallsOnASingleWorkerComplete) {
+    TestServer server(1);
     std::unique_ptr<CIMClient> client = server.client();
-};
-
-TEST_F(NestedCallsTest, NestedCallsFromInitializeAndOperationsComplete) {
     CIMInstance nested = client->getInstance(kTestNamespace, pathOf("KSV_TestNested", "nested"));
-    EXPECT_EQ(uint32Property(nested, "GadgetsAtStart"), 2u);
+    EXPECT_EQ(uint32Property(nested, "GadgetsAtStart"), 2u) << "from initialize";
     EXPECT_EQ(uint32Property(nested, "ViaHandle"), 3u);
     EXPECT_EQ(uint32Property(nested, "ViaClient"), 3u);
-}
-
-TEST_F(NestedCallsTest, AssociationProviderReadsTheFarEndThroughTheServer) {
+    // The association provider reads the devices and the far end through the server.
     EXPECT_EQ(client->associators(kTestNamespace, devicePath("dev-2")).size(), 1u);
-    EXPECT_EQ(client->enumerateInstances(kTestNamespace, "KSV_TestLink").size(), 3u);
-}
-
-TEST_F(NestedCallsTest, ConnectLocalInTheServersProcessReachesThatServer) {
+    // connectLocal in the server's process reaches that server.
     CIMClient local;
     local.connectLocal();
     EXPECT_EQ(local.enumerateInstanceNames(kTestNamespace, "KSV_TestDevice").size(), 3u);
 }
 
 } // namespace
+} // namespace ksv::test

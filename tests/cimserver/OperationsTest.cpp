@@ -1,19 +1,22 @@
-// Each CIM operation through the project's CIMClient, over HTTP, against the running server.
+// Each CIM operation through the project's CIMClient, over HTTP, against the running server: how
+// operations find their providers, and what the server does to what providers return.
 #include <gtest/gtest.h>
 
+#include "Probes.h"
 #include "TestServer.h"
 
-using namespace Pegasus;
-using ksv::test::devicePath;
-using ksv::test::gadgetPath;
-using ksv::test::kTestNamespace;
-using ksv::test::stringProperty;
+#include <algorithm>
+#include <functional>
+#include <set>
 
+namespace ksv::test {
 namespace {
+
+using namespace Pegasus;
 
 class OperationsTest : public ::testing::Test {
 protected:
-    ksv::test::TestServer server;
+    TestServer server;
     std::unique_ptr<CIMClient> client = server.client();
 };
 
@@ -25,45 +28,41 @@ std::vector<std::string> sortedIds(const Array<CIMObjectPath>& paths) {
     return ids;
 }
 
-CIMStatusCode codeOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CIMException& error) {
-        return error.getCode();
-    }
-    return CIM_ERR_SUCCESS;
-}
-
-TEST_F(OperationsTest, ClassOperationsAnswerFromTheRepository) {
+TEST_F(OperationsTest, ClassOperationsAndAssociationsOfAClassAnswerFromTheRepository) {
     CIMClass device = client->getClass(kTestNamespace, "KSV_TestDevice", false);
     EXPECT_EQ(device.getSuperClassName(), CIMName("KSV_TestElement"));
     EXPECT_NE(device.findProperty("Id"), PEG_NOT_FOUND);
     EXPECT_NE(device.findMethod("Reset"), PEG_NOT_FOUND);
-
     CIMClass localOnly = client->getClass(kTestNamespace, "KSV_TestDevice", true);
     EXPECT_EQ(localOnly.findProperty("Id"), PEG_NOT_FOUND);
-
-    Array<CIMName> subclasses =
-        client->enumerateClassNames(kTestNamespace, "KSV_TestElement", false);
-    EXPECT_EQ(subclasses.size(), 2u);
-    Array<CIMClass> classes = client->enumerateClasses(kTestNamespace, "KSV_TestElement", true);
-    EXPECT_EQ(classes.size(), 2u);
+    EXPECT_EQ(client->enumerateClassNames(kTestNamespace, "KSV_TestElement", false).size(), 2u);
+    EXPECT_EQ(client->enumerateClasses(kTestNamespace, "KSV_TestElement", true).size(), 2u);
+    EXPECT_EQ(client->enumerateInstances("root/PG_InterOp", "PG_ProviderModule").size(), 2u)
+        << "registration instances come from the repository";
+    // So do the associations of a class.
+    const CIMObjectPath deviceClass(String(), CIMNamespaceName(), "KSV_TestDevice");
+    Array<CIMObjectPath> far = client->associatorNames(kTestNamespace, deviceClass);
+    ASSERT_EQ(far.size(), 1u);
+    EXPECT_EQ(far[0].getClassName(), CIMName("KSV_TestGadget"));
+    Array<CIMObject> classes = client->associators(kTestNamespace, deviceClass);
+    ASSERT_EQ(classes.size(), 1u);
+    EXPECT_TRUE(classes[0].isClass());
+    Array<CIMObject> associations = client->references(kTestNamespace, deviceClass);
+    ASSERT_EQ(associations.size(), 1u);
+    EXPECT_EQ(associations[0].getClassName(), CIMName("KSV_TestLink"));
+    EXPECT_EQ(client->referenceNames(kTestNamespace, deviceClass, CIMName(), "Member").size(), 0u);
 }
 
-TEST_F(OperationsTest, InstancesAreReadThroughTheirProvider) {
+TEST_F(OperationsTest, InstancesAreReadAndChangedThroughTheirProvider) {
     CIMInstance device = client->getInstance(kTestNamespace, devicePath("dev-1"));
     EXPECT_EQ(stringProperty(device, "Id"), "dev-1");
     EXPECT_EQ(stringProperty(device, "ServedAs"), "KSV_TestDevice");
-
     Array<CIMInstance> devices = client->enumerateInstances(kTestNamespace, "KSV_TestDevice");
     ASSERT_EQ(devices.size(), 3u);
     EXPECT_EQ(devices[0].getPath().getKeyBindings().size(), 1u);
-
     EXPECT_EQ(sortedIds(client->enumerateInstanceNames(kTestNamespace, "KSV_TestDevice")),
               (std::vector<std::string>{"dev-0", "dev-1", "dev-2"}));
-}
 
-TEST_F(OperationsTest, InstancesAreCreatedModifiedAndDeletedThroughTheirProvider) {
     CIMInstance created("KSV_TestDevice");
     created.addProperty(CIMProperty("Id", CIMValue(String("dev-new"))));
     CIMObjectPath path = client->createInstance(kTestNamespace, created);
@@ -77,14 +76,14 @@ TEST_F(OperationsTest, InstancesAreCreatedModifiedAndDeletedThroughTheirProvider
               "red");
 
     client->setProperty(kTestNamespace, devicePath("dev-new"), "Color", CIMValue(String("blue")));
-    CIMValue color = client->getProperty(kTestNamespace, devicePath("dev-new"), "Color");
-    String text;
-    color.get(text);
-    EXPECT_EQ(text, "blue");
+    String color;
+    client->getProperty(kTestNamespace, devicePath("dev-new"), "Color").get(color);
+    EXPECT_EQ(color, "blue");
 
     client->deleteInstance(kTestNamespace, devicePath("dev-new"));
-    EXPECT_EQ(codeOf([&] { client->getInstance(kTestNamespace, devicePath("dev-new")); }),
-              CIM_ERR_NOT_FOUND);
+    EXPECT_EQ(
+        failureOf([&] { client->getInstance(kTestNamespace, devicePath("dev-new")); }).getCode(),
+        CIM_ERR_NOT_FOUND);
 }
 
 TEST_F(OperationsTest, AssociationOperationsReachTheAssociationProvider) {
@@ -93,32 +92,27 @@ TEST_F(OperationsTest, AssociationOperationsReachTheAssociationProvider) {
     EXPECT_EQ(gadgets[0].getClassName(), CIMName("KSV_TestGadget"));
     EXPECT_EQ(gadgets[0].getPath().getNameSpace(), kTestNamespace);
     EXPECT_NE(gadgets[0].getPath().getHost().size(), 0u);
-
     EXPECT_EQ(sortedIds(client->associatorNames(kTestNamespace, gadgetPath("g-0"))),
               (std::vector<std::string>{"dev-0", "dev-2"}));
-
     Array<CIMObject> links = client->references(kTestNamespace, gadgetPath("g-1"));
     ASSERT_EQ(links.size(), 1u);
     EXPECT_EQ(links[0].getClassName(), CIMName("KSV_TestLink"));
-
     EXPECT_EQ(client->referenceNames(kTestNamespace, devicePath("dev-0")).size(), 1u);
     EXPECT_EQ(
         client->referenceNames(kTestNamespace, devicePath("dev-0"), CIMName(), "Member").size(),
         0u);
-}
 
-TEST_F(OperationsTest, AssociationsOfAClassComeFromTheRepository) {
-    const CIMObjectPath deviceClass(String(), CIMNamespaceName(), "KSV_TestDevice");
-    Array<CIMObjectPath> far = client->associatorNames(kTestNamespace, deviceClass);
-    ASSERT_EQ(far.size(), 1u);
-    EXPECT_EQ(far[0].getClassName(), CIMName("KSV_TestGadget"));
-    Array<CIMObject> classes = client->associators(kTestNamespace, deviceClass);
-    ASSERT_EQ(classes.size(), 1u);
-    EXPECT_TRUE(classes[0].isClass());
-    Array<CIMObject> associations = client->references(kTestNamespace, deviceClass);
-    ASSERT_EQ(associations.size(), 1u);
-    EXPECT_EQ(associations[0].getClassName(), CIMName("KSV_TestLink"));
-    EXPECT_EQ(client->referenceNames(kTestNamespace, deviceClass, CIMName(), "Member").size(), 0u);
+    // With an association class: only that class's providers are asked.
+    EXPECT_EQ(client->associatorNames(kTestNamespace, devicePath("dev-0"), "KSV_TestLink").size(),
+              1u);
+    EXPECT_EQ(client->referenceNames(kTestNamespace, devicePath("dev-0"), "KSV_TestLink").size(),
+              1u);
+    EXPECT_EQ(client->associatorNames(kTestNamespace, devicePath("dev-0"), "KSV_TestGadget").size(),
+              0u);
+    // Without one, only associations that refer to the object's class are asked.
+    unsigned before = ksvtest_operations();
+    EXPECT_EQ(client->referenceNames(kTestNamespace, pathOf("KSV_TestFaulty", "x")).size(), 0u);
+    EXPECT_EQ(ksvtest_operations(), before);
 }
 
 TEST_F(OperationsTest, MethodParametersArriveWithTheirDeclaredTypes) {
@@ -139,38 +133,100 @@ TEST_F(OperationsTest, MethodParametersArriveWithTheirDeclaredTypes) {
 }
 
 TEST_F(OperationsTest, FailuresCarryTheirCimStatus) {
-    EXPECT_EQ(codeOf([&] { client->enumerateInstances("root/nowhere", "KSV_TestDevice"); }),
-              CIM_ERR_INVALID_NAMESPACE);
-    EXPECT_EQ(codeOf([&] { client->enumerateInstances(kTestNamespace, "KSV_NoSuchClass"); }),
-              CIM_ERR_INVALID_CLASS);
-    EXPECT_EQ(codeOf([&] { client->getClass(kTestNamespace, "KSV_NoSuchClass"); }),
-              CIM_ERR_NOT_FOUND);
-    EXPECT_EQ(codeOf([&] { client->getInstance(kTestNamespace, devicePath("dev-9")); }),
-              CIM_ERR_NOT_FOUND);
-    EXPECT_EQ(codeOf([&] { client->deleteInstance(kTestNamespace, gadgetPath("g-0")); }),
-              CIM_ERR_NOT_SUPPORTED);
-    EXPECT_EQ(codeOf([&] { client->getProperty(kTestNamespace, devicePath("dev-0"), "Nope"); }),
-              CIM_ERR_NO_SUCH_PROPERTY);
-    EXPECT_EQ(codeOf([&] { client->associators(kTestNamespace, devicePath("dev-0"), "Nope"); }),
-              CIM_ERR_INVALID_PARAMETER);
-    Array<CIMParamValue> out;
-    EXPECT_EQ(codeOf([&] {
-                  client->invokeMethod(kTestNamespace, devicePath("dev-0"), "Explode",
-                                       Array<CIMParamValue>(), out);
-              }),
-              CIM_ERR_METHOD_NOT_FOUND);
     Array<CIMParamValue> wrong;
     wrong.append(CIMParamValue("Delay", CIMValue(String("soon")), false));
-    EXPECT_EQ(codeOf([&] {
-                  client->invokeMethod(kTestNamespace, devicePath("dev-0"), "Reset", wrong, out);
-              }),
-              CIM_ERR_INVALID_PARAMETER);
+    Array<CIMParamValue> out;
+    const std::pair<std::function<void()>, CIMStatusCode> cases[] = {
+        {[&] { client->enumerateInstances("root/nowhere", "KSV_TestDevice"); },
+         CIM_ERR_INVALID_NAMESPACE},
+        {[&] { client->enumerateInstances(kTestNamespace, "KSV_NoSuchClass"); },
+         CIM_ERR_INVALID_CLASS},
+        {[&] { client->getClass(kTestNamespace, "KSV_NoSuchClass"); }, CIM_ERR_NOT_FOUND},
+        {[&] { client->getInstance(kTestNamespace, devicePath("dev-9")); }, CIM_ERR_NOT_FOUND},
+        {[&] { client->deleteInstance(kTestNamespace, gadgetPath("g-0")); }, CIM_ERR_NOT_SUPPORTED},
+        {[&] { client->getProperty(kTestNamespace, devicePath("dev-0"), "Nope"); },
+         CIM_ERR_NO_SUCH_PROPERTY},
+        {[&] { client->associators(kTestNamespace, devicePath("dev-0"), "Nope"); },
+         CIM_ERR_INVALID_PARAMETER},
+        {[&] { client->invokeMethod(kTestNamespace, devicePath("dev-0"), "Explode", {}, out); },
+         CIM_ERR_METHOD_NOT_FOUND},
+        {[&] { client->invokeMethod(kTestNamespace, devicePath("dev-0"), "Reset", wrong, out); },
+         CIM_ERR_INVALID_PARAMETER},
+        {[&] { client->getInstance(kTestNamespace, pathOf("KSV_TestFaulty", "cim")); },
+         CIM_ERR_NOT_FOUND},
+        {[&] { client->getInstance(kTestNamespace, pathOf("KSV_TestFaulty", "int")); },
+         CIM_ERR_FAILED},
+    };
+    for (const auto& [call, code] : cases)
+        EXPECT_EQ(failureOf(call).getCode(), code);
+    // Provider exceptions keep their message.
+    CIMException denied =
+        failureOf([&] { client->getInstance(kTestNamespace, pathOf("KSV_TestFaulty", "denied")); });
+    EXPECT_EQ(denied.getCode(), CIM_ERR_ACCESS_DENIED);
+    EXPECT_NE(denied.getMessage().find("Insufficient privilege"), PEG_NOT_FOUND);
+    CIMException foreign =
+        failureOf([&] { client->getInstance(kTestNamespace, pathOf("KSV_TestFaulty", "std")); });
+    EXPECT_EQ(foreign.getCode(), CIM_ERR_FAILED);
+    EXPECT_NE(foreign.getMessage().find("the faulty provider broke"), PEG_NOT_FOUND);
+    // An unloadable module fails only its own classes.
+    CIMException missing =
+        failureOf([&] { client->enumerateInstances(kTestNamespace, "KSV_TestOrphan"); });
+    EXPECT_EQ(missing.getCode(), CIM_ERR_FAILED);
+    EXPECT_NE(missing.getMessage().find("KSV_TestMissingModule"), PEG_NOT_FOUND);
     EXPECT_EQ(client->enumerateInstanceNames(kTestNamespace, "KSV_TestDevice").size(), 3u);
 }
 
-TEST_F(OperationsTest, RegistrationInstancesAreServedFromTheRepository) {
-    Array<CIMInstance> modules = client->enumerateInstances("root/PG_InterOp", "PG_ProviderModule");
-    EXPECT_EQ(modules.size(), 2u);
+std::multiset<std::string> servedAs(const Array<CIMInstance>& instances) {
+    std::multiset<std::string> classes;
+    for (Uint32 i = 0; i < instances.size(); ++i)
+        classes.insert(stringProperty(instances[i], "ServedAs"));
+    return classes;
+}
+
+TEST_F(OperationsTest, BaseClassEnumerationReachesEachSubclassProviderUnderItsOwnClass) {
+    Array<CIMInstance> deep = client->enumerateInstances(kTestNamespace, "KSV_TestElement", true);
+    EXPECT_EQ(servedAs(deep),
+              (std::multiset<std::string>{"KSV_TestDevice", "KSV_TestDevice", "KSV_TestDevice",
+                                          "KSV_TestGadget", "KSV_TestGadget"}));
+    EXPECT_EQ(client->enumerateInstanceNames(kTestNamespace, "KSV_TestElement").size(), 5u);
+    EXPECT_EQ(stringProperty(deep[0], "Color"), "grey");
+    // A shallow one keeps only the requested class's properties.
+    Array<CIMInstance> shallow =
+        client->enumerateInstances(kTestNamespace, "KSV_TestElement", false);
+    ASSERT_EQ(shallow.size(), deep.size());
+    for (Uint32 i = 0; i < shallow.size(); ++i) {
+        EXPECT_EQ(shallow[i].findProperty("Size"), PEG_NOT_FOUND);
+        EXPECT_EQ(shallow[i].findProperty("Weight"), PEG_NOT_FOUND);
+        EXPECT_NE(shallow[i].findProperty("Name"), PEG_NOT_FOUND);
+    }
+}
+
+TEST_F(OperationsTest, PropertyListsAndQualifiersAreAppliedToProviderResults) {
+    Array<CIMName> names;
+    names.append("Weight");
+    Array<CIMInstance> gadgets = client->enumerateInstances(
+        kTestNamespace, "KSV_TestGadget", true, false, false, false, CIMPropertyList(names));
+    ASSERT_EQ(gadgets.size(), 2u);
+    EXPECT_EQ(gadgets[0].getPropertyCount(), 1u);
+    EXPECT_EQ(gadgets[0].getQualifierCount(), 0u);
+
+    // Each flag on its own: qualifiers without class origins, then the other way round.
+    CIMInstance qualified =
+        client->getInstance(kTestNamespace, gadgetPath("g-0"), false, true, false);
+    EXPECT_EQ(qualified.getQualifierCount(), 1u);
+    EXPECT_TRUE(qualified.getProperty(qualified.findProperty("Weight")).getClassOrigin().isNull());
+    CIMInstance origins =
+        client->getInstance(kTestNamespace, gadgetPath("g-0"), false, false, true);
+    EXPECT_EQ(origins.getQualifierCount(), 0u);
+    EXPECT_EQ(origins.getProperty(origins.findProperty("Weight")).getClassOrigin(),
+              CIMName("KSV_TestGadget"));
+
+    Array<CIMObject> empty =
+        client->associators(kTestNamespace, devicePath("dev-0"), CIMName(), CIMName(), String(),
+                            String(), false, false, CIMPropertyList(Array<CIMName>()));
+    ASSERT_EQ(empty.size(), 1u);
+    EXPECT_EQ(empty[0].getPropertyCount(), 0u);
 }
 
 } // namespace
+} // namespace ksv::test

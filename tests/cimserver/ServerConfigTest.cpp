@@ -1,15 +1,16 @@
-// The command line and the configuration file.
+// The command line, the configuration file, and the registration read at start-up.
 #include <gtest/gtest.h>
 
+#include "cimserver/ProviderRegistration.h"
+#include "cimserver/RepositoryLoader.h"
 #include "cimserver/ServerConfig.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <unistd.h>
 
-using ksv::server::parseCommandLine;
-using ksv::server::ParsedCommandLine;
-
+namespace ksv::server {
 namespace {
 
 ParsedCommandLine parse(std::vector<const char*> arguments) {
@@ -17,62 +18,65 @@ ParsedCommandLine parse(std::vector<const char*> arguments) {
     return parseCommandLine(static_cast<int>(arguments.size()), arguments.data());
 }
 
-TEST(ServerConfigTest, DefaultsServeTheShippedMofOnTheStandardPort) {
-    ParsedCommandLine parsed = parse({});
-    ASSERT_TRUE(parsed.config);
-    EXPECT_EQ(parsed.config->http.port, 5988);
-    EXPECT_EQ(parsed.config->mofFiles, std::vector<std::string>{"standalone.mof"});
-    EXPECT_EQ(parsed.config->registrationNamespace, "root/PG_InterOp");
-    EXPECT_FALSE(parsed.config->providerDirectories.empty());
-    EXPECT_FALSE(parsed.config->http.socketPath.empty());
-}
+TEST(ServerConfigTest, TheConfigurationFileAndThenTheCommandLineOverrideTheDefaults) {
+    ParsedCommandLine defaults = parse({});
+    ASSERT_TRUE(defaults.config);
+    EXPECT_EQ(defaults.config->http.port, 5988);
+    EXPECT_EQ(defaults.config->mofFiles, std::vector<std::string>{"standalone.mof"});
+    EXPECT_EQ(defaults.config->registrationNamespace, "root/PG_InterOp");
+    EXPECT_FALSE(defaults.config->providerDirectories.empty());
+    EXPECT_FALSE(defaults.config->http.socketPath.empty());
 
-TEST(ServerConfigTest, OptionsOverrideTheDefaults) {
-    ParsedCommandLine parsed = parse({"--port", "6000", "--socket", "", "--threads", "3", "--mof",
-                                      "a.mof", "--mof", "root/x=b.mof", "--provider-dir", "/p",
-                                      "--log-level", "4", "--max-request-size", "1024"});
+    std::string path = ::testing::TempDir() + "ksv-cimserver-" + std::to_string(getpid()) + ".conf";
+    std::ofstream(path)
+        << "port = 7000\nthreads = 2\nmof = [\"x.mof\", \"y.mof\"]\nlog-level = 2\n";
+    ParsedCommandLine parsed =
+        parse({"--config", path.c_str(), "--socket", "", "--threads", "3", "--provider-dir", "/p",
+               "--log-level", "4", "--max-request-size", "1024"});
+    std::remove(path.c_str());
     ASSERT_TRUE(parsed.config);
-    EXPECT_EQ(parsed.config->http.port, 6000);
+    EXPECT_EQ(parsed.config->http.port, 7000);
+    EXPECT_EQ(parsed.config->mofFiles, (std::vector<std::string>{"x.mof", "y.mof"}));
     EXPECT_TRUE(parsed.config->http.socketPath.empty());
     EXPECT_EQ(parsed.config->threads, 3u);
-    EXPECT_EQ(parsed.config->mofFiles, (std::vector<std::string>{"a.mof", "root/x=b.mof"}));
     EXPECT_EQ(parsed.config->providerDirectories, std::vector<std::string>{"/p"});
     EXPECT_EQ(parsed.config->logLevel, 4);
     EXPECT_EQ(parsed.config->http.maxRequestBytes, 1024u);
 }
 
-TEST(ServerConfigTest, AConfigurationFileSetsWhatTheCommandLineDoesNot) {
-    char path[] = "/tmp/ksv-cimserver-config-XXXXXX";
-    int fd = mkstemp(path);
-    ASSERT_GE(fd, 0);
-    close(fd);
-    std::ofstream(path) << "port = 7000\nthreads = 2\nmof = [\"x.mof\", \"y.mof\"]\n";
-    ParsedCommandLine parsed = parse({"--config", path, "--threads", "5"});
-    std::remove(path);
-    ASSERT_TRUE(parsed.config);
-    EXPECT_EQ(parsed.config->http.port, 7000);
-    EXPECT_EQ(parsed.config->threads, 5u);
-    EXPECT_EQ(parsed.config->mofFiles, (std::vector<std::string>{"x.mof", "y.mof"}));
-}
-
-TEST(ServerConfigTest, HelpAndMistakesEndTheProgram) {
+TEST(ServerConfigTest, HelpMistakesAndAnUnreadableArrayModelEndTheProgram) {
     ParsedCommandLine help = parse({"--help"});
     EXPECT_FALSE(help.config);
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_NE(help.output.find("--array-model"), std::string::npos);
-
     ParsedCommandLine wrong = parse({"--threads", "0"});
     EXPECT_FALSE(wrong.config);
     EXPECT_NE(wrong.exitCode, 0);
     EXPECT_FALSE(parse({"--no-such-option"}).config);
-}
 
-TEST(ServerConfigTest, AnUnreadableArrayModelIsReported) {
-    ksv::server::ServerConfig config = ksv::server::defaultServerConfig();
+    ServerConfig config = defaultServerConfig();
     config.arrayModel = "/nonexistent/array.json";
-    std::optional<std::string> error = ksv::server::configureArray(config);
+    std::optional<std::string> error = configureArray(config);
     ASSERT_TRUE(error);
     EXPECT_NE(error->find("/nonexistent/array.json"), std::string::npos);
 }
 
+ProviderRegistration registrationOf(const ServerConfig& config) {
+    std::vector<std::string> warnings;
+    return readProviderRegistration(loadRepository(config, warnings), "root/PG_InterOp");
+}
+
+TEST(ServerConfigTest, TheDefaultRegistrationIsReadAndAnIncompleteOneRefused) {
+    ProviderRegistration registration = registrationOf(defaultServerConfig());
+    EXPECT_EQ(
+        std::count_if(registration.providers.begin(), registration.providers.end(),
+                      [](const auto& p) { return p.moduleName == "KSV_DiskDriveProviderModule"; }),
+        12);
+    ServerConfig config = defaultServerConfig();
+    config.mofFiles.clear();
+    config.registrationFiles = {KSV_TEST_MOF_DIR "/KSV_BrokenRegistration.mof"};
+    EXPECT_THROW(registrationOf(config), RegistrationError);
+}
+
 } // namespace
+} // namespace ksv::server

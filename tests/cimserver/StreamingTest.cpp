@@ -10,12 +10,10 @@
 
 #include <thread>
 
-using namespace Pegasus;
-using ksv::test::HttpResponse;
-using ksv::test::kTestNamespace;
-using ksv::test::RawConnection;
-
+namespace ksv::test {
 namespace {
+
+using namespace Pegasus;
 
 std::size_t occurrences(const std::string& text, const std::string& what) {
     std::size_t count = 0;
@@ -25,29 +23,21 @@ std::size_t occurrences(const std::string& text, const std::string& what) {
 }
 
 std::string enumerateBody(const char* className) {
-    auto request = ksv::cimxml::OperationRequest::make(ksv::cimxml::Operation::EnumerateInstances,
-                                                       kTestNamespace);
+    auto request =
+        cimxml::OperationRequest::make(cimxml::Operation::EnumerateInstances, kTestNamespace);
     request.className = className;
-    return ksv::cimxml::encodeRequest(request);
+    return cimxml::encodeRequest(request);
 }
 
 class StreamingTest : public ::testing::Test {
 protected:
-    void populate(Uint32 count, Uint32 nameLength) {
-        Array<CIMParamValue> in;
-        in.append(CIMParamValue("Count", CIMValue(count)));
-        in.append(CIMParamValue("NameLength", CIMValue(nameLength)));
-        Array<CIMParamValue> out;
-        client->invokeMethod(kTestNamespace, ksv::test::devicePath("dev-0"), "Populate", in, out);
-    }
-
     HttpResponse enumerate(const char* className) {
         RawConnection connection = RawConnection::toPort(server.port());
-        connection.send(ksv::test::cimPost(enumerateBody(className), "EnumerateInstances"));
+        connection.send(cimPost(enumerateBody(className), "EnumerateInstances"));
         return connection.receive(std::chrono::seconds(60));
     }
 
-    ksv::test::TestServer server;
+    TestServer server;
     std::unique_ptr<CIMClient> client = server.client();
 };
 
@@ -56,7 +46,7 @@ TEST_F(StreamingTest, ShortAnswersCarryTheirLengthAndLongOnesAreChunked) {
     EXPECT_FALSE(shortAnswer.chunked);
     EXPECT_EQ(occurrences(shortAnswer.body, "<VALUE.NAMEDINSTANCE>"), 3u);
 
-    populate(5000, 0);
+    server.populate(5000, 0);
     HttpResponse longAnswer = enumerate("KSV_TestDevice");
     EXPECT_TRUE(longAnswer.chunked);
     EXPECT_EQ(occurrences(longAnswer.body, "<VALUE.NAMEDINSTANCE>"), 5000u);
@@ -65,10 +55,10 @@ TEST_F(StreamingTest, ShortAnswersCarryTheirLengthAndLongOnesAreChunked) {
 
 TEST_F(StreamingTest, ASlowClientHoldsTheProviderBack) {
     const Uint32 total = 20000;
-    populate(total, 200);
+    server.populate(total, 200);
     unsigned before = ksvtest_delivered();
     RawConnection slow = RawConnection::toPort(server.port(), 4096);
-    slow.send(ksv::test::cimPost(enumerateBody("KSV_TestDevice"), "EnumerateInstances"));
+    slow.send(cimPost(enumerateBody("KSV_TestDevice"), "EnumerateInstances"));
     std::this_thread::sleep_for(std::chrono::milliseconds(500));
     EXPECT_LT(ksvtest_delivered() - before, total);
 
@@ -77,22 +67,18 @@ TEST_F(StreamingTest, ASlowClientHoldsTheProviderBack) {
     EXPECT_EQ(ksvtest_delivered() - before, total);
 }
 
-TEST_F(StreamingTest, AFailureAfterTheHeadWentOutIsReportedInTrailers) {
+TEST_F(StreamingTest, FailuresAreReportedInTrailersOnceTheHeadWentOutElseAsCimErrors) {
     HttpResponse response = enumerate("KSV_TestFaulty");
     ASSERT_TRUE(response.chunked);
     EXPECT_EQ(response.trailers["cimstatuscode"], "1");
     EXPECT_NE(response.trailers["cimstatuscodedescription"].find("broke"), std::string::npos);
     EXPECT_THROW(client->enumerateInstances(kTestNamespace, "KSV_TestFaulty"), Exception);
-}
 
-TEST_F(StreamingTest, AFailureBeforeAnythingWasSentIsAPlainCimError) {
-    try {
-        client->enumerateInstanceNames(kTestNamespace, "KSV_TestFaulty");
-        FAIL() << "the provider's failure was not reported";
-    } catch (const CIMException& error) {
-        EXPECT_EQ(error.getCode(), CIM_ERR_FAILED);
-        EXPECT_NE(error.getMessage().find("names broke early"), PEG_NOT_FOUND);
-    }
+    CIMException early =
+        failureOf([&] { client->enumerateInstanceNames(kTestNamespace, "KSV_TestFaulty"); });
+    EXPECT_EQ(early.getCode(), CIM_ERR_FAILED);
+    EXPECT_NE(early.getMessage().find("names broke early"), PEG_NOT_FOUND);
 }
 
 } // namespace
+} // namespace ksv::test

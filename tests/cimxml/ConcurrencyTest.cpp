@@ -3,7 +3,6 @@
 #include <cimxml/Elements.h>
 #include <cimxml/Request.h>
 
-#include "FakeCimServer.h"
 #include "LoopbackResponder.h"
 #include "TestSupport.h"
 

@@ -106,21 +106,12 @@ CIMValue stringsWithEdges() {
 }
 
 TEST(ValueRoundTrip, EveryTypeAsScalarArrayEmptyArrayAndNull) {
-    Array<Sint64> sint64s;
-    sint64s.append(-9223372036854775807LL - 1);
-    sint64s.append(9223372036854775807LL);
-    Array<Real32> real32s;
-    real32s.append(0.1f);
-    real32s.append(-3.4e38f);
-    Array<Char16> chars;
-    chars.append(Char16('<'));
-    chars.append(Char16(' '));
-    Array<CIMDateTime> dates;
-    dates.append(CIMDateTime("20240131120000.123456-300"));
-    dates.append(CIMDateTime("00000010000000.000000:000"));
-    Array<Boolean> flags;
-    flags.append(true);
-    flags.append(false);
+    const Sint64 sint64s[] = {-9223372036854775807LL - 1, 9223372036854775807LL};
+    const Real32 real32s[] = {0.1f, -3.4e38f};
+    const Char16 chars[] = {Char16('<'), Char16(' ')};
+    const CIMDateTime dates[] = {CIMDateTime("20240131120000.123456-300"),
+                                 CIMDateTime("00000010000000.000000:000")};
+    const Boolean flags[] = {true, false};
     const CIMValue values[] = {
         CIMValue(true),
         CIMValue(Uint8(255)),
@@ -130,17 +121,17 @@ TEST(ValueRoundTrip, EveryTypeAsScalarArrayEmptyArrayAndNull) {
         CIMValue(Uint32(4294967295U)),
         CIMValue(Sint32(-2147483647 - 1)),
         CIMValue(Uint64(18446744073709551615ULL)),
-        CIMValue(sint64s),
+        CIMValue(Array<Sint64>(sint64s, 2)),
         CIMValue(Real32(1.17549435e-38f)),
-        CIMValue(real32s),
+        CIMValue(Array<Real32>(real32s, 2)),
         CIMValue(Real64(2.2250738585072014e-308)),
         CIMValue(Char16(0x263A)),
-        CIMValue(chars),
+        CIMValue(Array<Char16>(chars, 2)),
         CIMValue(String("plain")),
         stringsWithEdges(),
-        CIMValue(dates),
+        CIMValue(Array<CIMDateTime>(dates, 2)),
         CIMValue(CIMDateTime("20240131120000.******+000")),
-        CIMValue(flags),
+        CIMValue(Array<Boolean>(flags, 2)),
         CIMValue(Array<Uint32>()),
     };
     for (const CIMValue& value : values) {
@@ -198,15 +189,8 @@ TEST(ObjectRoundTrip, InstancesAndClassesKeepEveryPart) {
     const CIMClass cimClass = ksv::cimxml::testing::sampleClass();
     xml.clear();
     appendClass(xml, cimClass);
-    const CIMClass decoded = decodeClass(xml);
-    EXPECT_TRUE(decoded.identical(cimClass)) << xml;
-    EXPECT_EQ(cimClass.getSuperClassName(), decoded.getSuperClassName());
-    ASSERT_EQ(1u, decoded.getMethodCount());
-    const CIMConstMethod method = decoded.getMethod(0);
-    ASSERT_EQ(4u, method.getParameterCount());
-    EXPECT_EQ(8u, method.getParameter(1).getArraySize());
-    EXPECT_TRUE(method.getParameter(3).isArray());
-    EXPECT_EQ(CIMName("CIM_Disk"), method.getParameter(3).getReferenceClassName());
+    // identical() compares methods and parameters too.
+    EXPECT_TRUE(decodeClass(xml).identical(cimClass)) << xml;
     EXPECT_TRUE(decodeObject(xml).isClass());
 }
 
@@ -244,17 +228,8 @@ TEST(ObjectRoundTrip, EmbeddedObjectsTravelAsEscapedMarkedText) {
         std::string::npos,
         xml.find("<PROPERTY.ARRAY NAME=\"Mixed\" TYPE=\"string\" EmbeddedObject=\"object\">"));
 
-    const CIMInstance decoded = decodeInstance(xml);
-    EXPECT_TRUE(sameContent(holder, decoded));
-    CIMInstance layer;
-    decoded.getProperty(0).getValue().get(layer);
-    for (int depth = 3; depth > 0; depth--) {
-        EXPECT_EQ(CIMValue(Uint32(depth)), layer.getProperty(0).getValue());
-        CIMInstance inner;
-        layer.getProperty(1).getValue().get(inner);
-        layer = inner;
-    }
-    EXPECT_EQ(CIMValue(Uint32(0)), layer.getProperty(0).getValue());
+    // identical() compares the embedded layers value by value, all the way down.
+    EXPECT_TRUE(sameContent(holder, decodeInstance(xml)));
 }
 
 TEST(Decoding, AcceptsTheFormsOtherWritersUse) {

@@ -64,6 +64,12 @@ private:
     MHD_Daemon* _daemon = nullptr;
 };
 
+/// Answers every operation like a CIM server, with canned results built by the codec:
+/// sampleClass() for classes, sampleDisk(1..3) for instances, "KSV_A"/"KSV_B" for class names,
+/// 1920383410176 for a property, and for a method call the return value 0 with its input
+/// parameters echoed back.
+LoopbackResponder::Answer answerLikeACimServer(const LoopbackResponder::Request& request);
+
 /// A fresh directory under the system's temporary directory, removed with its contents when the
 /// object goes.
 class TemporaryDirectory {

@@ -48,50 +48,24 @@ private:
     IMethodResponseWriter _writer;
 };
 
-TEST(ResponseWriter, StreamsEachOperationsResultsThatDecodeBack) {
+// The client transport tests stream every operation's results; these are the forms they skip.
+TEST(ResponseWriter, StreamsObjectsAndNullValuesThatDecodeBack) {
     ChunkedResponse classes(Operation::EnumerateClasses);
     classes.writer().writeClass(sampleClass());
     classes.writer().writeObject(CIMObject(CIMClass(CIMName("KSV_Other"))));
     const OperationResponse classResponse = classes.finish();
     ASSERT_EQ(2u, classResponse.classes.size());
     EXPECT_TRUE(classResponse.classes[0].identical(sampleClass()));
+    EXPECT_EQ(CIMName("KSV_Other"), classResponse.classes[1].getClassName());
     EXPECT_EQ("41", classResponse.messageId);
-
-    ChunkedResponse names(Operation::EnumerateClassNames);
-    names.writer().writeClassName(CIMName("KSV_A"));
-    names.writer().writeClassName(CIMName("KSV_B"));
-    EXPECT_EQ(CIMName("KSV_B"), names.finish().classNames[1]);
-
-    ChunkedResponse instances(Operation::EnumerateInstances);
-    for (int i = 0; i < 3; i++) {
-        instances.writer().writeInstance(sampleDisk(i));
-    }
-    const OperationResponse instanceResponse = instances.finish();
-    ASSERT_EQ(3u, instanceResponse.instances.size());
-    EXPECT_TRUE(sameContent(sampleDisk(2), instanceResponse.instances[2]));
-    EXPECT_EQ(sampleDisk(2).getPath(), instanceResponse.instances[2].getPath());
 
     ChunkedResponse single(Operation::GetInstance);
     single.writer().writeObject(CIMObject(sampleDisk(5)));
     EXPECT_TRUE(sameContent(sampleDisk(5), single.finish().instances[0]));
 
-    ChunkedResponse created(Operation::CreateInstance);
-    created.writer().writeObjectPath(sampleDisk(1).getPath());
-    EXPECT_EQ(sampleDisk(1).getPath(), created.finish().paths[0]);
-
-    ChunkedResponse property(Operation::GetProperty);
-    property.writer().writeValue(CIMValue(Uint64(1920383410176ULL)));
-    EXPECT_EQ(CIMValue(String("1920383410176")), property.finish().value);
-
     ChunkedResponse nullProperty(Operation::GetProperty);
     nullProperty.writer().writeValue(CIMValue(CIMTYPE_UINT64, false));
     EXPECT_TRUE(nullProperty.finish().value.isNull());
-
-    for (Operation nothing :
-         {Operation::ModifyInstance, Operation::DeleteInstance, Operation::SetProperty}) {
-        const OperationResponse response = ChunkedResponse(nothing).finish();
-        EXPECT_FALSE(response.error);
-    }
 }
 
 TEST(ResponseWriter, AssociationResultsCarryFullPaths) {

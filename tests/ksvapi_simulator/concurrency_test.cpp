@@ -11,6 +11,18 @@ namespace {
 
 class Concurrency : public SimulatorTest {};
 
+// Runs 'work(index)' on 'count' threads at once and waits for them all.
+template <typename Work>
+void onThreads(int count, Work work) {
+    std::vector<std::thread> threads;
+    for (int t = 0; t < count; ++t) {
+        threads.emplace_back(work, t);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
 // The LED bit of every disk of each (cage, magazine), for disks present.
 std::map<std::pair<std::string, int>, std::set<bool>> ledsByMagazine() {
     std::map<std::pair<std::string, int>, std::set<bool>> leds;
@@ -34,18 +46,12 @@ TEST_F(Concurrency, LocateChangesAreAtomicPerMagazine) {
             }
         }
     });
-    std::vector<std::thread> writers;
-    for (const auto& [cage, position] : magazines) {
-        writers.emplace_back([cage = cage, position = position] {
-            for (int i = 0; i < 200; ++i) {
-                const int value = i % 2 == 0 ? API_LOCATE_ON : API_LOCATE_OFF;
-                EXPECT_EQ(api_locateMagazine(cage, position, value), API_OK);
-            }
-        });
-    }
-    for (std::thread& writer : writers) {
-        writer.join();
-    }
+    onThreads(4, [&](int m) {
+        for (int i = 0; i < 200; ++i) {
+            const int value = i % 2 == 0 ? API_LOCATE_ON : API_LOCATE_OFF;
+            EXPECT_EQ(api_locateMagazine(magazines[m].first, magazines[m].second, value), API_OK);
+        }
+    });
     writing = false;
     reader.join();
     EXPECT_EQ(splitMagazines.load(), 0) << "a reader saw a magazine half switched";
@@ -61,21 +67,15 @@ TEST_F(Concurrency, SemaphoreSerializesArrayAccess) {
     int inside = 0;
     int maxInside = 0;
     long long work = 0;
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([&] {
-            for (int i = 0; i < 100; ++i) {
-                ASSERT_EQ(cim_sem_wait(), API_OK);
-                maxInside = std::max(maxInside, ++inside);
-                work += static_cast<long long>(readDisks().size());
-                --inside;
-                ASSERT_EQ(cim_sem_post(), API_OK);
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    onThreads(4, [&](int) {
+        for (int i = 0; i < 100; ++i) {
+            ASSERT_EQ(cim_sem_wait(), API_OK);
+            maxInside = std::max(maxInside, ++inside);
+            work += static_cast<long long>(readDisks().size());
+            --inside;
+            ASSERT_EQ(cim_sem_post(), API_OK);
+        }
+    });
     EXPECT_EQ(maxInside, 1);
     EXPECT_EQ(work, 4 * 100 * 6);
     EXPECT_EQ(ksvsim::semaphoreMisuseCount(), 0u);
@@ -86,28 +86,22 @@ TEST_F(Concurrency, TableLockKeepsEachWalkToItself) {
     hashtable_t* table = create_string_hashtable(2048, 0.75f);
     std::atomic<int> dirtyStarts{0};
     std::atomic<int> duplicates{0};
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([&] {
-            for (int walk = 0; walk < 50; ++walk) {
-                hashtable_lock(table);
-                dirtyStarts += hashtable_contains_key(table, "4.0");
-                for (int disk = 0; disk < 20; ++disk) {
-                    const char* version = disk % 3 == 0 ? "4.02" : "4.0";
-                    if (hashtable_contains_key(table, version) == 0) {
-                        hashtable_put(table, version, disk);
-                    } else if (hashtable_get(table, version) != (disk % 3 == 0 ? 0 : 1)) {
-                        ++duplicates;
-                    }
+    onThreads(4, [&](int) {
+        for (int walk = 0; walk < 50; ++walk) {
+            hashtable_lock(table);
+            dirtyStarts += hashtable_contains_key(table, "4.0");
+            for (int disk = 0; disk < 20; ++disk) {
+                const char* version = disk % 3 == 0 ? "4.02" : "4.0";
+                if (hashtable_contains_key(table, version) == 0) {
+                    hashtable_put(table, version, disk);
+                } else if (hashtable_get(table, version) != (disk % 3 == 0 ? 0 : 1)) {
+                    ++duplicates;
                 }
-                hashtable_clear(table);
-                hashtable_unlock(table);
             }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+            hashtable_clear(table);
+            hashtable_unlock(table);
+        }
+    });
     delete_hashtable(table);
     EXPECT_EQ(dirtyStarts.load(), 0);
     EXPECT_EQ(duplicates.load(), 0);

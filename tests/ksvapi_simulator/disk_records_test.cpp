@@ -1,8 +1,7 @@
-// Disk records, DeviceIDs and DeviceID lists as read through the library.
+// Disk records, DeviceIDs and the magazine locate LED, as read through the library.
 #include "simulator_test_support.h"
 
-#include <cinttypes>
-#include <cstdio>
+#include <map>
 
 namespace ksvsim::testing {
 namespace {
@@ -11,9 +10,10 @@ using nlohmann::json;
 
 class DiskRecords : public SimulatorTest {};
 
-// A disk with every member set, each to a value of its own.
+// A disk with every member set, each to a value of its own. The WWN has
+// leading zeros and lower case, which the DeviceID must not keep.
 const char kFullyDescribedDisk[] = R"({
-  "id": 17, "wwn": "5000c5003bd7a0f1", "cage": "c0", "magazine": 1, "position": 3,
+  "id": 17, "wwn": "0000c5003bd7a0f1", "cage": "c0", "magazine": 1, "position": 3,
   "elementName": "front-1-3", "type": 4, "cageSide": 1, "temperature": 41, "blockSize": 520,
   "numBlocks": 781422768, "consumedBlocks": 770703360, "chunkSize": 268435456,
   "allocatable": false, "speed": 0, "capacity": 4294968, "mediaType": 2, "wearLevelRemain": 97,
@@ -40,21 +40,16 @@ const char kFullyDescribedDisk[] = R"({
   "enclosure": { "ledState": 5, "locateLit": true }
 })";
 
-// The record of that disk, read back from the library.
-api_Disk_t fullyDescribedRecord() {
+TEST_F(DiskRecords, EveryFieldAndPathComesFromTheModel) {
     json model = minimalModel(2);
     model["disks"][1] = json::parse(kFullyDescribedDisk);
     model["volumes"] = json::array();
     loadModel(model);
     const auto disks = readDisks();
-    EXPECT_EQ(disks.size(), 2u);
-    return disks.at(1);
-}
-
-TEST_F(DiskRecords, EveryFieldComesFromTheModel) {
-    const api_Disk_t d = fullyDescribedRecord();
+    ASSERT_EQ(disks.size(), 2u);
+    const api_Disk_t& d = disks[1];
     EXPECT_FALSE(d.isAbsent);
-    EXPECT_STREQ(d.deviceID, "5000C5003BD7A0F1-id-17");
+    EXPECT_STREQ(d.deviceID, "0000C5003BD7A0F1-id-17");
     EXPECT_STREQ(d.parentDeviceID, "c0:1");
     EXPECT_STREQ(d.cageDeviceID, "c0");
     EXPECT_EQ(d.position, 3);
@@ -62,57 +57,41 @@ TEST_F(DiskRecords, EveryFieldComesFromTheModel) {
     EXPECT_STREQ(d.cageElementName, "c0");
     EXPECT_EQ(d.magPosition, 1);
     EXPECT_STREQ(d.elemName, "front-1-3");
-    EXPECT_EQ(d.wwn, 0x5000C5003BD7A0F1u);
+    EXPECT_EQ(d.wwn, 0x0000C5003BD7A0F1u);
     EXPECT_EQ(d.type_, 4);
     EXPECT_EQ(d.cageType, 2);
     EXPECT_EQ(d.cageSide, 1u);
     EXPECT_EQ(d.temp, 41);
-    EXPECT_EQ(d.blockSize, 520u);
-    EXPECT_EQ(d.numBlocks, 781422768u);
-    EXPECT_EQ(d.consumBlocks, 770703360u);
-    EXPECT_EQ(d.chunkSize, 268435456u);
+    EXPECT_EQ((std::vector<uint64_t>{d.blockSize, d.numBlocks, d.consumBlocks, d.chunkSize}),
+              (std::vector<uint64_t>{520, 781422768, 770703360, 268435456}));
     EXPECT_FALSE(d.isLDAllocateable);
-    EXPECT_EQ(d.ad_capacity, 4294968u);
-    EXPECT_EQ(d.mediaType, 2u);
-    EXPECT_EQ(d.wearlevelRemain, 97u);
-    EXPECT_EQ(d.opStatus, 6);
-    EXPECT_EQ(d.cimOpStatus, 3);
-    EXPECT_EQ(d.healthState, 10);
-    EXPECT_EQ(d.connectorType, 3);
-    EXPECT_EQ(d.encryption, 1);
-    EXPECT_STREQ(d.mfg.vendor, "STEC");
-    EXPECT_STREQ(d.mfg.model, "Z16IZF2E-400UCU");
-    EXPECT_STREQ(d.mfg.serial, "STM0001");
-    EXPECT_STREQ(d.mfg.saleable_serial, "SS1");
-    EXPECT_STREQ(d.mfg.saleable_product, "SP1");
-    EXPECT_STREQ(d.mfg.spare_part, "SPARE1");
-    EXPECT_STREQ(d.mfg.mktg_model, "SSD 400GB");
-    EXPECT_STREQ(d.mfg.asmbly_rev, "A3");
-    EXPECT_STREQ(d.mfg.checksum, "9C1F");
+    EXPECT_EQ((std::vector<uint32_t>{d.speed, d.ad_capacity, d.mediaType, d.wearlevelRemain}),
+              (std::vector<uint32_t>{0, 4294968, 2, 97}));
+    EXPECT_EQ((std::vector<int>{d.opStatus, d.cimOpStatus, d.healthState}),
+              (std::vector<int>{6, 3, 10}));
+    EXPECT_EQ(
+        (std::vector<std::string>{d.mfg.vendor, d.mfg.model, d.mfg.serial, d.mfg.saleable_serial,
+                                  d.mfg.saleable_product, d.mfg.spare_part, d.mfg.mktg_model,
+                                  d.mfg.asmbly_rev, d.mfg.checksum}),
+        (std::vector<std::string>{"STEC", "Z16IZF2E-400UCU", "STM0001", "SS1", "SP1", "SPARE1",
+                                  "SSD 400GB", "A3", "9C1F"}));
     EXPECT_STREQ(d.fwVersion, "3.12");
     EXPECT_EQ(d.fwState.actual, 70000u);
     EXPECT_EQ(d.fwState.overall, -1);
-    const uint32_t normal[] = {d.normal.usedOKChunks, d.normal.usedFailChunks,
-                               d.normal.unusedFreeChunks, d.normal.unusedUninitChunks,
-                               d.normal.unusedFailChunks};
-    const uint32_t spare[] = {d.spare.usedOKChunks, d.spare.usedFailChunks,
-                              d.spare.unusedFreeChunks, d.spare.unusedUninitChunks,
-                              d.spare.unusedFailChunks};
-    for (uint32_t i = 0; i < 5; ++i) {
-        EXPECT_EQ(normal[i], i + 1);
-        EXPECT_EQ(spare[i], i + 6);
-    }
-    EXPECT_EQ(d.freeChunks, 11u);
-    EXPECT_EQ(d.readErr.corrErrors, 12u);
-    EXPECT_EQ(d.readErr.uncorrErrors, API_ERRCOUNT_UNKNOWN);
-    EXPECT_EQ(d.writeErr.corrErrors, API_ERRCOUNT_UNKNOWN);
-    EXPECT_EQ(d.writeErr.uncorrErrors, 13u);
+    EXPECT_EQ((std::vector<uint32_t>{
+                  d.normal.usedOKChunks, d.normal.usedFailChunks, d.normal.unusedFreeChunks,
+                  d.normal.unusedUninitChunks, d.normal.unusedFailChunks, d.spare.usedOKChunks,
+                  d.spare.usedFailChunks, d.spare.unusedFreeChunks, d.spare.unusedUninitChunks,
+                  d.spare.unusedFailChunks, d.freeChunks}),
+              (std::vector<uint32_t>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
+    EXPECT_EQ(d.connectorType, 3);
+    EXPECT_EQ((std::vector<uint64_t>{d.readErr.corrErrors, d.readErr.uncorrErrors,
+                                     d.writeErr.corrErrors, d.writeErr.uncorrErrors}),
+              (std::vector<uint64_t>{12, API_ERRCOUNT_UNKNOWN, API_ERRCOUNT_UNKNOWN, 13}));
     EXPECT_EQ(d.u.ledState, 5u);
     EXPECT_EQ(d.u.locate.flags, API_DISK_LOCATE_LIT);
-}
+    EXPECT_EQ(d.encryption, 1);
 
-TEST_F(DiskRecords, PathsCarryPortLocationAndPrimaryFlag) {
-    const api_Disk_t d = fullyDescribedRecord();
     EXPECT_EQ(d.loopA.loopState, 4);
     EXPECT_EQ(d.loopA.loopALPA, 232);
     EXPECT_EQ(d.loopA.nodePortWWN, 0x20210002AC00A001u);
@@ -126,6 +105,11 @@ TEST_F(DiskRecords, PathsCarryPortLocationAndPrimaryFlag) {
         EXPECT_EQ(missing->nodePortWWN, 0u);
         EXPECT_FALSE(missing->isPrimary);
     }
+    api_DiskDeviceIDList_t list{};
+    ASSERT_EQ(getDiskDeviceIDs(17, &list), API_OK);
+    EXPECT_EQ(list.entries[0].diskId, 17u);
+    EXPECT_STREQ(list.entries[0].deviceID, d.deviceID);
+    freeDiskDeviceIDs(&list);
 }
 
 class EnclosureBlock : public SimulatorTest, public ::testing::WithParamInterface<int> {};
@@ -150,29 +134,14 @@ TEST_P(EnclosureBlock, SitsWhereTheCageTypeSays) {
     if (hasLed) {
         EXPECT_EQ(u.ledState, 0x0A0B0C0Du);
     }
-    const bool esiAt4 = cageType >= 3 && cageType <= 5;
     if (hasEsi) {
-        const api_DiskEsi_t& esi = esiAt4 ? u.esiAt4.esi : u.esiAt0;
+        const api_DiskEsi_t& esi = cageType <= 5 ? u.esiAt4.esi : u.esiAt0;
         EXPECT_EQ(esi.present, 1);
         EXPECT_EQ(esi.state, 0x77u);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(CageTypes, EnclosureBlock, ::testing::Range(1, 9));
-
-TEST_F(DiskRecords, DeviceIdIsRebuiltFromWwnAndId) {
-    for (const api_Disk_t& disk : readDisks()) {
-        char rebuilt[65];
-        std::snprintf(rebuilt, sizeof rebuilt, "%016" PRIX64 "-id-%d", disk.wwn,
-                      static_cast<int>(disk.id));
-        EXPECT_STREQ(disk.deviceID, rebuilt);
-        uint64_t wwn = 0;
-        int32_t id = -1;
-        ASSERT_EQ(api_extractFromSystemDiskID(disk.deviceID, &wwn, &id), API_OK);
-        EXPECT_EQ(wwn, disk.wwn);
-        EXPECT_EQ(id, static_cast<int32_t>(disk.id));
-    }
-}
 
 TEST_F(DiskRecords, MalformedDeviceIdsAreNotParsed) {
     for (const char* text :
@@ -192,17 +161,6 @@ TEST_F(DiskRecords, MalformedDeviceIdsAreNotParsed) {
     EXPECT_EQ(id, -7);
 }
 
-TEST_F(DiskRecords, DeReferencedDeviceIdSelectsThatDisk) {
-    int64_t selector = API_ALL_DISKS;
-    uint32_t diskId = API_ALL_DISK_IDS;
-    ASSERT_EQ(api_deReferenceDiskDeviceID("5001517A0B1C2D30-id-4", &selector, &diskId), API_OK);
-    EXPECT_EQ(static_cast<uint64_t>(selector), 0x5001517A0B1C2D30u);
-    EXPECT_EQ(diskId, 4u);
-    const auto disks = readDisks(selector);
-    ASSERT_EQ(disks.size(), 1u);
-    EXPECT_STREQ(disks[0].deviceID, "5001517A0B1C2D30-id-4");
-}
-
 TEST_F(DiskRecords, UnknownDeviceIdOrSelectorFindsNothing) {
     int64_t selector = API_ALL_DISKS;
     uint32_t diskId = API_ALL_DISK_IDS;
@@ -217,7 +175,7 @@ TEST_F(DiskRecords, UnknownDeviceIdOrSelectorFindsNothing) {
     EXPECT_EQ(api_getSystemDisks(API_ALL_DISKS, nullptr), API_E_INVALID);
 }
 
-TEST_F(DiskRecords, DeviceIdListHoldsPresentDisksWithTheirStatus) {
+TEST_F(DiskRecords, DeviceIdListsHoldPresentDisksWithTheirStatus) {
     api_DiskDeviceIDList_t list{};
     ASSERT_EQ(getDiskDeviceIDs(API_ALL_DISK_IDS, &list), API_OK);
     ASSERT_EQ(list.count, 5u);
@@ -231,10 +189,7 @@ TEST_F(DiskRecords, DeviceIdListHoldsPresentDisksWithTheirStatus) {
     freeDiskDeviceIDs(&list);
     EXPECT_EQ(list.count, 0u);
     EXPECT_EQ(list.entries, nullptr);
-}
 
-TEST_F(DiskRecords, DeviceIdListOfOneDisk) {
-    api_DiskDeviceIDList_t list{};
     ASSERT_EQ(getDiskDeviceIDs(5, &list), API_OK);
     ASSERT_EQ(list.count, 1u);
     EXPECT_STREQ(list.entries[0].deviceID, "5000C500A1B2C3D5-id-5");
@@ -242,6 +197,47 @@ TEST_F(DiskRecords, DeviceIdListOfOneDisk) {
     EXPECT_EQ(getDiskDeviceIDs(3, &list), API_E_NOT_FOUND) << "absent disk";
     EXPECT_EQ(getDiskDeviceIDs(99, &list), API_E_NOT_FOUND);
     EXPECT_EQ(list.count, 0u);
+}
+
+// Disk id -> locate LED lit, for every disk of the active model.
+std::map<uint32_t, bool> locateStates() {
+    std::map<uint32_t, bool> states;
+    for (const api_Disk_t& disk : readDisks()) {
+        states[disk.id] = (disk.u.locate.flags & API_DISK_LOCATE_LIT) != 0;
+    }
+    return states;
+}
+
+TEST_F(DiskRecords, LocateSwitchesEveryDiskOfOneMagazineOnly) {
+    auto expected = locateStates();
+    ASSERT_EQ(expected,
+              (std::map<uint32_t, bool>{
+                  {0, false}, {1, false}, {2, true}, {3, false}, {4, false}, {5, false}}));
+    ASSERT_EQ(api_locateMagazine("cage0", 0, API_LOCATE_ON), API_OK);
+    ASSERT_EQ(api_locateMagazine("cage0", 1, API_LOCATE_OFF), API_OK);
+    ASSERT_EQ(api_locateMagazine("cage1", 0, API_LOCATE_ON), API_OK);
+    EXPECT_EQ(api_locateMagazine("cage1", 2, API_LOCATE_ON), API_OK) << "an empty magazine";
+    expected[0] = expected[1] = expected[4] = true;
+    expected[2] = expected[3] = false;
+    EXPECT_EQ(locateStates(), expected);
+    const auto disks = readDisks();
+    EXPECT_EQ(disks[2].u.ledState, 3u) << "the LED state word is not touched";
+    EXPECT_EQ(disks[4].u.esiAt0.present, 1) << "enclosure services are not touched";
+    EXPECT_EQ(disks[4].u.esiAt0.state, 1u);
+
+    ksvsim::useBuiltInModel();
+    EXPECT_FALSE(locateStates()[0]) << "loading a model restores its LED states";
+}
+
+TEST_F(DiskRecords, LocateOfAnUnknownMagazineOrValueChangesNothing) {
+    const auto before = locateStates();
+    EXPECT_EQ(api_locateMagazine("cage9", 0, API_LOCATE_ON), API_E_NOT_FOUND);
+    EXPECT_EQ(api_locateMagazine("cage0", 2, API_LOCATE_ON), API_E_NOT_FOUND);
+    EXPECT_EQ(api_locateMagazine(nullptr, 0, API_LOCATE_ON), API_E_INVALID);
+    for (int value : {0, 2, 3, 254, 256, -1}) {
+        EXPECT_EQ(api_locateMagazine("cage0", 0, value), API_E_INVALID) << value;
+    }
+    EXPECT_EQ(locateStates(), before);
 }
 
 } // namespace

@@ -4,8 +4,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <unistd.h>
 
 namespace ksvsim::testing {
@@ -15,13 +13,6 @@ namespace {
 [[noreturn]] void exitWith(const std::string& failure) {
     std::fprintf(stderr, "%s\n", failure.c_str());
     std::exit(failure.empty() ? 0 : 1);
-}
-
-std::string fileText(const std::string& path) {
-    std::ifstream file(path);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
 }
 
 void modelLogAndTimeOutFromEnvironment(const std::string& logPath) {

@@ -1,6 +1,7 @@
 // Chunklet maps in both directions, volume records and WWN texts.
 #include "simulator_test_support.h"
 
+#include <tuple>
 #include <utility>
 
 namespace ksvsim::testing {
@@ -18,16 +19,7 @@ std::vector<Chunklet> chunklets(const api_MapVVtoCh_t& volume) {
     return entries;
 }
 
-// Volume names and chunklet counts of one disk's entries.
-std::vector<std::pair<std::string, uint32_t>> volumesOn(const api_MapPDtoVV_t& disk) {
-    std::vector<std::pair<std::string, uint32_t>> uses;
-    for (uint32_t i = 0; i < disk.volumeCount; ++i) {
-        uses.emplace_back(disk.volumes[i].name, disk.volumes[i].chunkletCount);
-    }
-    return uses;
-}
-
-TEST_F(ChunkletMaps, AllVolumesWithTheirThreeRuns) {
+TEST_F(ChunkletMaps, VolumesWithTheirThreeRunsAllOrByName) {
     api_MapsVVtoCh_t maps{};
     ASSERT_EQ(api_getMapsVVtoCh("", &maps), API_OK);
     ASSERT_EQ(maps.count, 4u);
@@ -40,16 +32,11 @@ TEST_F(ChunkletMaps, AllVolumesWithTheirThreeRuns) {
     EXPECT_EQ(admin.chunkletCount, 5u);
     EXPECT_EQ(chunklets(admin), (std::vector<Chunklet>{{0, 0}, {1, 0}, {0, 1}, {1, 1}, {2, 0}}));
     EXPECT_EQ(admin.chunklets[4].diskWwn, 0x5000CCA01A2B3C42u);
-    const api_MapVVtoCh_t& db01 = maps.volumes[1];
-    EXPECT_EQ(db01.volumeId, 1u);
-    EXPECT_EQ(db01.firstRunLength + db01.secondRunLength + db01.thirdRunLength, db01.chunkletCount);
+    EXPECT_EQ(maps.volumes[1].volumeId, 1u);
     api_freeMapsVVtoCh(&maps);
     EXPECT_EQ(maps.count, 0u);
     EXPECT_EQ(maps.volumes, nullptr);
-}
 
-TEST_F(ChunkletMaps, OneVolumeByName) {
-    api_MapsVVtoCh_t maps{};
     ASSERT_EQ(api_getMapsVVtoCh("db01.snap", &maps), API_OK);
     ASSERT_EQ(maps.count, 1u);
     EXPECT_EQ(maps.volumes[0].volumeId, 2u);
@@ -61,41 +48,40 @@ TEST_F(ChunkletMaps, OneVolumeByName) {
 }
 
 TEST_F(ChunkletMaps, DiskMapsFollowOnlyTheThirdRun) {
-    const std::pair<uint32_t, std::vector<std::pair<std::string, uint32_t>>> expected[] = {
-        {0, {{"admin", 1}, {"db01", 2}}},
-        {2, {{"admin", 1}, {"db01.copy", 3}}}, // db01 uses disk 2 only in its second run
-        {4, {{"db01", 1}, {"db01.copy", 1}}},  // so does db01.snap
-        {5, {{"db01", 1}, {"db01.snap", 1}}},
+    using Use = std::tuple<std::string, uint32_t, uint8_t>; // volume, chunklets, excluded
+    const std::pair<uint32_t, std::vector<Use>> expected[] = {
+        {0, {{"admin", 1, 0}, {"db01", 2, 0}}},
+        {2, {{"admin", 1, 0}, {"db01.copy", 3, 0}}}, // db01 uses disk 2 only in its second run
+        {4, {{"db01", 1, 0}, {"db01.copy", 1, 0}}},  // so does db01.snap
+        {5, {{"db01", 1, 1}, {"db01.snap", 1, 0}}},  // db01 excludes disk 5
     };
     for (const auto& [diskId, uses] : expected) {
         api_MapsPDtoVV_t maps{};
         ASSERT_EQ(api_getMapsPDtoVV(diskId, &maps), API_OK);
         ASSERT_EQ(maps.count, 1u);
         EXPECT_EQ(maps.disks[0].diskId, diskId);
-        EXPECT_EQ(volumesOn(maps.disks[0]), uses) << "disk " << diskId;
+        std::vector<Use> found;
+        for (uint32_t i = 0; i < maps.disks[0].volumeCount; ++i) {
+            const api_MapPDVolume_t& use = maps.disks[0].volumes[i];
+            found.emplace_back(use.name, use.chunkletCount, use.excluded);
+        }
+        EXPECT_EQ(found, uses) << "disk " << diskId;
         api_freeMapsPDtoVV(&maps);
     }
-}
-
-TEST_F(ChunkletMaps, DiskMapEntriesNameTheVolumeAndItsExclusion) {
     api_MapsPDtoVV_t maps{};
     ASSERT_EQ(api_getMapsPDtoVV(5, &maps), API_OK);
-    const api_MapPDtoVV_t& disk = maps.disks[0];
-    EXPECT_STREQ(disk.deviceID, "5000C500A1B2C3D5-id-5");
-    ASSERT_EQ(disk.volumeCount, 2u);
-    EXPECT_STREQ(disk.volumes[0].wwn, "60002AC0000000000000000100010F2A");
-    EXPECT_EQ(disk.volumes[0].volumeId, 1u);
-    EXPECT_EQ(disk.volumes[0].excluded, 1) << "db01 excludes disk 5";
-    EXPECT_EQ(disk.volumes[1].excluded, 0);
+    EXPECT_STREQ(maps.disks[0].deviceID, "5000C500A1B2C3D5-id-5");
+    EXPECT_STREQ(maps.disks[0].volumes[0].wwn, "60002AC0000000000000000100010F2A");
+    EXPECT_EQ(maps.disks[0].volumes[0].volumeId, 1u);
     api_freeMapsPDtoVV(&maps);
 }
 
-TEST_F(ChunkletMaps, AllPresentDisksOrNone) {
+TEST_F(ChunkletMaps, DiskMapsOfAllPresentDisksOrNone) {
     api_MapsPDtoVV_t maps{};
     ASSERT_EQ(api_getMapsPDtoVV(API_ALL_DISK_IDS, &maps), API_OK);
     ASSERT_EQ(maps.count, 5u);
     EXPECT_EQ(maps.disks[3].diskId, 4u);
-    EXPECT_EQ(volumesOn(maps.disks[3]).size(), 2u);
+    EXPECT_EQ(maps.disks[3].volumeCount, 2u);
     api_freeMapsPDtoVV(&maps);
     ASSERT_EQ(api_getMapsPDtoVV(3, &maps), API_OK) << "an absent disk holds no volumes";
     EXPECT_EQ(maps.disks[0].volumeCount, 0u);
@@ -105,32 +91,27 @@ TEST_F(ChunkletMaps, AllPresentDisksOrNone) {
     EXPECT_EQ(maps.count, 0u);
 }
 
-TEST_F(ChunkletMaps, VolumeWwnTextRoundTrip) {
+TEST_F(ChunkletMaps, VolumeWwnTexts) {
     char text[API_WWN_TEXT_SIZE];
     ASSERT_EQ(api_wwnIntToString(0x60002AC000000000, 0xABCDEF, text, sizeof text), API_OK);
     EXPECT_STREQ(text, "60002AC0000000000000000000ABCDEF");
+    EXPECT_EQ(api_wwnIntToString(1, 2, text, API_WWN_TEXT_SIZE - 1), API_E_INVALID);
     uint64_t high = 0;
     uint64_t low = 0;
     ASSERT_EQ(api_wwnStringToInt("60002ac0000000000000000000abcdef", &high, &low), API_OK);
     EXPECT_EQ(high, 0x60002AC000000000u);
     EXPECT_EQ(low, 0xABCDEFu);
-    EXPECT_EQ(api_wwnIntToString(1, 2, text, API_WWN_TEXT_SIZE - 1), API_E_INVALID);
-}
-
-TEST_F(ChunkletMaps, MalformedVolumeWwnLeavesWordsAlone) {
-    for (const char* text : {"", "60002AC0", "60002AC0000000000000000000ABCDEF0",
-                             "60002AC0000000000000000000ABCDEG"}) {
-        uint64_t high = 0xFFFFFFFFFFFFFFF6;
-        uint64_t low = 0;
-        EXPECT_EQ(api_wwnStringToInt(text, &high, &low), API_E_INVALID) << text;
-        EXPECT_EQ(high, 0xFFFFFFFFFFFFFFF6) << text;
-        EXPECT_EQ(low, 0u) << text;
+    for (const char* malformed : {"", "60002AC0", "60002AC0000000000000000000ABCDEF0",
+                                  "60002AC0000000000000000000ABCDEG"}) {
+        high = 0xFFFFFFFFFFFFFFF6;
+        low = 0;
+        EXPECT_EQ(api_wwnStringToInt(malformed, &high, &low), API_E_INVALID) << malformed;
+        EXPECT_EQ(high, 0xFFFFFFFFFFFFFFF6) << malformed;
+        EXPECT_EQ(low, 0u) << malformed;
     }
 }
 
-class VolumeRecords : public SimulatorTest {};
-
-TEST_F(VolumeRecords, AllVolumesWithTheirKinds) {
+TEST_F(ChunkletMaps, VolumeRecordsAllOrByWwnTextOrName) {
     api_VVList_t list{};
     ASSERT_EQ(api_getVVs(nullptr, &list), API_OK);
     ASSERT_EQ(list.count, 4u);
@@ -143,11 +124,7 @@ TEST_F(VolumeRecords, AllVolumesWithTheirKinds) {
         EXPECT_EQ(list.vvs[i].kind, expected[i].second) << expected[i].first;
     }
     std::free(list.vvs);
-}
-
-TEST_F(VolumeRecords, OneVolumeByWwnTextOrName) {
     for (const char* key : {"60002ac0000000000000000200010f2a", "db01.snap"}) {
-        api_VVList_t list{};
         ASSERT_EQ(api_getVVs(key, &list), API_OK) << key;
         ASSERT_EQ(list.count, 1u);
         EXPECT_STREQ(list.vvs[0].name, "db01.snap");
@@ -155,7 +132,6 @@ TEST_F(VolumeRecords, OneVolumeByWwnTextOrName) {
         EXPECT_EQ(list.vvs[0].wwnLow, 0x200010F2Au);
         std::free(list.vvs);
     }
-    api_VVList_t list{};
     EXPECT_EQ(api_getVVs("60002AC0000000000000000900010F2A", &list), API_E_NOT_FOUND);
     EXPECT_EQ(list.count, 0u);
 }

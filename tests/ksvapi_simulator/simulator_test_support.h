@@ -9,6 +9,8 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,13 @@ namespace ksvsim::testing {
 
 inline std::string examplePath(const std::string& name) {
     return std::string(KSV_SOURCE_DIR) + "/examples/arrays/" + name;
+}
+
+inline std::string fileText(const std::string& path) {
+    std::ifstream file(path);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
 }
 
 // Every test starts from and leaves behind the library's initial state.
@@ -56,14 +65,6 @@ inline std::vector<api_Disk_t> readDisks(int64_t selector = API_ALL_DISKS) {
     std::free(list.disks);
     EXPECT_TRUE(result == API_OK || disks.empty());
     return disks;
-}
-
-inline std::vector<std::string> calledFunctions() {
-    std::vector<std::string> names;
-    for (const CallRecord& call : ksvsim::calls()) {
-        names.push_back(call.function);
-    }
-    return names;
 }
 
 } // namespace ksvsim::testing

@@ -1,16 +1,14 @@
-// System identity, addresses, ports and the rights of users.
+// System identity, addresses, ports, the status record and the rights of users.
 #include "simulator_test_support.h"
 
 #include <arpa/inet.h>
-
-#include <cstring>
 
 namespace ksvsim::testing {
 namespace {
 
 class SystemIdentity : public SimulatorTest {};
 
-TEST_F(SystemIdentity, IdentityOfTheModel) {
+TEST_F(SystemIdentity, IdentityAndAddressesOfTheModel) {
     api_SystemInfo_t info{};
     ASSERT_EQ(api_getSystemInfo(&info), API_OK);
     EXPECT_STREQ(info.name, "KSV-S1");
@@ -19,28 +17,24 @@ TEST_F(SystemIdentity, IdentityOfTheModel) {
     EXPECT_EQ(info.type, 7);
     EXPECT_EQ(info.isQuadPort, 0);
     EXPECT_EQ(getNumberOfNodes(), 2);
+    api_DualIP_t addresses{};
+    ASSERT_EQ(api_getSystemDualIP(&addresses), API_OK);
+    EXPECT_EQ(addresses.addrCount, 3u);
+    char text[INET6_ADDRSTRLEN];
+    EXPECT_STREQ(inet_ntop(AF_INET, &addresses.ipv4, text, sizeof text), "192.0.2.10");
+    EXPECT_STREQ(inet_ntop(AF_INET6, &addresses.ipv6, text, sizeof text), "2001:db8::a");
+
+    loadModel(minimalModel());
+    ASSERT_EQ(api_getSystemDualIP(&addresses), API_OK);
+    EXPECT_EQ(addresses.addrCount, 2u) << "no IPv6 address";
+    EXPECT_STREQ(inet_ntop(AF_INET, &addresses.ipv4, text, sizeof text), "192.0.2.1");
     ASSERT_FALSE(ksvsim::loadModelFile(examplePath("demo-quadport.json")));
     ASSERT_EQ(api_getSystemInfo(&info), API_OK);
     EXPECT_EQ(info.isQuadPort, 1);
     EXPECT_EQ(getNumberOfNodes(), 4);
 }
 
-TEST_F(SystemIdentity, DualAddressCountsTheIpv6Address) {
-    api_DualIP_t addresses{};
-    ASSERT_EQ(api_getSystemDualIP(&addresses), API_OK);
-    EXPECT_GT(addresses.addrCount, 2u);
-    char text[INET6_ADDRSTRLEN];
-    EXPECT_STREQ(inet_ntop(AF_INET, &addresses.ipv4, text, sizeof text), "192.0.2.10");
-    EXPECT_STREQ(inet_ntop(AF_INET6, &addresses.ipv6, text, sizeof text), "2001:db8::a");
-
-    nlohmann::json model = minimalModel();
-    loadModel(model);
-    ASSERT_EQ(api_getSystemDualIP(&addresses), API_OK);
-    EXPECT_EQ(addresses.addrCount, 2u) << "no IPv6 address";
-    EXPECT_STREQ(inet_ntop(AF_INET, &addresses.ipv4, text, sizeof text), "192.0.2.1");
-}
-
-TEST_F(SystemIdentity, ValidateConvertIpNormalisesAddresses) {
+TEST_F(SystemIdentity, ValidateConvertIpNormalisesAddressesOnly) {
     const struct {
         const char* text;
         int family;
@@ -56,9 +50,6 @@ TEST_F(SystemIdentity, ValidateConvertIpNormalisesAddresses) {
         EXPECT_EQ(validateConvertIP(c.text, normalised), c.family) << c.text;
         EXPECT_STREQ(normalised, c.normalised) << c.text;
     }
-}
-
-TEST_F(SystemIdentity, ValidateConvertIpRefusesOtherText) {
     for (const char* text :
          {"", "ksv-s1.example.net", "192.0.2", "192.0.2.256", "2001:db8:::1", "[2001:db8::a]"}) {
         char normalised[API_IP_TEXT_SIZE] = "untouched";
@@ -68,7 +59,7 @@ TEST_F(SystemIdentity, ValidateConvertIpRefusesOtherText) {
     EXPECT_EQ(validateConvertIP(nullptr, nullptr), -1);
 }
 
-TEST_F(SystemIdentity, PortsAreFoundByWwnOrName) {
+TEST_F(SystemIdentity, PortsAreFoundByWwnOrNameAndLocationsPacked) {
     uint16_t lpid = 0;
     ASSERT_EQ(api_getFCPortLPID(0x21210002AC00A001, &lpid), API_OK);
     EXPECT_EQ(lpid, (1 << 7) | (2 << 3) | 1);
@@ -78,33 +69,38 @@ TEST_F(SystemIdentity, PortsAreFoundByWwnOrName) {
     EXPECT_EQ(api_getFCPortLPID(0x21210002AC00A002, &lpid), API_E_NOT_FOUND);
     EXPECT_EQ(api_getiSCSIPortLPID("iqn.2000-05.net.example:other", &lpid), API_E_NOT_FOUND);
     EXPECT_EQ(lpid, 7);
+
+    ASSERT_EQ(api_convertStrLPIDtoPortID("7:15:7", &lpid), API_OK);
+    EXPECT_EQ(lpid, 0x3FF);
+    ASSERT_EQ(api_convertStrLPIDtoPortID("1:6:1", &lpid), API_OK);
+    EXPECT_EQ(lpid, 0x0B1);
+    for (const char* text : {"", "1:6", "8:0:0", "0:16:0", "0:0:8", "1:6:1:0", "a:b:c", "-1:0:0"}) {
+        lpid = 99;
+        EXPECT_EQ(api_convertStrLPIDtoPortID(text, &lpid), API_E_INVALID) << text;
+        EXPECT_EQ(lpid, 99) << text;
+    }
 }
 
-TEST_F(SystemIdentity, PortLocationTextIsPacked) {
-    uint16_t portId = 0;
-    ASSERT_EQ(api_convertStrLPIDtoPortID("7:15:7", &portId), API_OK);
-    EXPECT_EQ(portId, 0x3FF);
-    ASSERT_EQ(api_convertStrLPIDtoPortID("1:6:1", &portId), API_OK);
-    EXPECT_EQ(portId, 0x0B1);
-    for (const char* text : {"", "1:6", "8:0:0", "0:16:0", "0:0:8", "1:6:1:0", "a:b:c", "-1:0:0"}) {
-        portId = 99;
-        EXPECT_EQ(api_convertStrLPIDtoPortID(text, &portId), API_E_INVALID) << text;
-        EXPECT_EQ(portId, 99) << text;
-    }
+TEST_F(SystemIdentity, StatusRecordKeepsCodeAndTextCutToFit) {
+    api_status_t status;
+    const std::string longText(400, 'x');
+    errinfo_set_str(&status, 29, longText.c_str());
+    EXPECT_EQ(status.code, 29);
+    EXPECT_EQ(std::string(status.text), longText.substr(0, sizeof status.text - 1));
+    api_initStatus(&status);
+    EXPECT_EQ(status.code, 0);
+    EXPECT_STREQ(status.text, "");
 }
 
 class UserRights : public SimulatorTest {};
 
-TEST_F(UserRights, OpenGrantsUsersWithCimAccessOnly) {
+TEST_F(UserRights, OpenGrantsUsersWithCimAccessUnlessRefused) {
     EXPECT_EQ(api_ksvOpenForCimserver("admin"), API_OK);
     EXPECT_EQ(api_ksvOpenForCimserver("monitor"), API_OK);
-    EXPECT_EQ(api_ksvOpenForCimserver("guest"), API_E_DENIED);
-    EXPECT_EQ(api_ksvOpenForCimserver("nobody"), API_E_DENIED);
-    EXPECT_EQ(api_ksvOpenForCimserver(""), API_E_DENIED);
+    for (const char* denied : {"guest", "nobody", ""}) {
+        EXPECT_EQ(api_ksvOpenForCimserver(denied), API_E_DENIED) << denied;
+    }
     EXPECT_EQ(api_ksvOpenForCimserver(nullptr), API_E_DENIED);
-}
-
-TEST_F(UserRights, RefusedUserIsDeniedUntilCleared) {
     ksvsim::refuseUser("admin");
     EXPECT_EQ(api_ksvOpenForCimserver("admin"), API_E_DENIED);
     EXPECT_EQ(api_authorizeCIMUser("admin", "192.0.2.99", "ksv_storagesetting.modifyinstance"),
@@ -143,19 +139,6 @@ TEST_F(UserRights, PasswordsAreCheckedExactly) {
     EXPECT_EQ(api_checkUserPassword("admin", ""), API_E_DENIED);
     EXPECT_EQ(api_checkUserPassword("admin", nullptr), API_E_DENIED);
     EXPECT_EQ(api_checkUserPassword("nobody", "admin-pw"), API_E_DENIED);
-}
-
-class StatusRecord : public SimulatorTest {};
-
-TEST_F(StatusRecord, KeepsCodeAndTextCutToFit) {
-    api_status_t status;
-    const std::string longText(400, 'x');
-    errinfo_set_str(&status, 29, longText.c_str());
-    EXPECT_EQ(status.code, 29);
-    EXPECT_EQ(std::string(status.text), longText.substr(0, sizeof status.text - 1));
-    api_initStatus(&status);
-    EXPECT_EQ(status.code, 0);
-    EXPECT_STREQ(status.text, "");
 }
 
 } // namespace

@@ -1,11 +1,16 @@
-// Inheritance as the compiler resolves it: feature order, class origin,
-// propagated flags, overrides, qualifier propagation and flavors, keys,
-// references and methods; and the definitions it must refuse.
+// Classes and instances as the compiler resolves them and the repository
+// hands them out: feature order, class origin, propagated flags, overrides,
+// qualifier flavors, keys, references and methods; getClass options,
+// enumerations and the CIM status of what is not there; and the definitions
+// the compiler must refuse.
+
+#include <functional>
 
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/CIMMethod.h>
 #include <Pegasus/Common/CIMParameter.h>
 #include <Pegasus/Common/CIMProperty.h>
+#include <Pegasus/Common/Exception.h>
 
 #include "MofTestSupport.h"
 
@@ -14,7 +19,7 @@ namespace {
 
 using namespace Pegasus;
 
-const char* const hierarchy = R"(
+const char* const schema = R"(
 [Abstract, Description("root")]
 class T_Base {
     [Key, MaxLen(16)] string Id;
@@ -42,13 +47,28 @@ class T_Link {
 class T_ChildLink : T_Link {
     [Override("Left")] T_Child REF Left;
 };
+
+class R_Module { [Key] string Name; string Location; };
+class R_Capability {
+    [Key] string Module;
+    [Key] string Id;
+    uint16 Types[];
+    string Namespaces[];
+};
+class R_SubCapability : R_Capability { };
+[Association] class R_Uses { [Key] R_Module REF Module; [Key] R_Capability REF Capability; };
+
+instance of R_Module as $Module { Name = "m"; };
+instance of R_Capability as $First { Module = "m"; Id = "1"; Types = {2, 3}; };
+instance of R_SubCapability { Module = "m"; Id = "2"; };
+instance of R_Uses { Module = $Module; Capability = $First; };
 )";
 
 class ClassResolution : public MofTest {
 protected:
     void SetUp() override {
         MofTest::SetUp();
-        repository = compile(hierarchy);
+        repository = compile(schema);
     }
 
     CIMClass full(const char* className) {
@@ -62,10 +82,39 @@ protected:
         return names;
     }
 
+    static Uint32 qualifierCount(const CIMClass& cimClass) {
+        Uint32 count = cimClass.getQualifierCount();
+        for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i)
+            count += cimClass.getProperty(i).getQualifierCount();
+        for (Uint32 i = 0; i < cimClass.getMethodCount(); ++i) {
+            CIMConstMethod method = cimClass.getMethod(i);
+            count += method.getQualifierCount();
+            for (Uint32 j = 0; j < method.getParameterCount(); ++j)
+                count += method.getParameter(j).getQualifierCount();
+        }
+        return count;
+    }
+
+    static std::string names(const Array<CIMName>& list) {
+        std::string text;
+        for (Uint32 i = 0; i < list.size(); ++i)
+            text += utf8(list[i].getString()) + " ";
+        return text;
+    }
+
+    static CIMStatusCode codeOf(const std::function<void()>& operation) {
+        try {
+            operation();
+        } catch (const CIMException& error) {
+            return error.getCode();
+        }
+        return CIM_ERR_SUCCESS;
+    }
+
     ClassRepository repository;
 };
 
-TEST_F(ClassResolution, InheritedPropertiesComeFirstWithTheirOriginAndPropagated) {
+TEST_F(ClassResolution, InheritedPropertiesComeFirstAndOverridesReplaceDefaults) {
     CIMClass child = full("T_Child");
     EXPECT_EQ(propertyNames(child), "Id Untouched Size Extra ");
     struct Expected {
@@ -80,9 +129,6 @@ TEST_F(ClassResolution, InheritedPropertiesComeFirstWithTheirOriginAndPropagated
         EXPECT_EQ(utf8(property.getClassOrigin().getString()), e.origin) << e.name;
         EXPECT_EQ(property.getPropagated(), e.propagated) << e.name;
     }
-}
-
-TEST_F(ClassResolution, OverridesReplaceDefaultsDownTheHierarchy) {
     CIMClass grandchild = full("T_Grandchild");
     CIMConstProperty size = grandchild.getProperty(grandchild.findProperty("size"));
     EXPECT_EQ(utf8(size.getValue().toString()), "2");
@@ -141,7 +187,113 @@ TEST_F(ClassResolution, MethodsKeepParametersAndAreInherited) {
     EXPECT_EQ(qualifierText(reply, "Out"), "TRUE");
 }
 
-TEST_F(ClassResolution, RefusedDefinitionsNameTheirLine) {
+TEST_F(ClassResolution, GetClassOptionsFilterIndependently) {
+    CIMClass local = repository.getClass(testNamespace, "T_Child", true, true, true);
+    EXPECT_EQ(propertyNames(local), "Size Extra ");
+    EXPECT_EQ(local.getMethodCount(), 0u);
+    EXPECT_EQ(local.findQualifier("Description"), PEG_NOT_FOUND) << "propagated class qualifier";
+    CIMConstProperty size = local.getProperty(local.findProperty("Size"));
+    EXPECT_EQ(qualifierText(size, "Description"), "child size");
+    EXPECT_EQ(size.findQualifier("Units"), PEG_NOT_FOUND) << "propagated property qualifier";
+
+    CIMClass bare = repository.getClass(testNamespace, "T_Child", false, false, false);
+    EXPECT_EQ(bare.getPropertyCount(), 4u);
+    EXPECT_EQ(qualifierCount(bare), 0u);
+    for (Uint32 i = 0; i < bare.getPropertyCount(); ++i)
+        EXPECT_TRUE(bare.getProperty(i).getClassOrigin().isNull());
+    EXPECT_TRUE(bare.getMethod(0).getClassOrigin().isNull());
+
+    Array<CIMName> wanted;
+    wanted.append("extra");
+    wanted.append("NoSuchProperty");
+    CIMClass listed =
+        repository.getClass(testNamespace, "T_Child", false, true, true, CIMPropertyList(wanted));
+    EXPECT_EQ(propertyNames(listed), "Extra ");
+    EXPECT_EQ(listed.getMethodCount(), 1u) << "a property list leaves methods alone";
+    EXPECT_GT(qualifierCount(listed), 0u);
+    EXPECT_EQ(repository
+                  .getClass(testNamespace, "T_Child", false, true, true,
+                            CIMPropertyList(Array<CIMName>()))
+                  .getPropertyCount(),
+              0u);
+
+    // Names ignore case, and each answer is a copy of its own.
+    CIMClass first = repository.getClass("ROOT/Test", "t_CHILD", false, true, true);
+    EXPECT_EQ(utf8(first.getClassName().getString()), "T_Child");
+    first.removeProperty(0);
+    EXPECT_EQ(full("T_Child").getPropertyCount(), 4u);
+}
+
+TEST_F(ClassResolution, ClassEnumerationFollowsDefinitionOrder) {
+    EXPECT_EQ(names(repository.enumerateClassNames(testNamespace, CIMName(), false)),
+              "T_Base T_Link R_Module R_Capability R_Uses ");
+    EXPECT_EQ(names(repository.enumerateClassNames(testNamespace, "T_Base", false)), "T_Child ");
+    EXPECT_EQ(names(repository.enumerateClassNames(testNamespace, "T_Base", true)),
+              "T_Child T_Grandchild ");
+    EXPECT_EQ(repository.enumerateClassNames(testNamespace, CIMName(), true).size(), 9u);
+    Array<CIMClass> local =
+        repository.enumerateClasses(testNamespace, "T_Base", true, true, false, false);
+    ASSERT_EQ(local.size(), 2u);
+    EXPECT_EQ(propertyNames(local[1]), "Extra ") << "T_Grandchild defines only its override";
+    EXPECT_TRUE(repository.isSubclassOf(testNamespace, "T_Grandchild", "t_base"));
+    EXPECT_TRUE(repository.isSubclassOf(testNamespace, "T_Base", "T_Base"));
+    EXPECT_FALSE(repository.isSubclassOf(testNamespace, "T_Base", "T_Child"));
+    EXPECT_FALSE(repository.isSubclassOf(testNamespace, "T_Nowhere", "T_Base"));
+}
+
+TEST_F(ClassResolution, QualifierDeclarationsKeepTypeScopeAndFlavor) {
+    CIMQualifierDecl key = repository.getQualifier(testNamespace, "KEY");
+    EXPECT_EQ(key.getType(), CIMTYPE_BOOLEAN);
+    EXPECT_TRUE(key.getScope().hasScope(CIMScope::PROPERTY));
+    EXPECT_FALSE(key.getScope().hasScope(CIMScope::CLASS));
+    EXPECT_TRUE(key.getFlavor().hasFlavor(CIMFlavor::DISABLEOVERRIDE));
+    CIMQualifierDecl values = repository.getQualifier(testNamespace, "Values");
+    EXPECT_TRUE(values.isArray());
+    EXPECT_TRUE(values.getFlavor().hasFlavor(CIMFlavor::TRANSLATABLE));
+    EXPECT_FALSE(repository.getQualifier(testNamespace, "Abstract")
+                     .getFlavor()
+                     .hasFlavor(CIMFlavor::TOSUBCLASS));
+}
+
+TEST_F(ClassResolution, InstancesAreEnumeratedWithSubclassesAndFoundByKeys) {
+    Array<CIMObjectPath> paths = repository.enumerateInstanceNames(testNamespace, "R_Capability");
+    ASSERT_EQ(paths.size(), 2u);
+    EXPECT_EQ(utf8(paths[1].getClassName().getString()), "R_SubCapability");
+    EXPECT_EQ(utf8(paths[0].getNameSpace().getString()), testNamespace);
+
+    CIMInstance first = repository.getInstance(
+        testNamespace, CIMObjectPath("//otherhost/root/test:R_Capability.Id=\"1\",Module=\"m\""));
+    CIMConstProperty types = first.getProperty(first.findProperty("Types"));
+    EXPECT_EQ(utf8(types.getValue().toString()), "2 3 ");
+    EXPECT_FALSE(types.getPropagated());
+    CIMConstProperty unset = first.getProperty(first.findProperty("Namespaces"));
+    EXPECT_TRUE(unset.getValue().isNull());
+    EXPECT_TRUE(unset.getPropagated()) << "a property the MOF leaves out takes the class default";
+
+    CIMInstance uses = repository.enumerateInstances(testNamespace, "R_Uses")[0];
+    CIMObjectPath capability;
+    uses.getProperty(uses.findProperty("Capability")).getValue().get(capability);
+    EXPECT_TRUE(capability.identical(first.getPath())) << "an alias stands for the path";
+}
+
+TEST_F(ClassResolution, AbsentThingsGiveTheirCimStatus) {
+    const std::pair<std::function<void()>, CIMStatusCode> cases[] = {
+        {[&] { repository.getClass("root/none", "T_Base", false, true, true); },
+         CIM_ERR_INVALID_NAMESPACE},
+        {[&] { repository.getClass(testNamespace, "T_None", false, true, true); },
+         CIM_ERR_NOT_FOUND},
+        {[&] { repository.enumerateClassNames(testNamespace, "T_None", false); },
+         CIM_ERR_INVALID_CLASS},
+        {[&] { repository.enumerateInstances(testNamespace, "T_None"); }, CIM_ERR_INVALID_CLASS},
+        {[&] { repository.getQualifier(testNamespace, "Colour"); }, CIM_ERR_NOT_FOUND},
+        {[&] { repository.getInstance(testNamespace, CIMObjectPath("R_Module.Name=\"other\"")); },
+         CIM_ERR_NOT_FOUND},
+    };
+    for (const auto& [operation, code] : cases)
+        EXPECT_EQ(codeOf(operation), code);
+}
+
+TEST_F(ClassResolution, RefusedDefinitionsNameFileAndLine) {
     struct Case {
         const char* text;
         unsigned line;
@@ -152,34 +304,40 @@ TEST_F(ClassResolution, RefusedDefinitionsNameTheirLine) {
         {"class X : T_Nowhere { };", 1, "superclass T_Nowhere of class X is not defined"},
         {"\n[Colour(\"red\")] class X { };", 2, "qualifier Colour is not declared in namespace"},
         {"[Key] class X { };", 1, "qualifier Key is not allowed in scope class"},
-        {"class X : T_Base {\n [Override(\"Nothing\")] string Nothing; };", 2,
-         "X.Nothing is marked Override, but no superclass of X has a property named Nothing"},
-        {"class X : T_Base {\n\n string Untouched; };", 3,
-         "X.Untouched redefines the inherited property without the Override qualifier"},
-        {"class X : T_Base { [Override(\"Id\")] string Untouched; };", 1,
-         "names Id instead of Untouched"},
+        {"class X : T_Base {\n [Override(\"N\")] string N; };", 2, "X.N is marked Override"},
+        {"class X : T_Base {\n\n string Untouched; };", 3, "without the Override qualifier"},
+        {"class X : T_Base { [Override(\"Id\")] string Size; };", 1, "names Id instead of Size"},
         {"class X : T_Base {\n [Override(\"Size\")] uint32 Size; };", 2,
          "X.Size is declared uint32 but the inherited property is uint64"},
         {"class X {\n T_Base REF R; };", 2, "class X is no association but declares reference R"},
         {"[Association] class X { [Key] T_None REF R; };", 1, "class T_None named by a reference"},
         {"[Association] class X : T_ChildLink {\n [Override(\"Left\")] T_Base REF Left; };", 2,
          "must refer to T_Child or a subclass of it, not T_Base"},
-        {"class X : T_Child {\n [Key] string Other; };", 2,
-         "class X adds key property Other, but its superclass T_Child already has keys"},
+        {"class X : T_Child {\n [Key] string O; };", 2, "superclass T_Child already has keys"},
         {"class X : T_Child { [Override(\"Untouched\"), Key] string Untouched; };", 1,
          "adds key property Untouched"},
-        {"[Association(false)] class X : T_Link { };", 1,
-         "changes the inherited value, but it has flavor DisableOverride"},
+        {"[Association(false)] class X : T_Link { };", 1, "changes the inherited value"},
         {"class X : T_Base { [Override(\"Id\"), Key : EnableOverride] string Id; };", 1,
          "has flavor DisableOverride and cannot be made overridable"},
         {"class X { string A;\n string a; };", 2, "property X.a is declared twice"},
-        {"[Description(\"a\"), description(\"b\")] class X { };", 1,
-         "qualifier description appears twice on class X"},
+        {"[Description(\"a\"), description(\"b\")] class X { };", 1, "appears twice on class X"},
         {"class X { uint32 M([IN] T_None REF R); };", 1, "class T_None named by a reference"},
-        {"\nQualifier Key : boolean = false, Scope(property);", 2,
-         "qualifier Key is already defined at"},
+        {"\nQualifier Key : boolean = false, Scope(property);", 2, "Key is already defined at"},
         {"Qualifier Q : string, Scope(nowhere);", 1, "unknown scope 'nowhere'"},
         {"class X {\n [MaxLen(\"x\")] string S; };", 2, "expected a value of type uint32"},
+        {"\ninstance of R_Nowhere { Name = \"x\"; };", 2, "class R_Nowhere, which is not defined"},
+        {"[Abstract] class R_Abstract { [Key] string K; };\ninstance of R_Abstract { K = \"x\"; };",
+         2, "class R_Abstract is abstract"},
+        {"instance of R_Module {\n Name = \"x\";\n Colour = \"red\"; };", 3,
+         "has no property Colour"},
+        {"instance of R_Module { Name = \"x\";\n name = \"y\"; };", 2,
+         "property name is given twice"},
+        {"instance of R_Module {\n Name = 7; };", 2, "expected a value of type string"},
+        {"instance of R_Module { Location = \"x\"; };", 1, "has no value for key property Name"},
+        {"\n\ninstance of R_Module { Name = \"m\"; };", 3, "is already defined at test.mof:"},
+        {"instance of R_Uses {\n Module = $Nobody; Capability = $First; };", 2,
+         "alias $Nobody is not defined"},
+        {"instance of R_Module as $Module { Name = \"n\"; };", 1, "alias $Module is already used"},
     };
     for (const Case& c : cases) {
         MofError error = errorOf(c.text, "bad.mof");

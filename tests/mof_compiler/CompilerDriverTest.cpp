@@ -81,49 +81,34 @@ TEST(MofCompilerFiles, DefaultNamespaceAndIncludePathsComeFromTheOptions) {
     EXPECT_TRUE(compiler.repository().isSubclassOf("root/elsewhere", "User", "Shared"));
 }
 
-TEST(MofCompilerFiles, ErrorsInIncludedFilesNameThatFileAndLine) {
+TEST(MofCompilerFiles, ErrorsNameTheFileAndLineWhereTheyArise) {
     MofTree tree;
-    std::string top = tree.write("top.mof", "// top\n#pragma include (\"inner.mof\")\n");
-    std::string inner = tree.write("inner.mof", "class Good { string K; };\n\n"
-                                                "class Bad : Missing { };\n");
-    MofCompiler compiler;
-    MofError error = errorCompiling(compiler, top);
-    EXPECT_EQ(error.location().file, inner);
-    EXPECT_EQ(error.location().line, 3u);
-    EXPECT_NE(std::string(error.what()).find(inner + ":3:1: error: superclass Missing"),
-              std::string::npos)
-        << error.what();
-}
-
-TEST(MofCompilerFiles, BadIncludesAndPragmasAreReportedAtThePragma) {
-    MofTree tree;
-    struct Case {
-        const char* text;
+    tree.write("top.mof", "// top\n#pragma include (\"inner.mof\")\n");
+    tree.write("inner.mof", "class Good { string K; };\n\nclass Bad : Missing { };\n");
+    tree.write("absent.mof", "\n#pragma include (\"nowhere.mof\")\n");
+    tree.write("namespace.mof", "#pragma namespace (\"root//x\")\n");
+    tree.write("cycle-a.mof", "#pragma include (\"cycle-b.mof\")\n");
+    tree.write("cycle-b.mof", "\n#pragma include (\"cycle-a.mof\")\n");
+    const struct {
+        const char* compiled;
+        const char* file;
         unsigned line;
         const char* expected;
+    } cases[] = {
+        {"top.mof", "inner.mof", 3, "superclass Missing of class Bad"},
+        {"absent.mof", "absent.mof", 2, "included file nowhere.mof not found"},
+        {"namespace.mof", "namespace.mof", 1, "\"root//x\" is not a valid namespace name"},
+        {"cycle-a.mof", "cycle-b.mof", 2, "is included again while it is being compiled"},
+        {"never-written.mof", "never-written.mof", 0, "cannot read file"},
     };
-    tree.write("cycle-b.mof", "\n#pragma include (\"cycle-a.mof\")\n");
-    tree.write("cycle-a.mof", "#pragma include (\"cycle-b.mof\")\n");
-    const Case cases[] = {
-        {"\n#pragma include (\"absent.mof\")\n", 2, "included file absent.mof not found"},
-        {"#pragma namespace (\"root//x\")\n", 1, "\"root//x\" is not a valid namespace name"},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         MofCompiler compiler;
-        MofError error = errorCompiling(compiler, tree.write("case.mof", c.text));
-        EXPECT_EQ(error.location().line, c.line) << c.text;
+        MofError error = errorCompiling(compiler, tree.path(c.compiled));
+        EXPECT_EQ(error.location().file, tree.path(c.file)) << c.compiled;
+        EXPECT_EQ(error.location().line, c.line) << c.compiled;
         EXPECT_NE(error.message().find(c.expected), std::string::npos) << error.what();
+        EXPECT_EQ(error.what(), error.location().toString() + ": error: " + error.message());
     }
-    MofCompiler compiler;
-    MofError cycle = errorCompiling(compiler, tree.path("cycle-a.mof"));
-    EXPECT_EQ(cycle.location().file, tree.path("cycle-b.mof"));
-    EXPECT_EQ(cycle.location().line, 2u);
-    EXPECT_NE(cycle.message().find("is included again while it is being compiled"),
-              std::string::npos)
-        << cycle.what();
-
-    MofError missing = errorCompiling(compiler, tree.path("never-written.mof"));
-    EXPECT_NE(missing.message().find("cannot read file"), std::string::npos);
 }
 
 TEST(MofCompilerFiles, UnknownPragmasAreWarnedAboutAndIgnored) {

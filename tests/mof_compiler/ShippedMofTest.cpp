@@ -1,9 +1,10 @@
 // The MOF shipped under mof/: it compiles, every property the providers set
-// resolves with the type they write, the associations reach the KSV classes,
-// and the registration names classes that exist.
+// resolves with the type they write, classes and associations have the bases
+// and keys their paths use, and the registration names what exists.
 
 #include <map>
 #include <set>
+#include <sstream>
 
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/CIMMethod.h>
@@ -29,8 +30,8 @@ protected:
         repository = compiler.repository();
     }
 
-    static CIMClass classIn(const char* nameSpace, const char* className) {
-        return repository.getClass(nameSpace, className, false, true, true);
+    static CIMClass classIn(const char* nameSpace, const std::string& className) {
+        return repository.getClass(nameSpace, className.c_str(), false, true, true);
     }
 
     static std::string text(const CIMConstInstance& instance, const char* property) {
@@ -46,201 +47,128 @@ TEST_F(ShippedMof, CompilesWithoutWarnings) {
 }
 
 TEST(ShippedMofFiles, EachNamespaceFileCompilesOverTheSchemaItNeeds) {
-    struct Case {
-        const char* nameSpace;
-        std::vector<const char*> files;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, std::vector<const char*>> cases[] = {
         {"root/ksv", {"dmtf/CIM_Schema.mof", "root_ksv.mof"}},
         {"root/PG_Internal", {"dmtf/CIM_Qualifiers.mof", "root_PG_Internal.mof"}},
         {"root/PG_InterOp",
          {"dmtf/CIM_Schema.mof", "registration/PG_ProviderRegistration.mof",
           "root_PG_InterOp.mof"}},
     };
-    for (const Case& c : cases) {
-        MofCompiler compiler(MofCompilerOptions{c.nameSpace, {}});
-        for (const char* file : c.files)
+    for (const auto& [nameSpace, files] : cases) {
+        MofCompiler compiler(MofCompilerOptions{nameSpace, {}});
+        for (const char* file : files)
             EXPECT_NO_THROW(compiler.compileFile(shippedMof(file))) << file;
-        EXPECT_EQ(compiler.repository().enumerateNameSpaces().size(), 1u) << c.nameSpace;
+        EXPECT_EQ(compiler.repository().enumerateNameSpaces().size(), 1u) << nameSpace;
     }
 }
 
-// Every property the instance providers write, with the type they write.
+// Every property the instance providers write, grouped by the type they write.
 TEST_F(ShippedMof, ProviderPropertiesResolveWithTheirTypes) {
-    struct Row {
-        const char* className;
-        const char* property;
-        CIMType type;
-        bool isArray;
-    };
-    const CIMType u16 = CIMTYPE_UINT16, u32 = CIMTYPE_UINT32, u64 = CIMTYPE_UINT64,
-                  str = CIMTYPE_STRING, boolean = CIMTYPE_BOOLEAN;
     const char* const drive = "KSV_DiskDrive";
     const char* const extent = "KSV_DiskStorageExtent";
-    const char* const package = "KSV_DiskDrivePackage";
     const char* const identity = "KSV_DiskSoftwareIdentity";
-    const Row rows[] = {
-        {drive, "SystemCreationClassName", str, false},
-        {drive, "SystemName", str, false},
-        {drive, "CreationClassName", str, false},
-        {drive, "DeviceID", str, false},
-        {drive, "Position", u16, false},
-        {drive, "ID", u32, false},
-        {drive, "CageType", u16, false},
-        {drive, "Name", str, false},
-        {drive, "ElementName", str, false},
-        {drive, "MaxMediaSize", u64, false},
-        {drive, "ChunkSize", u64, false},
-        {drive, "DefaultBlockSize", u64, false},
-        {drive, "MaxBlockSize", u64, false},
-        {drive, "MinBlockSize", u64, false},
-        {drive, "OperationalStatus", u16, true},
-        {drive, "OtherOperationalStatus", u16, false},
-        {drive, "Availability", u16, false},
-        {drive, "Capabilities", u16, true},
-        {drive, "HealthState", u16, false},
-        {drive, "DeviceType", u16, false},
-        {drive, "InterconnectType", u16, false},
-        {drive, "DiskType", u16, false},
-        {drive, "LocationIndicator", u16, false},
-        {drive, "FormFactor", u16, false},
-        {drive, "Encryption", u16, false},
-        {drive, "Temperature", u16, false},
-        {drive, "IsLDAllocateable", boolean, false},
-        {drive, "StateOnLoopA", u16, false},
-        {drive, "StateOnLoopB", u16, false},
-        {drive, "AlpaOnLoopA", u16, false},
-        {drive, "AlpaOnLoopB", u16, false},
-        {drive, "ChunksNormalUsedOK", u32, false},
-        {drive, "ChunksNormalUsedFail", u32, false},
-        {drive, "ChunksNormalUnusedFree", u32, false},
-        {drive, "ChunksNormalUnusedUninit", u32, false},
-        {drive, "ChunksNormalUnusedFail", u32, false},
-        {drive, "ChunksSpareUsedOK", u32, false},
-        {drive, "ChunksSpareUsedFail", u32, false},
-        {drive, "ChunksSpareUnusedFree", u32, false},
-        {drive, "ChunksSpareUnusedUninit", u32, false},
-        {drive, "ChunksSpareUnusedFail", u32, false},
-        {drive, "CorrectableReadErrors", u64, false},
-        {drive, "UncorrectableReadErrors", u64, false},
-        {drive, "CorrectableWriteErrors", u64, false},
-        {drive, "UncorrectableWriteErrors", u64, false},
-        {drive, "SystemLED", u16, false},
-        {drive, "WearLevelRemain", u32, false},
-        {drive, "DiskSpeed", u32, false},
-        {drive, "RPM", u32, false},
-        {drive, "MediaType", u32, false},
-        {drive, "IsESI", boolean, false},
-        {drive, "ESIState", u16, false},
-        {drive, "InitiatorPortA", str, true},
-        {drive, "InitiatorPortB", str, true},
-        {drive, "PrimaryPortPath", str, false},
-        {package, "CreationClassName", str, false},
-        {package, "Tag", str, false},
-        {package, "Manufacturer", str, false},
-        {package, "Model", str, false},
-        {package, "SerialNumber", str, false},
-        {identity, "InstanceID", str, false},
-        {identity, "Manufacturer", str, false},
-        {identity, "VersionString", str, false},
-        {identity, "FirmwareStatus", u16, false},
-        {extent, "SystemCreationClassName", str, false},
-        {extent, "SystemName", str, false},
-        {extent, "CreationClassName", str, false},
-        {extent, "DeviceID", str, false},
-        {extent, "Access", u16, false},
-        {extent, "BlockSize", u64, false},
-        {extent, "NumberOfBlocks", u64, false},
-        {extent, "ConsumableBlocks", u64, false},
-        {extent, "OperationalStatus", u16, true},
-        {extent, "Primordial", boolean, false},
-        {extent, "HealthState", u16, false},
-        {extent, "ExtentDiscriminator", str, true},
-        {extent, "ExtentStatus", u16, true},
-        {"KSV_VolumeBasedOnDiskExtent", "StartingAddress", u64, false},
-        {"KSV_VolumeBasedOnDiskExtent", "EndingAddress", u64, false},
+    const struct {
+        const char* className;
+        const char* type;
+        const char* properties;
+    } rows[] = {
+        {drive, "string",
+         "SystemCreationClassName SystemName CreationClassName DeviceID Name ElementName "
+         "PrimaryPortPath"},
+        {drive, "string[]", "InitiatorPortA InitiatorPortB"},
+        {drive, "uint16",
+         "Position CageType OtherOperationalStatus Availability HealthState DeviceType "
+         "InterconnectType DiskType LocationIndicator FormFactor Encryption Temperature "
+         "StateOnLoopA StateOnLoopB AlpaOnLoopA AlpaOnLoopB SystemLED ESIState"},
+        {drive, "uint16[]", "OperationalStatus Capabilities"},
+        {drive, "uint32",
+         "ID ChunksNormalUsedOK ChunksNormalUsedFail ChunksNormalUnusedFree "
+         "ChunksNormalUnusedUninit ChunksNormalUnusedFail ChunksSpareUsedOK ChunksSpareUsedFail "
+         "ChunksSpareUnusedFree ChunksSpareUnusedUninit ChunksSpareUnusedFail WearLevelRemain "
+         "DiskSpeed RPM MediaType"},
+        {drive, "uint64",
+         "MaxMediaSize ChunkSize DefaultBlockSize MaxBlockSize MinBlockSize CorrectableReadErrors "
+         "UncorrectableReadErrors CorrectableWriteErrors UncorrectableWriteErrors"},
+        {drive, "boolean", "IsLDAllocateable IsESI"},
+        {"KSV_DiskDrivePackage", "string", "CreationClassName Tag Manufacturer Model SerialNumber"},
+        {identity, "string", "InstanceID Manufacturer VersionString"},
+        {identity, "uint16", "FirmwareStatus"},
+        {extent, "string", "SystemCreationClassName SystemName CreationClassName DeviceID"},
+        {extent, "string[]", "ExtentDiscriminator"},
+        {extent, "uint16", "Access HealthState"},
+        {extent, "uint16[]", "OperationalStatus ExtentStatus"},
+        {extent, "uint64", "BlockSize NumberOfBlocks ConsumableBlocks"},
+        {extent, "boolean", "Primordial"},
+        {"KSV_VolumeBasedOnDiskExtent", "uint64", "StartingAddress EndingAddress"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         CIMClass cimClass = classIn(ksv, row.className);
-        Uint32 index = cimClass.findProperty(row.property);
-        ASSERT_NE(index, PEG_NOT_FOUND) << row.className << "." << row.property;
-        CIMConstProperty property = cimClass.getProperty(index);
-        EXPECT_EQ(property.getType(), row.type) << row.className << "." << row.property;
-        EXPECT_EQ(property.isArray(), row.isArray) << row.className << "." << row.property;
+        std::istringstream names(row.properties);
+        for (std::string name; names >> name;) {
+            Uint32 index = cimClass.findProperty(name.c_str());
+            ASSERT_NE(index, PEG_NOT_FOUND) << row.className << "." << name;
+            CIMConstProperty property = cimClass.getProperty(index);
+            EXPECT_EQ(cimTypeToString(property.getType()) +
+                          std::string(property.isArray() ? "[]" : ""),
+                      row.type)
+                << row.className << "." << name;
+        }
     }
 }
 
-TEST_F(ShippedMof, ClassesDeriveFromTheirStandardBasesWithTheKeysPathsUse) {
-    struct Row {
+// The keys of each class, sorted, a reference key with the class it refers to.
+TEST_F(ShippedMof, ClassesAndAssociationsHaveTheBasesAndKeysPathsUse) {
+    const char* const deviceKeys = "creationclassname deviceid systemcreationclassname systemname";
+    const char* const packageKeys = "creationclassname tag";
+    const struct {
         const char* className;
         const char* superClass;
-        const char* keys; // sorted, blank-separated
-    };
-    const char* const deviceKeys = "creationclassname deviceid systemcreationclassname systemname";
-    const Row rows[] = {
+        const char* keys;
+    } rows[] = {
         {"KSV_DiskDrive", "CIM_DiskDrive", deviceKeys},
         {"KSV_DiskStorageExtent", "CIM_StorageExtent", deviceKeys},
-        {"KSV_DiskDrivePackage", "CIM_PhysicalPackage", "creationclassname tag"},
+        {"KSV_DiskDrivePackage", "CIM_PhysicalPackage", packageKeys},
         {"KSV_DiskSoftwareIdentity", "CIM_SoftwareIdentity", "instanceid"},
         {"KSV_StorageSystem", "CIM_ComputerSystem", "creationclassname name"},
-        {"KSV_SystemPackage", "CIM_PhysicalPackage", "creationclassname tag"},
+        {"KSV_SystemPackage", "CIM_PhysicalPackage", packageKeys},
         {"KSV_StorageSystemView", "CIM_View", "instanceid"},
         {"KSV_StoragePool", "CIM_StoragePool", "instanceid"},
         {"KSV_StorageVolume", "CIM_StorageVolume", deviceKeys},
-        {"KSV_Magazine", "CIM_PhysicalPackage", "creationclassname tag"},
-        {"KSV_DiskBay", "KSV_Magazine", "creationclassname tag"},
+        {"KSV_Magazine", "CIM_PhysicalPackage", packageKeys},
+        {"KSV_DiskBay", "KSV_Magazine", packageKeys},
+        {"KSV_SystemDisk", "CIM_SystemDevice",
+         "groupcomponent:KSV_StorageSystem partcomponent:KSV_DiskDrive"},
+        {"KSV_SystemExtent", "CIM_SystemDevice",
+         "groupcomponent:KSV_StorageSystem partcomponent:KSV_DiskStorageExtent"},
+        {"KSV_DiskPackageRealizes", "CIM_Realizes",
+         "antecedent:KSV_DiskDrivePackage dependent:KSV_DiskDrive"},
+        {"KSV_AssociatedPrimordialDisks", "CIM_AssociatedComponentExtent",
+         "groupcomponent:KSV_StoragePool partcomponent:KSV_DiskStorageExtent"},
+        {"KSV_VolumeBasedOnDiskExtent", "CIM_BasedOn",
+         "antecedent:KSV_DiskStorageExtent dependent:KSV_StorageVolume"},
+        {"KSV_DiskSoftware", "CIM_ElementSoftwareIdentity",
+         "antecedent:KSV_DiskSoftwareIdentity dependent:KSV_DiskDrive"},
+        {"KSV_DiskPresent", "CIM_MediaPresent",
+         "antecedent:KSV_DiskDrive dependent:KSV_DiskStorageExtent"},
+        {"KSV_MagazineContainer", "CIM_Container",
+         "groupcomponent:KSV_Magazine partcomponent:KSV_DiskDrivePackage"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         CIMClass cimClass = classIn(ksv, row.className);
         EXPECT_EQ(utf8(cimClass.getSuperClassName().getString()), row.superClass);
-        Array<CIMName> keyNames;
-        cimClass.getKeyNames(keyNames);
         std::set<std::string> keys;
-        for (Uint32 i = 0; i < keyNames.size(); ++i)
-            keys.insert(foldName(keyNames[i]));
+        for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
+            CIMConstProperty property = cimClass.getProperty(i);
+            if (qualifierText(property, "Key") != "TRUE")
+                continue;
+            std::string reference = utf8(property.getReferenceClassName().getString());
+            keys.insert(foldName(property.getName()) + (reference.empty() ? "" : ":" + reference));
+        }
         std::string joined;
         for (const std::string& key : keys)
             joined += (joined.empty() ? "" : " ") + key;
         EXPECT_EQ(joined, row.keys) << row.className;
-    }
-}
-
-TEST_F(ShippedMof, AssociationRolesAreKeyedReferencesToTheKsvClasses) {
-    struct Row {
-        const char* association;
-        const char* superClass;
-        const char* role;
-        const char* referenceClass;
-    };
-    const Row rows[] = {
-        {"KSV_SystemDisk", "CIM_SystemDevice", "GroupComponent", "KSV_StorageSystem"},
-        {"KSV_SystemDisk", "CIM_SystemDevice", "PartComponent", "KSV_DiskDrive"},
-        {"KSV_SystemExtent", "CIM_SystemDevice", "GroupComponent", "KSV_StorageSystem"},
-        {"KSV_SystemExtent", "CIM_SystemDevice", "PartComponent", "KSV_DiskStorageExtent"},
-        {"KSV_DiskPackageRealizes", "CIM_Realizes", "Antecedent", "KSV_DiskDrivePackage"},
-        {"KSV_DiskPackageRealizes", "CIM_Realizes", "Dependent", "KSV_DiskDrive"},
-        {"KSV_AssociatedPrimordialDisks", "CIM_AssociatedComponentExtent", "GroupComponent",
-         "KSV_StoragePool"},
-        {"KSV_AssociatedPrimordialDisks", "CIM_AssociatedComponentExtent", "PartComponent",
-         "KSV_DiskStorageExtent"},
-        {"KSV_VolumeBasedOnDiskExtent", "CIM_BasedOn", "Antecedent", "KSV_DiskStorageExtent"},
-        {"KSV_VolumeBasedOnDiskExtent", "CIM_BasedOn", "Dependent", "KSV_StorageVolume"},
-        {"KSV_DiskSoftware", "CIM_ElementSoftwareIdentity", "Antecedent",
-         "KSV_DiskSoftwareIdentity"},
-        {"KSV_DiskSoftware", "CIM_ElementSoftwareIdentity", "Dependent", "KSV_DiskDrive"},
-        {"KSV_DiskPresent", "CIM_MediaPresent", "Antecedent", "KSV_DiskDrive"},
-        {"KSV_DiskPresent", "CIM_MediaPresent", "Dependent", "KSV_DiskStorageExtent"},
-        {"KSV_MagazineContainer", "CIM_Container", "GroupComponent", "KSV_Magazine"},
-        {"KSV_MagazineContainer", "CIM_Container", "PartComponent", "KSV_DiskDrivePackage"},
-    };
-    for (const Row& row : rows) {
-        CIMClass association = classIn(ksv, row.association);
-        EXPECT_TRUE(association.isAssociation()) << row.association;
-        EXPECT_EQ(utf8(association.getSuperClassName().getString()), row.superClass);
-        CIMConstProperty role = association.getProperty(association.findProperty(row.role));
-        EXPECT_EQ(utf8(role.getReferenceClassName().getString()), row.referenceClass)
-            << row.association << "." << row.role;
-        EXPECT_EQ(qualifierText(role, "Key"), "TRUE") << row.association << "." << row.role;
+        EXPECT_EQ(cimClass.isAssociation(), joined.find(':') != std::string::npos) << row.className;
     }
 }
 
@@ -257,38 +185,82 @@ TEST_F(ShippedMof, OnlyTheLocateIndicatorOfADiskIsWritable) {
 }
 
 TEST_F(ShippedMof, InternalCacheMethodsHaveOneOutputEach) {
-    struct Row {
-        const char* method;
-        const char* output;
-        CIMType type;
-    };
-    const Row rows[] = {
-        {"GetSystemName", "SystemName", CIMTYPE_STRING},
-        {"GetSystemID", "SystemID", CIMTYPE_UINT32},
-        {"IsQuadPortSystem", "IsQuadPort", CIMTYPE_UINT8},
-        {"GetSystemType", "SystemType", CIMTYPE_SINT32},
-        {"GetSystemHostName", "SystemHostName", CIMTYPE_STRING},
-        {"GetSystemAddress", "SystemAddress", CIMTYPE_STRING},
-    };
     CIMClass cache = classIn("root/PG_Internal", "KSV_InternalCache");
     Array<CIMName> keys;
     cache.getKeyNames(keys);
     ASSERT_EQ(keys.size(), 1u);
     EXPECT_EQ(utf8(keys[0].getString()), "InstanceID");
-    EXPECT_EQ(cache.getMethodCount(), 6u);
-    for (const Row& row : rows) {
-        CIMConstMethod method = cache.getMethod(cache.findMethod(row.method));
-        EXPECT_EQ(method.getType(), CIMTYPE_UINT32) << row.method;
-        ASSERT_EQ(method.getParameterCount(), 1u) << row.method;
-        CIMConstParameter output = method.getParameter(0);
-        EXPECT_EQ(utf8(output.getName().getString()), row.output);
-        EXPECT_EQ(output.getType(), row.type) << row.method;
-        EXPECT_EQ(qualifierText(output, "Out"), "TRUE") << row.method;
-        EXPECT_EQ(qualifierText(output, "In"), "FALSE") << row.method;
+    std::vector<std::string> signatures;
+    for (Uint32 i = 0; i < cache.getMethodCount(); ++i) {
+        CIMConstMethod method = cache.getMethod(i);
+        std::string signature = std::string(cimTypeToString(method.getType())) + " " +
+                                utf8(method.getName().getString()) + "(";
+        for (Uint32 j = 0; j < method.getParameterCount(); ++j) {
+            CIMConstParameter parameter = method.getParameter(j);
+            signature += "[IN(" + qualifierText(parameter, "In") + "), OUT(" +
+                         qualifierText(parameter, "Out") + ")] " +
+                         cimTypeToString(parameter.getType()) + " " +
+                         utf8(parameter.getName().getString());
+        }
+        signatures.push_back(signature + ")");
     }
+    EXPECT_EQ(signatures,
+              (std::vector<std::string>{
+                  "uint32 GetSystemName([IN(FALSE), OUT(TRUE)] string SystemName)",
+                  "uint32 GetSystemID([IN(FALSE), OUT(TRUE)] uint32 SystemID)",
+                  "uint32 IsQuadPortSystem([IN(FALSE), OUT(TRUE)] uint8 IsQuadPort)",
+                  "uint32 GetSystemType([IN(FALSE), OUT(TRUE)] sint32 SystemType)",
+                  "uint32 GetSystemHostName([IN(FALSE), OUT(TRUE)] string SystemHostName)",
+                  "uint32 GetSystemAddress([IN(FALSE), OUT(TRUE)] string SystemAddress)",
+              }));
 }
 
-TEST_F(ShippedMof, RegistrationCoversTheTwelveDiskProviders) {
+// The disk module with its twelve providers; every capability belongs to a
+// registered provider of a registered module and names an existing class of
+// the right kind.
+TEST_F(ShippedMof, RegistrationCoversTheDiskProvidersAndNamesWhatExists) {
+    CIMInstance module = repository.getInstance(
+        interop, CIMObjectPath("PG_ProviderModule.Name=\"KSV_DiskDriveProviderModule\""));
+    EXPECT_EQ(text(module, "Location"), "KSV_DiskDriveProvider");
+    EXPECT_EQ(text(module, "InterfaceType"), "C++Default");
+    EXPECT_EQ(text(module, "InterfaceVersion"), "2.6.0");
+
+    std::set<std::string> modules, providers, served;
+    Array<CIMInstance> instances = repository.enumerateInstances(interop, "PG_ProviderModule");
+    for (Uint32 i = 0; i < instances.size(); ++i)
+        modules.insert(text(instances[i], "Name"));
+    instances = repository.enumerateInstances(interop, "PG_Provider");
+    for (Uint32 i = 0; i < instances.size(); ++i) {
+        EXPECT_EQ(modules.count(text(instances[i], "ProviderModuleName")), 1u);
+        providers.insert(text(instances[i], "ProviderModuleName") + "/" +
+                         text(instances[i], "Name"));
+    }
+    EXPECT_EQ(modules.size(), 3u);
+    EXPECT_EQ(providers.size(), 12u + 4u + 1u);
+    std::map<std::string, std::pair<std::string, std::string>> diskProviders;
+    instances = repository.enumerateInstances(interop, "PG_ProviderCapabilities");
+    for (Uint32 i = 0; i < instances.size(); ++i) {
+        const std::string moduleName = text(instances[i], "ProviderModuleName");
+        const std::string provider = text(instances[i], "ProviderName");
+        EXPECT_EQ(providers.count(moduleName + "/" + provider), 1u) << provider;
+        served.insert(moduleName + "/" + provider);
+        Array<String> namespaces;
+        instances[i]
+            .getProperty(instances[i].findProperty("Namespaces"))
+            .getValue()
+            .get(namespaces);
+        ASSERT_EQ(namespaces.size(), 1u);
+        const std::string className = text(instances[i], "ClassName");
+        const std::string types = text(instances[i], "ProviderType");
+        CIMClass cimClass =
+            repository.getClass(namespaces[0], className.c_str(), false, true, true);
+        EXPECT_EQ(cimClass.isAssociation(), types.find('3') != std::string::npos) << className;
+        if (moduleName == "KSV_DiskDriveProviderModule") {
+            EXPECT_EQ(utf8(namespaces[0]), ksv);
+            diskProviders[provider] = {className, types};
+        }
+    }
+    EXPECT_EQ(served, providers) << "every provider has a capability";
     const std::map<std::string, std::pair<std::string, std::string>> expected = {
         {"KSV_DiskDriveProvider", {"KSV_DiskDrive", "2 "}},
         {"KSV_DiskDrivePackageProvider", {"KSV_DiskDrivePackage", "2 "}},
@@ -303,60 +275,7 @@ TEST_F(ShippedMof, RegistrationCoversTheTwelveDiskProviders) {
         {"KSV_DiskPresentProvider", {"KSV_DiskPresent", "2 3 "}},
         {"KSV_MagazineContainerProvider", {"KSV_MagazineContainer", "2 3 "}},
     };
-    CIMInstance module = repository.getInstance(
-        interop, CIMObjectPath("PG_ProviderModule.Name=\"KSV_DiskDriveProviderModule\""));
-    EXPECT_EQ(text(module, "Location"), "KSV_DiskDriveProvider");
-    EXPECT_EQ(text(module, "InterfaceType"), "C++Default");
-    EXPECT_EQ(text(module, "InterfaceVersion"), "2.6.0");
-
-    std::map<std::string, std::pair<std::string, std::string>> registered;
-    Array<CIMInstance> capabilities =
-        repository.enumerateInstances(interop, "PG_ProviderCapabilities");
-    for (Uint32 i = 0; i < capabilities.size(); ++i) {
-        if (text(capabilities[i], "ProviderModuleName") != "KSV_DiskDriveProviderModule")
-            continue;
-        EXPECT_EQ(text(capabilities[i], "Namespaces"), "root/ksv ");
-        registered[text(capabilities[i], "ProviderName")] = {text(capabilities[i], "ClassName"),
-                                                             text(capabilities[i], "ProviderType")};
-    }
-    EXPECT_EQ(registered, expected);
-}
-
-// Registered classes must exist where they are registered, and every
-// capability must belong to a registered provider of a registered module.
-TEST_F(ShippedMof, RegistrationNamesExistingClassesProvidersAndModules) {
-    std::set<std::string> modules, providers;
-    Array<CIMInstance> moduleInstances =
-        repository.enumerateInstances(interop, "PG_ProviderModule");
-    for (Uint32 i = 0; i < moduleInstances.size(); ++i)
-        modules.insert(text(moduleInstances[i], "Name"));
-    Array<CIMInstance> providerInstances = repository.enumerateInstances(interop, "PG_Provider");
-    for (Uint32 i = 0; i < providerInstances.size(); ++i) {
-        const CIMInstance& provider = providerInstances[i];
-        EXPECT_EQ(modules.count(text(provider, "ProviderModuleName")), 1u);
-        providers.insert(text(provider, "ProviderModuleName") + "/" + text(provider, "Name"));
-    }
-    EXPECT_EQ(modules.size(), 3u);
-    EXPECT_EQ(providers.size(), 12u + 4u + 1u);
-    Array<CIMInstance> capabilities =
-        repository.enumerateInstances(interop, "PG_ProviderCapabilities");
-    std::set<std::string> served;
-    for (Uint32 i = 0; i < capabilities.size(); ++i) {
-        const CIMInstance& capability = capabilities[i];
-        std::string provider =
-            text(capability, "ProviderModuleName") + "/" + text(capability, "ProviderName");
-        EXPECT_EQ(providers.count(provider), 1u) << provider;
-        served.insert(provider);
-        Array<String> namespaces;
-        capability.getProperty(capability.findProperty("Namespaces")).getValue().get(namespaces);
-        ASSERT_EQ(namespaces.size(), 1u);
-        std::string className = text(capability, "ClassName");
-        CIMClass cimClass =
-            repository.getClass(namespaces[0], className.c_str(), false, true, true);
-        bool association = text(capability, "ProviderType").find('3') != std::string::npos;
-        EXPECT_EQ(cimClass.isAssociation(), association) << className;
-    }
-    EXPECT_EQ(served, providers) << "every provider has a capability";
+    EXPECT_EQ(diskProviders, expected);
 }
 
 } // namespace

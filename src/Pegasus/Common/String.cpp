@@ -256,14 +256,6 @@ void String::reserveCapacity(Uint32 capacity) {
     _units.reserve(size_t(capacity) + 1);
 }
 
-Uint32 String::size() const {
-    return _length();
-}
-
-const Char16* String::getChar16Data() const {
-    return _units.data();
-}
-
 CString String::getCString() const {
     return CString(encodeUtf8(_units.data(), _length()));
 }

@@ -53,8 +53,9 @@ public:
 
     void clear();
     void reserveCapacity(Uint32 capacity);
-    Uint32 size() const;
-    const Char16* getChar16Data() const;
+    // Inline: the encoders and comparisons call these once per code unit or name.
+    Uint32 size() const { return _length(); }
+    const Char16* getChar16Data() const { return _units.data(); }
     CString getCString() const;
 
     Char16& operator[](Uint32 index);

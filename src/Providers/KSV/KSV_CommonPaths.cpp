@@ -3,6 +3,9 @@
 
 #include <Pegasus/Common/CIMProperty.h>
 
+#include <initializer_list>
+#include <optional>
+
 PEGASUS_NAMESPACE_BEGIN
 
 namespace {
@@ -90,14 +93,56 @@ Array<CIMObjectPath> farEnds(const CIMInstance& assocInstance, const CIMObjectPa
     return ends;
 }
 
-CIMObjectPath withHost(const CIMObjectPath& path, const String& host) {
-    CIMObjectPath copy = path;
-    copy.setHost(host);
-    return copy;
+// The reference as an association holds it, with the given host: the path itself when it
+// already has that host (every path's host was checked when it was set), else a copy made in
+// spare. Most references are built with the system's host, so most need no copy.
+const CIMObjectPath& withHost(const CIMObjectPath& path, const String& host,
+                              std::optional<CIMObjectPath>& spare) {
+    if (path.getHost() == host)
+        return path;
+    spare.emplace(path);
+    spare->setHost(host);
+    return *spare;
 }
 
 CIMKeyBinding referenceKey(const String& role, const CIMObjectPath& reference) {
     return CIMKeyBinding(role, reference.toString(), CIMKeyBinding::REFERENCE);
+}
+
+// One reference of an association: its role, the referenced object and the host it is given.
+struct Reference {
+    const String& role;
+    const CIMObjectPath& path;
+    const String& host;
+};
+
+// The association path: one key per reference, in the order given, each written out once.
+CIMObjectPath assocPath(const String& host, const String& nameSpace, const CIMName& className,
+                        std::initializer_list<Reference> references) {
+    Array<CIMKeyBinding> keys;
+    keys.reserveCapacity(Uint32(references.size()));
+    for (const Reference& reference : references) {
+        std::optional<CIMObjectPath> spare;
+        keys.append(referenceKey(reference.role, withHost(reference.path, reference.host, spare)));
+    }
+    return CIMObjectPath(host, CIMNamespaceName(nameSpace), className, keys);
+}
+
+// The association instance: each reference is given its host once and then serves both as the
+// property of its role and as the key that the path names it by.
+CIMInstance assocInstance(const CIMClass& assocClass, const String& host, const String& nameSpace,
+                          const CIMName& className, std::initializer_list<Reference> references) {
+    CIMInstance instance = KSV_Common::buildInstanceSkeleton(assocClass);
+    Array<CIMKeyBinding> keys;
+    keys.reserveCapacity(Uint32(references.size()));
+    for (const Reference& reference : references) {
+        std::optional<CIMObjectPath> spare;
+        const CIMObjectPath& hosted = withHost(reference.path, reference.host, spare);
+        KSV_Common::setPropertyValue(instance, reference.role, hosted);
+        keys.append(referenceKey(reference.role, hosted));
+    }
+    instance.setPath(CIMObjectPath(host, CIMNamespaceName(nameSpace), className, keys));
+    return instance;
 }
 
 } // namespace
@@ -232,10 +277,8 @@ CIMObjectPath KSV_Common::buildAssocPath(const CIMName& assocClassName, const St
                                          const CIMObjectPath& ref2, const String& ref1Host,
                                          const String& ref2Host, const String& assocHost,
                                          const String& nameSpace) {
-    Array<CIMKeyBinding> keys;
-    keys.append(referenceKey(role1, withHost(ref1, ref1Host)));
-    keys.append(referenceKey(role2, withHost(ref2, ref2Host)));
-    return CIMObjectPath(assocHost, CIMNamespaceName(nameSpace), assocClassName, keys);
+    return assocPath(assocHost, nameSpace, assocClassName,
+                     {{role1, ref1, ref1Host}, {role2, ref2, ref2Host}});
 }
 
 CIMObjectPath KSV_Common::buildAssocPath(const CIMName& assocClassName, const String& role1,
@@ -243,11 +286,8 @@ CIMObjectPath KSV_Common::buildAssocPath(const CIMName& assocClassName, const St
                                          const CIMObjectPath& ref1, const CIMObjectPath& ref2,
                                          const CIMObjectPath& ref3, const String& host,
                                          const String& nameSpace) {
-    Array<CIMKeyBinding> keys;
-    keys.append(referenceKey(role1, withHost(ref1, host)));
-    keys.append(referenceKey(role2, withHost(ref2, host)));
-    keys.append(referenceKey(role3, withHost(ref3, host)));
-    return CIMObjectPath(host, CIMNamespaceName(nameSpace), assocClassName, keys);
+    return assocPath(host, nameSpace, assocClassName,
+                     {{role1, ref1, host}, {role2, ref2, host}, {role3, ref3, host}});
 }
 
 CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const String& role1,
@@ -263,12 +303,8 @@ CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const 
                                            const CIMObjectPath& ref2, const CIMClass& assocClass,
                                            const String& ref1Host, const String& ref2Host,
                                            const String& assocHost, const String& nameSpace) {
-    CIMInstance instance = buildInstanceSkeleton(assocClass);
-    setPropertyValue(instance, role1, withHost(ref1, ref1Host));
-    setPropertyValue(instance, role2, withHost(ref2, ref2Host));
-    instance.setPath(buildAssocPath(assocClassName, role1, role2, ref1, ref2, ref1Host, ref2Host,
-                                    assocHost, nameSpace));
-    return instance;
+    return assocInstance(assocClass, assocHost, nameSpace, assocClassName,
+                         {{role1, ref1, ref1Host}, {role2, ref2, ref2Host}});
 }
 
 CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const String& role1,
@@ -276,13 +312,8 @@ CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const 
                                            const CIMObjectPath& ref1, const CIMObjectPath& ref2,
                                            const CIMObjectPath& ref3, const CIMClass& assocClass,
                                            const String& host, const String& nameSpace) {
-    CIMInstance instance = buildInstanceSkeleton(assocClass);
-    setPropertyValue(instance, role1, withHost(ref1, host));
-    setPropertyValue(instance, role2, withHost(ref2, host));
-    setPropertyValue(instance, role3, withHost(ref3, host));
-    instance.setPath(
-        buildAssocPath(assocClassName, role1, role2, role3, ref1, ref2, ref3, host, nameSpace));
-    return instance;
+    return assocInstance(assocClass, host, nameSpace, assocClassName,
+                         {{role1, ref1, host}, {role2, ref2, host}, {role3, ref3, host}});
 }
 
 bool KSV_Common::isPartOfArray(const String& value, const Array<String>& values) {

@@ -1,8 +1,7 @@
-#include "MockCIMClientBackend.h"
+#include "RecordingCIMClientBackend.h"
 
 #include <Pegasus/Client/CIMClient.h>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -10,136 +9,159 @@
 #include <vector>
 
 PEGASUS_USING_PEGASUS;
-
-using ::testing::_;
-using ::testing::DoAll;
-using ::testing::Property;
-using ::testing::Ref;
-using ::testing::Return;
-using ::testing::SetArgReferee;
-using ::testing::StrictMock;
-using ::testing::Throw;
+using namespace pegasus_testing;
 
 namespace {
 
-const auto nullPropertyList = Property(&CIMPropertyList::isNull, true);
+using Lines = std::vector<std::string>;
 
-struct Arguments {
-    Arguments() {
-        Array<CIMName> names;
-        names.append(CIMName("DeviceID"));
-        propertyList.set(names);
-        inParameters.append(CIMParamValue("Selector", CIMValue(Sint32(-10))));
-    }
+const CIMNamespaceName ns("root/ksv");
+const CIMObjectPath disk("KSV_DiskDrive.DeviceID=\"d1\"");
 
-    const CIMNamespaceName nameSpace{"root/ksv"};
-    const CIMName className{"KSV_DiskDrive"};
-    const CIMName assocClass{"KSV_SystemDisk"};
-    const CIMName resultClass{"KSV_StorageSystem"};
-    const CIMName propertyName{"OperationalStatus"};
-    const CIMName methodName{"Locate"};
-    const String role{"PartComponent"};
-    const String resultRole{"GroupComponent"};
-    const CIMObjectPath path{"//array1/root/ksv:KSV_DiskDrive.DeviceID=\"2000-id-1\""};
-    const CIMInstance instance{CIMName("KSV_DiskDrive")};
-    const CIMValue value{Uint16(2)};
-    CIMPropertyList propertyList;
-    Array<CIMParamValue> inParameters;
-};
-
-struct NamedOperation {
-    std::string name;
-    std::function<void(CIMClient&, Arguments&)> call;
-};
-
-std::vector<NamedOperation> allOperations() {
-    return {
-        {"getClass", [](CIMClient& c, Arguments& a) { c.getClass(a.nameSpace, a.className); }},
-        {"enumerateClassNames",
-         [](CIMClient& c, Arguments& a) { c.enumerateClassNames(a.nameSpace); }},
-        {"enumerateClasses", [](CIMClient& c, Arguments& a) { c.enumerateClasses(a.nameSpace); }},
-        {"getInstance", [](CIMClient& c, Arguments& a) { c.getInstance(a.nameSpace, a.path); }},
-        {"enumerateInstances",
-         [](CIMClient& c, Arguments& a) { c.enumerateInstances(a.nameSpace, a.className); }},
-        {"enumerateInstanceNames",
-         [](CIMClient& c, Arguments& a) { c.enumerateInstanceNames(a.nameSpace, a.className); }},
-        {"modifyInstance",
-         [](CIMClient& c, Arguments& a) { c.modifyInstance(a.nameSpace, a.instance); }},
-        {"createInstance",
-         [](CIMClient& c, Arguments& a) { c.createInstance(a.nameSpace, a.instance); }},
-        {"deleteInstance",
-         [](CIMClient& c, Arguments& a) { c.deleteInstance(a.nameSpace, a.path); }},
-        {"getProperty",
-         [](CIMClient& c, Arguments& a) { c.getProperty(a.nameSpace, a.path, a.propertyName); }},
-        {"setProperty",
-         [](CIMClient& c, Arguments& a) { c.setProperty(a.nameSpace, a.path, a.propertyName); }},
-        {"associators", [](CIMClient& c, Arguments& a) { c.associators(a.nameSpace, a.path); }},
-        {"associatorNames",
-         [](CIMClient& c, Arguments& a) { c.associatorNames(a.nameSpace, a.path); }},
-        {"references", [](CIMClient& c, Arguments& a) { c.references(a.nameSpace, a.path); }},
-        {"referenceNames",
-         [](CIMClient& c, Arguments& a) { c.referenceNames(a.nameSpace, a.path); }},
-        {"invokeMethod",
-         [](CIMClient& c, Arguments& a) {
-             Array<CIMParamValue> out;
-             c.invokeMethod(a.nameSpace, a.path, a.methodName, a.inParameters, out);
-         }},
-    };
+CIMPropertyList deviceIdOnly() {
+    return CIMPropertyList(Array<CIMName>(1, CIMName("DeviceID")));
 }
 
-// Every connection a factory opens must be closed exactly once.
-std::unique_ptr<StrictMock<MockCIMClientBackend>> newConnection(Uint32 expectedTimeout) {
-    auto connection = std::make_unique<StrictMock<MockCIMClientBackend>>();
-    EXPECT_CALL(*connection, setTimeout(expectedTimeout));
-    EXPECT_CALL(*connection, disconnect());
-    return connection;
+// One call through the client, showing its answer, what the connection must receive and the
+// answer that must come back.
+struct Call {
+    std::function<std::string(CIMClient&)> call;
+    std::string received;
+    std::string answer;
+};
+
+// Each operation with its defaults, then those with defaults once more with every argument given.
+const std::vector<Call>& calls() {
+    static const CIMInstance instance(CIMName("KSV_Disk"));
+    static const std::vector<Call> all = {
+        {[](CIMClient& c) { return show(c.getClass(ns, "KSV_A")); },
+         "getClass root/ksv KSV_A 1 1 0 NULL", "Answer_Class"},
+        {[](CIMClient& c) { return show(c.enumerateClassNames(ns)); },
+         "enumerateClassNames root/ksv - 0", "[Answer_Class]"},
+        {[](CIMClient& c) { return show(c.enumerateClasses(ns)); },
+         "enumerateClasses root/ksv - 0 1 1 0", "[Answer_Class]"},
+        {[](CIMClient& c) { return show(c.getInstance(ns, disk)); },
+         "getInstance root/ksv KSV_DiskDrive.DeviceID=\"d1\" 1 0 0 NULL", "Answer_Instance"},
+        {[](CIMClient& c) { return show(c.enumerateInstances(ns, "KSV_A")); },
+         "enumerateInstances root/ksv KSV_A 1 1 0 0 NULL", "[Answer_Instance]"},
+        {[](CIMClient& c) { return show(c.enumerateInstanceNames(ns, "KSV_A")); },
+         "enumerateInstanceNames root/ksv KSV_A", "[Answer_Path.Id=1]"},
+        {[](CIMClient& c) { return c.modifyInstance(ns, instance), std::string(); },
+         "modifyInstance root/ksv KSV_Disk 1 NULL", ""},
+        {[](CIMClient& c) { return show(c.createInstance(ns, instance)); },
+         "createInstance root/ksv KSV_Disk", "Answer_Path.Id=1"},
+        {[](CIMClient& c) { return c.deleteInstance(ns, disk), std::string(); },
+         "deleteInstance root/ksv KSV_DiskDrive.DeviceID=\"d1\"", ""},
+        {[](CIMClient& c) { return show(c.getProperty(ns, disk, "Speed")); },
+         "getProperty root/ksv KSV_DiskDrive.DeviceID=\"d1\" Speed", "7"},
+        {[](CIMClient& c) { return c.setProperty(ns, disk, "Speed"), std::string(); },
+         "setProperty root/ksv KSV_DiskDrive.DeviceID=\"d1\" Speed null", ""},
+        {[](CIMClient& c) { return show(c.associators(ns, disk)); },
+         "associators root/ksv KSV_DiskDrive.DeviceID=\"d1\" - - - - 0 0 NULL",
+         "[Answer_Instance]"},
+        {[](CIMClient& c) { return show(c.associatorNames(ns, disk)); },
+         "associatorNames root/ksv KSV_DiskDrive.DeviceID=\"d1\" - - - -", "[Answer_Path.Id=1]"},
+        {[](CIMClient& c) { return show(c.references(ns, disk)); },
+         "references root/ksv KSV_DiskDrive.DeviceID=\"d1\" - - 0 0 NULL", "[Answer_Instance]"},
+        {[](CIMClient& c) { return show(c.referenceNames(ns, disk)); },
+         "referenceNames root/ksv KSV_DiskDrive.DeviceID=\"d1\" - -", "[Answer_Path.Id=1]"},
+        {[](CIMClient& c) {
+             Array<CIMParamValue> out;
+             Array<CIMParamValue> in(1, CIMParamValue("On", CIMValue(true)));
+             const std::string result = show(c.invokeMethod(ns, disk, "Locate", in, out));
+             return result + " " + show(out);
+         },
+         "invokeMethod root/ksv KSV_DiskDrive.DeviceID=\"d1\" Locate [On=TRUE]", "7 [Out=answer]"},
+
+        {[](CIMClient& c) {
+             return show(c.getClass(ns, "KSV_A", false, false, true, deviceIdOnly()));
+         },
+         "getClass root/ksv KSV_A 0 0 1 DeviceID", "Answer_Class"},
+        {[](CIMClient& c) { return show(c.enumerateClassNames(ns, "KSV_A", true)); },
+         "enumerateClassNames root/ksv KSV_A 1", "[Answer_Class]"},
+        {[](CIMClient& c) {
+             return show(c.enumerateClasses(ns, "KSV_A", true, false, false, true));
+         },
+         "enumerateClasses root/ksv KSV_A 1 0 0 1", "[Answer_Class]"},
+        {[](CIMClient& c) {
+             return show(c.getInstance(ns, disk, false, true, true, deviceIdOnly()));
+         },
+         "getInstance root/ksv KSV_DiskDrive.DeviceID=\"d1\" 0 1 1 DeviceID", "Answer_Instance"},
+        {[](CIMClient& c) {
+             return show(
+                 c.enumerateInstances(ns, "KSV_A", false, false, true, true, deviceIdOnly()));
+         },
+         "enumerateInstances root/ksv KSV_A 0 0 1 1 DeviceID", "[Answer_Instance]"},
+        {[](CIMClient& c) {
+             return c.modifyInstance(ns, instance, false, deviceIdOnly()), std::string();
+         },
+         "modifyInstance root/ksv KSV_Disk 0 DeviceID", ""},
+        {[](CIMClient& c) {
+             return c.setProperty(ns, disk, "Speed", CIMValue(Uint16(9))), std::string();
+         },
+         "setProperty root/ksv KSV_DiskDrive.DeviceID=\"d1\" Speed 9", ""},
+        {[](CIMClient& c) {
+             return show(c.associators(ns, disk, "KSV_SD", "KSV_S", "Part", "Group", true, false,
+                                       deviceIdOnly()));
+         },
+         "associators root/ksv KSV_DiskDrive.DeviceID=\"d1\" KSV_SD KSV_S Part Group 1 0 DeviceID",
+         "[Answer_Instance]"},
+        {[](CIMClient& c) {
+             return show(c.associatorNames(ns, disk, "KSV_SD", "KSV_S", "Part", "Group"));
+         },
+         "associatorNames root/ksv KSV_DiskDrive.DeviceID=\"d1\" KSV_SD KSV_S Part Group",
+         "[Answer_Path.Id=1]"},
+        {[](CIMClient& c) {
+             return show(c.references(ns, disk, "KSV_SD", "Part", false, true, deviceIdOnly()));
+         },
+         "references root/ksv KSV_DiskDrive.DeviceID=\"d1\" KSV_SD Part 0 1 DeviceID",
+         "[Answer_Instance]"},
+        {[](CIMClient& c) { return show(c.referenceNames(ns, disk, "KSV_SD", "Part")); },
+         "referenceNames root/ksv KSV_DiskDrive.DeviceID=\"d1\" KSV_SD Part", "[Answer_Path.Id=1]"},
+    };
+    return all;
 }
 
 class CIMClientTest : public ::testing::Test {
 protected:
     void SetUp() override { registerLocalServer(); }
 
-    void registerLocalServer() {
-        CIMClientConnector::setLocal([this] {
-            ++localConnections;
-            auto connection = newConnection(expectedTimeout);
-            backend = connection.get();
-            return connection;
-        });
-    }
-
     void TearDown() override {
         CIMClientConnector::setLocal(nullptr);
         CIMClientConnector::setRemote(nullptr);
     }
 
-    StrictMock<MockCIMClientBackend>* backend = nullptr; // owned by the connected client
+    void registerLocalServer() {
+        CIMClientConnector::setLocal([this] {
+            ++localConnections;
+            return std::make_unique<RecordingCIMClientBackend>(log);
+        });
+    }
+
+    std::shared_ptr<CallLog> log = std::make_shared<CallLog>();
     int localConnections = 0;
-    Uint32 expectedTimeout = 20000;
-    Arguments a;
 };
 
-class CIMClientOperations : public CIMClientTest {
-protected:
-    void SetUp() override {
-        CIMClientTest::SetUp();
-        client.connectLocal();
-    }
-
+TEST_F(CIMClientTest, EveryOperationIsForwardedWithItsDefaultsAndAnswers) {
     CIMClient client;
-};
-
-TEST(CIMClientUnconnected, EveryOperationThrowsNotConnected) {
-    CIMClient client;
-    Arguments a;
-    for (const NamedOperation& operation : allOperations()) {
-        EXPECT_THROW(operation.call(client, a), NotConnectedException) << operation.name;
+    client.connectLocal();
+    for (const Call& c : calls()) {
+        log->clear();
+        EXPECT_EQ(c.answer, c.call(client)) << c.received;
+        EXPECT_EQ(Lines{c.received}, log->lines());
     }
-    EXPECT_NO_THROW(client.disconnect());
 }
 
-TEST(CIMClientUnconnected, WithoutFactoriesConnectingFailsClearly) {
-    // The CIM-XML transport is registered by default; take it away.
+TEST_F(CIMClientTest, UnconnectedClientRefusesEveryOperation) {
+    CIMClient client;
+    for (const Call& c : calls())
+        EXPECT_THROW(c.call(client), NotConnectedException) << c.received;
+    EXPECT_NO_THROW(client.disconnect());
+    EXPECT_EQ(0, localConnections);
+}
+
+TEST_F(CIMClientTest, WithoutFactoriesConnectingFailsClearly) {
+    // The CIM-XML transport is registered by default; take both factories away.
     CIMClientConnector::setLocal(nullptr);
     CIMClientConnector::setRemote(nullptr);
     CIMClient client;
@@ -157,8 +179,7 @@ TEST(CIMClientUnconnected, WithoutFactoriesConnectingFailsClearly) {
         EXPECT_EQ(e.getMessage(),
                   "CIMClient::connect to array1:5988: no remote connection factory is registered");
     }
-    Arguments a;
-    EXPECT_THROW(client.enumerateInstanceNames(a.nameSpace, a.className), NotConnectedException);
+    EXPECT_THROW(client.enumerateInstanceNames(ns, "KSV_A"), NotConnectedException);
 }
 
 TEST_F(CIMClientTest, FactoryFailureLeavesTheClientUnconnected) {
@@ -174,74 +195,57 @@ TEST_F(CIMClientTest, FactoryFailureLeavesTheClientUnconnected) {
     CIMClientConnector::setLocal(
         []() -> std::unique_ptr<CIMClientBackend> { throw CannotConnectException("refused"); });
     EXPECT_THROW(client.connectLocal(), CannotConnectException);
-    EXPECT_THROW(client.enumerateClassNames(a.nameSpace), NotConnectedException);
+    EXPECT_THROW(client.enumerateClassNames(ns), NotConnectedException);
 
     registerLocalServer();
     client.connectLocal();
-    EXPECT_EQ(localConnections, 1);
+    EXPECT_EQ(1, localConnections);
 }
 
-TEST_F(CIMClientTest, ConnectingTwiceIsRefusedAndKeepsTheFirstConnection) {
-    CIMClient client;
-    client.connectLocal();
-    MockCIMClientBackend* first = backend;
-    EXPECT_THROW(client.connectLocal(), AlreadyConnectedException);
-    EXPECT_THROW(client.connect("array1", 5988, "alice", "secret"), AlreadyConnectedException);
-    EXPECT_EQ(localConnections, 1);
-
-    EXPECT_CALL(*first, enumerateInstanceNames(_, _)).WillOnce(Return(Array<CIMObjectPath>()));
-    client.enumerateInstanceNames(a.nameSpace, a.className);
-}
-
-TEST_F(CIMClientTest, DisconnectClosesTheConnectionAndAllowsReconnecting) {
-    CIMClient client;
-    client.connectLocal();
-    client.disconnect();
-    EXPECT_THROW(client.getInstance(a.nameSpace, a.path), NotConnectedException);
-    client.disconnect();
-
-    client.connectLocal();
-    EXPECT_EQ(localConnections, 2);
-}
-
-TEST_F(CIMClientTest, DestroyingAConnectedClientClosesTheConnection) {
+TEST_F(CIMClientTest, ConnectionLifecycle) {
     {
         CIMClient client;
+        EXPECT_EQ(20000u, client.getTimeout());
         client.connectLocal();
+        // A second connect is refused and keeps the first connection.
+        EXPECT_THROW(client.connectLocal(), AlreadyConnectedException);
+        EXPECT_THROW(client.connect("array1", 5988, "alice", "secret"), AlreadyConnectedException);
+        client.setTimeout(45000);
+        client.disconnect();
+        EXPECT_THROW(client.getInstance(ns, disk), NotConnectedException);
+        client.disconnect();
+        // The timeout set while unconnected reaches the next connection.
+        client.setTimeout(3000);
+        client.connectLocal();
+        EXPECT_EQ(3000u, client.getTimeout());
     }
-    // The connection's own expectation checks that it was closed.
-    EXPECT_EQ(localConnections, 1);
+    // Destroying the client closed its connection.
+    EXPECT_EQ(2, localConnections);
+    EXPECT_EQ((Lines{"setTimeout 20000", "setTimeout 45000", "disconnect", "setTimeout 3000",
+                     "disconnect"}),
+              log->lines());
 }
 
 TEST_F(CIMClientTest, FailingCloseStillDisconnects) {
-    CIMClientConnector::setLocal([] {
-        auto connection = std::make_unique<StrictMock<MockCIMClientBackend>>();
-        EXPECT_CALL(*connection, setTimeout(_));
-        EXPECT_CALL(*connection, disconnect()).WillOnce(Throw(CIMException(CIM_ERR_FAILED, "")));
-        return connection;
-    });
+    struct FailingClose : RecordingCIMClientBackend {
+        using RecordingCIMClientBackend::RecordingCIMClientBackend;
+        void disconnect() override {
+            RecordingCIMClientBackend::disconnect();
+            throw CIMException(CIM_ERR_FAILED, "");
+        }
+    };
+    CIMClientConnector::setLocal([this] { return std::make_unique<FailingClose>(log); });
     CIMClient client;
     client.connectLocal();
     EXPECT_THROW(client.disconnect(), CIMException);
-    EXPECT_THROW(client.enumerateClassNames(a.nameSpace), NotConnectedException);
-}
-
-TEST_F(CIMClientTest, TimeoutReachesTheConnectionWhenSetBeforeOrAfterConnecting) {
-    CIMClient client;
-    EXPECT_EQ(client.getTimeout(), 20000u);
-    expectedTimeout = 3000;
-    client.setTimeout(3000);
-    client.connectLocal();
-
-    EXPECT_CALL(*backend, setTimeout(45000));
-    client.setTimeout(45000);
-    EXPECT_EQ(client.getTimeout(), 45000u);
+    EXPECT_THROW(client.enumerateClassNames(ns), NotConnectedException);
+    EXPECT_EQ((Lines{"setTimeout 20000", "disconnect"}), log->lines());
 }
 
 TEST_F(CIMClientTest, FactoryMayReplaceItselfWhileConnecting) {
     CIMClientConnector::setLocal([this] {
         CIMClientConnector::setLocal(nullptr);
-        return newConnection(expectedTimeout);
+        return std::make_unique<RecordingCIMClientBackend>(log);
     });
     CIMClient first;
     first.connectLocal();
@@ -249,133 +253,22 @@ TEST_F(CIMClientTest, FactoryMayReplaceItselfWhileConnecting) {
     EXPECT_THROW(second.connectLocal(), CannotConnectException);
 }
 
-class CIMClientRemote : public CIMClientTest {
-protected:
-    void expectRemote(const char* host, Uint32 port) {
-        CIMClientConnector::setRemote(
-            [=](const String& h, Uint32 p, const String& user, const String& password) {
-                EXPECT_EQ(h, host);
-                EXPECT_EQ(p, port);
-                EXPECT_EQ(user, "alice");
-                EXPECT_EQ(password, "secret");
-                return newConnection(expectedTimeout);
-            });
+TEST_F(CIMClientTest, ConnectPassesServerAndCredentialsAndMakesAnEmptyHostWithAPortLocal) {
+    CIMClientConnector::setRemote(
+        [this](const String& host, Uint32 port, const String& user, const String& password) {
+            log->record("connect", host, port, user, password);
+            return std::make_unique<RecordingCIMClientBackend>(log);
+        });
+    const std::pair<const char*, Uint32> servers[] = {{"array1", 5989}, {"", 5988}, {"", 0}};
+    for (const auto& server : servers) {
+        CIMClient client;
+        client.connect(server.first, server.second, "alice", "secret");
     }
-};
-
-TEST_F(CIMClientRemote, ConnectPassesTheServerAndCredentialsToTheFactory) {
-    expectRemote("array1", 5989);
-    CIMClient client;
-    client.connect("array1", 5989, "alice", "secret");
-    EXPECT_EQ(localConnections, 0);
-}
-
-TEST_F(CIMClientRemote, EmptyHostWithAPortMeansLocalhost) {
-    expectRemote("localhost", 5988);
-    CIMClient client;
-    client.connect("", 5988, "alice", "secret");
-}
-
-TEST_F(CIMClientRemote, EmptyHostWithoutPortStaysEmpty) {
-    expectRemote("", 0);
-    CIMClient client;
-    client.connect("", 0, "alice", "secret");
-}
-
-TEST_F(CIMClientOperations, DefaultArgumentsOfTheReadOperations) {
-    EXPECT_CALL(*backend, getClass(a.nameSpace, a.className, true, true, false, nullPropertyList))
-        .WillOnce(Return(CIMClass(a.className)));
-    EXPECT_CALL(*backend, getInstance(a.nameSpace, a.path, true, false, false, nullPropertyList))
-        .WillOnce(Return(a.instance));
-    EXPECT_CALL(*backend, enumerateClasses(a.nameSpace, CIMName(), false, true, true, false))
-        .WillOnce(Return(Array<CIMClass>()));
-    EXPECT_CALL(*backend, enumerateClassNames(a.nameSpace, CIMName(), false))
-        .WillOnce(Return(Array<CIMName>()));
-    EXPECT_CALL(*backend, enumerateInstances(a.nameSpace, a.className, true, true, false, false,
-                                             nullPropertyList))
-        .WillOnce(Return(Array<CIMInstance>()));
-
-    client.getClass(a.nameSpace, a.className);
-    client.getInstance(a.nameSpace, a.path);
-    client.enumerateClasses(a.nameSpace);
-    client.enumerateClassNames(a.nameSpace);
-    client.enumerateInstances(a.nameSpace, a.className);
-}
-
-TEST_F(CIMClientOperations, DefaultArgumentsOfTheAssociationAndChangeOperations) {
-    const String empty;
-    EXPECT_CALL(*backend, associators(a.nameSpace, a.path, CIMName(), CIMName(), empty, empty,
-                                      false, false, nullPropertyList))
-        .WillOnce(Return(Array<CIMObject>()));
-    EXPECT_CALL(*backend, associatorNames(a.nameSpace, a.path, CIMName(), CIMName(), empty, empty))
-        .WillOnce(Return(Array<CIMObjectPath>()));
-    EXPECT_CALL(*backend,
-                references(a.nameSpace, a.path, CIMName(), empty, false, false, nullPropertyList))
-        .WillOnce(Return(Array<CIMObject>()));
-    EXPECT_CALL(*backend, referenceNames(a.nameSpace, a.path, CIMName(), empty))
-        .WillOnce(Return(Array<CIMObjectPath>()));
-    EXPECT_CALL(*backend, modifyInstance(a.nameSpace, Ref(a.instance), true, nullPropertyList));
-    EXPECT_CALL(*backend, setProperty(a.nameSpace, a.path, a.propertyName,
-                                      Property(&CIMValue::isNull, true)));
-
-    client.associators(a.nameSpace, a.path);
-    client.associatorNames(a.nameSpace, a.path);
-    client.references(a.nameSpace, a.path);
-    client.referenceNames(a.nameSpace, a.path);
-    client.modifyInstance(a.nameSpace, a.instance);
-    client.setProperty(a.nameSpace, a.path, a.propertyName);
-}
-
-TEST_F(CIMClientOperations, ExplicitArgumentsAndResultsPassThrough) {
-    Array<CIMObjectPath> paths;
-    paths.append(a.path);
-    EXPECT_CALL(*backend, enumerateInstanceNames(a.nameSpace, a.className)).WillOnce(Return(paths));
-    EXPECT_CALL(*backend, getInstance(a.nameSpace, a.path, false, true, true, Ref(a.propertyList)))
-        .WillOnce(Return(a.instance));
-    EXPECT_CALL(*backend, associatorNames(a.nameSpace, a.path, a.assocClass, a.resultClass, a.role,
-                                          a.resultRole))
-        .WillOnce(Return(paths));
-    EXPECT_CALL(*backend, createInstance(a.nameSpace, Ref(a.instance))).WillOnce(Return(a.path));
-    EXPECT_CALL(*backend, deleteInstance(a.nameSpace, a.path));
-    EXPECT_CALL(*backend, getProperty(a.nameSpace, a.path, a.propertyName))
-        .WillOnce(Return(a.value));
-
-    EXPECT_EQ(client.enumerateInstanceNames(a.nameSpace, a.className)[0], a.path);
-    EXPECT_TRUE(client.getInstance(a.nameSpace, a.path, false, true, true, a.propertyList)
-                    .identical(a.instance));
-    EXPECT_EQ(
-        client
-            .associatorNames(a.nameSpace, a.path, a.assocClass, a.resultClass, a.role, a.resultRole)
-            .size(),
-        1u);
-    EXPECT_EQ(client.createInstance(a.nameSpace, a.instance), a.path);
-    client.deleteInstance(a.nameSpace, a.path);
-    EXPECT_EQ(client.getProperty(a.nameSpace, a.path, a.propertyName), a.value);
-}
-
-TEST_F(CIMClientOperations, InvokeMethodReturnsValueAndOutputParameters) {
-    Array<CIMParamValue> produced;
-    produced.append(CIMParamValue("SystemName", CIMValue(String("array1"))));
-    EXPECT_CALL(*backend, invokeMethod(a.nameSpace, a.path, a.methodName, Ref(a.inParameters), _))
-        .WillOnce(DoAll(SetArgReferee<4>(produced), Return(CIMValue(Uint32(0)))));
-
-    Array<CIMParamValue> out;
-    EXPECT_EQ(client.invokeMethod(a.nameSpace, a.path, a.methodName, a.inParameters, out),
-              CIMValue(Uint32(0)));
-    ASSERT_EQ(out.size(), 1u);
-    EXPECT_EQ(out[0].getParameterName(), "SystemName");
-}
-
-TEST_F(CIMClientOperations, ServerErrorsReachTheCaller) {
-    EXPECT_CALL(*backend, getInstance(_, _, _, _, _, _))
-        .WillOnce(Throw(CIMException(CIM_ERR_NOT_FOUND, "no such disk")));
-    try {
-        client.getInstance(a.nameSpace, a.path);
-        FAIL() << "nothing thrown";
-    } catch (const CIMException& e) {
-        EXPECT_EQ(e.getCode(), CIM_ERR_NOT_FOUND);
-        EXPECT_EQ(e.getMessage(), "no such disk");
-    }
+    EXPECT_EQ(0, localConnections);
+    EXPECT_EQ((Lines{"connect array1 5989 alice secret", "setTimeout 20000", "disconnect",
+                     "connect localhost 5988 alice secret", "setTimeout 20000", "disconnect",
+                     "connect - 0 alice secret", "setTimeout 20000", "disconnect"}),
+              log->lines());
 }
 
 } // namespace

@@ -42,54 +42,17 @@ CIMPropertyList listOf(std::initializer_list<const char*> names) {
     return CIMPropertyList(array);
 }
 
-TEST(CIMClassBuildInstance, AllPropertiesWithDefaultsForANullList) {
-    CIMInstance disk = diskClass().buildInstance(false, false, CIMPropertyList());
-    EXPECT_EQ(disk.getClassName(), CIMName("KSV_DiskDrive"));
-    EXPECT_EQ(disk.getPath().getClassName(), CIMName("KSV_DiskDrive"));
-    EXPECT_TRUE(disk.getPath().getKeyBindings().size() == 0);
-    ASSERT_EQ(disk.getPropertyCount(), 3u);
-    EXPECT_EQ(disk.getProperty(1).getValue(), CIMValue(Uint64(15000)));
-    EXPECT_TRUE(disk.getProperty(2).getValue().isNull());
-    EXPECT_TRUE(disk.getProperty(2).isArray());
-    EXPECT_TRUE(disk.getProperty(0).getPropagated());
-    EXPECT_FALSE(disk.getProperty(1).getPropagated());
-}
-
-TEST(CIMClassBuildInstance, QualifiersOnlyWhenAsked) {
+// The recorded cases cover the flag combinations on a class without qualifiers of its own.
+TEST(CIMClassBuildInstance, ClassQualifiersOnlyWhenAskedAndListedPropertiesInClassOrder) {
     CIMClass cimClass = diskClass();
-    CIMInstance plain = cimClass.buildInstance(false, true, CIMPropertyList());
-    EXPECT_EQ(plain.getQualifierCount(), 0u);
-    EXPECT_EQ(plain.getProperty(0).getQualifierCount(), 0u);
-
-    CIMInstance qualified = cimClass.buildInstance(true, true, CIMPropertyList());
-    ASSERT_EQ(qualified.getQualifierCount(), 1u);
-    EXPECT_EQ(qualified.getQualifier(0).getName(), CIMName("Version"));
-    EXPECT_EQ(qualified.getProperty(0).findQualifier(CIMName("key")), 0u);
-    EXPECT_EQ(qualified.getProperty(1).findQualifier(CIMName("Units")), 0u);
-}
-
-TEST(CIMClassBuildInstance, ClassOriginOnlyWhenAsked) {
-    CIMClass cimClass = diskClass();
-    CIMInstance withOrigin = cimClass.buildInstance(false, true, CIMPropertyList());
-    EXPECT_EQ(withOrigin.getProperty(0).getClassOrigin(), CIMName("CIM_LogicalDevice"));
-    EXPECT_EQ(withOrigin.getProperty(1).getClassOrigin(), CIMName("KSV_DiskDrive"));
-    CIMInstance without = cimClass.buildInstance(true, false, CIMPropertyList());
-    EXPECT_TRUE(without.getProperty(0).getClassOrigin().isNull());
-    EXPECT_TRUE(without.getProperty(1).getClassOrigin().isNull());
-}
-
-TEST(CIMClassBuildInstance, ListSelectsInClassOrderWithoutRegardToCase) {
-    CIMInstance disk =
-        diskClass().buildInstance(false, false, listOf({"PORTS", "Unknown", "deviceid"}));
-    ASSERT_EQ(disk.getPropertyCount(), 2u);
-    EXPECT_EQ(disk.getProperty(0).getName(), CIMName("DeviceID"));
-    EXPECT_EQ(disk.getProperty(1).getName(), CIMName("Ports"));
-}
-
-TEST(CIMClassBuildInstance, EmptyListGivesNoProperties) {
-    CIMInstance disk = diskClass().buildInstance(true, true, listOf({}));
-    EXPECT_EQ(disk.getPropertyCount(), 0u);
-    EXPECT_EQ(disk.getQualifierCount(), 1u);
+    EXPECT_EQ(cimClass.buildInstance(false, true, CIMPropertyList()).getQualifierCount(), 0u);
+    EXPECT_EQ(cimClass.buildInstance(true, false, CIMPropertyList()).getQualifierCount(), 1u);
+    CIMInstance listed = cimClass.buildInstance(false, false, listOf({"PORTS", "deviceid"}));
+    ASSERT_EQ(listed.getPropertyCount(), 2u);
+    EXPECT_EQ(listed.getProperty(0).getName(), CIMName("DeviceID"));
+    EXPECT_EQ(listed.getProperty(1).getName(), CIMName("Ports"));
+    EXPECT_THROW(CIMClass().buildInstance(true, true, CIMPropertyList()),
+                 UninitializedObjectException);
 }
 
 TEST(CIMClassBuildInstance, InstanceIsIndependentOfTheClass) {
@@ -104,11 +67,6 @@ TEST(CIMClassBuildInstance, InstanceIsIndependentOfTheClass) {
     EXPECT_EQ(cimClass.getProperty(1).getQualifier(0).getValue(), CIMValue(String("RPM")));
     EXPECT_EQ(cimClass.getQualifier(0).getValue(), CIMValue(String("1.0")));
     EXPECT_EQ(cimClass.getPropertyCount(), 3u);
-}
-
-TEST(CIMClassBuildInstance, UninitializedClassThrows) {
-    EXPECT_THROW(CIMClass().buildInstance(true, true, CIMPropertyList()),
-                 UninitializedObjectException);
 }
 
 TEST(CIMClassKeys, KeyNamesInPropertyOrderOnlyForTrueBooleanKeys) {
@@ -128,12 +86,7 @@ TEST(CIMClassKeys, KeyNamesInPropertyOrderOnlyForTrueBooleanKeys) {
     EXPECT_EQ(keyNames[1], CIMName("First"));
     EXPECT_TRUE(cimClass.hasKeys());
     EXPECT_FALSE(CIMConstClass(CIMName("KSV_Keyless")).hasKeys());
-}
-
-TEST(CIMClassKeys, ConstViewSeesTheSameKeys) {
-    CIMConstClass view(diskClass());
-    Array<CIMName> keyNames;
-    view.getKeyNames(keyNames);
+    CIMConstClass(diskClass()).getKeyNames(keyNames);
     ASSERT_EQ(keyNames.size(), 1u);
     EXPECT_EQ(keyNames[0], CIMName("DeviceID"));
 }
@@ -152,7 +105,9 @@ TEST(CIMClassQualifiers, AssociationAndAbstractNeedATrueBoolean) {
     EXPECT_FALSE(notAbstract.isAssociation());
 }
 
-TEST(CIMClassProperties, ReferenceNeedsAReferenceClass) {
+TEST(CIMClassProperties, DuplicatesAreRefusedAndAReferenceNeedsAReferenceClass) {
+    EXPECT_THROW(diskClass().addProperty(CIMProperty(CIMName("SPEED"), CIMValue(Uint64(1)))),
+                 AlreadyExistsException);
     CIMClass association(CIMName("KSV_SystemDisk"));
     CIMObjectPath path(String("KSV_DiskDrive.DeviceID=\"D1\""));
     EXPECT_THROW(association.addProperty(CIMProperty(CIMName("Dependent"), CIMValue(path))),
@@ -163,12 +118,6 @@ TEST(CIMClassProperties, ReferenceNeedsAReferenceClass) {
 
     CIMInstance instance(CIMName("KSV_SystemDisk"));
     EXPECT_NO_THROW(instance.addProperty(CIMProperty(CIMName("Dependent"), CIMValue(path))));
-}
-
-TEST(CIMClassProperties, DuplicateNamesAreRefused) {
-    CIMClass cimClass = diskClass();
-    EXPECT_THROW(cimClass.addProperty(CIMProperty(CIMName("SPEED"), CIMValue(Uint64(1)))),
-                 AlreadyExistsException);
 }
 
 TEST(CIMClassMethods, MethodsAndParametersAreNamedMembers) {
@@ -226,12 +175,9 @@ TEST(CIMClassIdentity, SuperclassAndMethodOriginTakePart) {
 
 TEST(CIMClassIdentity, ObjectViewOfAClassIsNoInstance) {
     CIMObject object(diskClass());
-    EXPECT_TRUE(object.isClass());
-    EXPECT_FALSE(object.isInstance());
+    EXPECT_TRUE(object.isClass() && !object.isInstance());
     EXPECT_EQ(CIMClass(object).getSuperClassName(), CIMName("CIM_DiskDrive"));
     EXPECT_THROW(CIMConstClass{CIMObject{CIMInstance{CIMName("C")}}}, DynamicCastFailedException);
-    EXPECT_EQ(text(CIMObject(CIMClass(CIMName("A"), CIMName("B"))).toString()),
-              "<CLASS NAME=\"A\"  SUPERCLASS=\"B\" >\n</CLASS>\n");
 }
 
 TEST(CIMObjectText, ClassPrintsQualifiersPropertiesAndMethodsAsXml) {

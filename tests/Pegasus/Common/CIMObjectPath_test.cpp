@@ -94,25 +94,22 @@ TEST(ObjectPathText, ClearAndAssignmentFromText) {
 // Parse errors
 //------------------------------------------------------------------------------
 
+// Beyond the recorded cases, which name the other faults.
 TEST(ObjectPathParseErrors, EachFaultIsNamedAfterTheWholeText) {
     const std::pair<const char*, const char*> cases[] = {
         {"//hostonly", "missing slash after hostname"},
-        {"//bad_host!/root:A.k=1", "invalid hostname"},
         {"root//x:A.k=1", "invalid namespace name"},
         {"A.k", "invalid key-value pair, missing equal sign"},
         {"A.k=1,9k=2", "invalid key-value pair, invalid key name:9k"},
         {"A.k=\"a\\b\"", "invalid key-value pair, malformed value"},
         {"A.k=\"ab\\", "invalid key-value pair, malformed value"},
-        {"A.k=\"ab", "invalid key-value pair, missing quote in key value"},
         {"A.k=Tru", "invalid key-value pair, value should be TRUE or FALSE"},
         {"A.k=falsey,j=1", "invalid key-value pair, value should be TRUE or FALSE"},
         {"A.k=-5x,j=1", "invalid key-value pair, invalid negative number value -5x"},
         {"A.k=--5", "invalid key-value pair, invalid negative number value --5"},
-        {"A.k=0x", "invalid key-value pair, invalid number value 0x"},
         {"A.k=18446744073709551616", "invalid key-value pair, invalid number value "
                                      "18446744073709551616"},
         {"A.k=\"x\"y", "invalid key-value pair, next key-value pair has to start with comma"},
-        {"A-B.k=1", "class name A-B not a legal CIM name"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(std::string("malformed object name: ") + c.first + ", reason:\"" + c.second +
@@ -248,28 +245,14 @@ TEST(ObjectPathKeys, EqualReadsTheBindingAsTheValuesType) {
 // Identity
 //------------------------------------------------------------------------------
 
-TEST(ObjectPathIdentity, NumbersCompareByValueAndStringsExactly) {
-    EXPECT_EQ(path("A.k=255"), path("A.k=0xff"));
+// Beyond the recorded cases: signs, ports and keyless paths.
+TEST(ObjectPathIdentity, NumbersCompareByValueAndPortsAndClassesCount) {
     EXPECT_EQ(path("A.k=-16"), path("A.k=-0x10"));
     EXPECT_NE(path("A.k=16"), path("A.k=-16"));
-    EXPECT_NE(path("A.k=\"x\""), path("A.k=\"X\""));
-    EXPECT_NE(path("A.k=1"), path("A.k=\"1\""));
-    EXPECT_EQ(path("A.k=TRUE"), path("A.k=true"));
     EXPECT_NE(path("A.k=TRUE"), path("A.k=FALSE"));
-    // Set by hand, a signed "+7" still reads as 7.
-    const CIMObjectPath plus("", CIMNamespaceName(), CIMName("A"),
-                             keys({CIMKeyBinding(CIMName("k"), "+7", CIMKeyBinding::NUMERIC)}));
-    EXPECT_EQ(plus, path("A.k=7"));
-}
-
-TEST(ObjectPathIdentity, NamesAndHostsIgnoreCaseAndKeyOrderDoesNotMatter) {
-    EXPECT_EQ(path("//HOST:5988/Root/KSV:ksv_thing.B=2,a=\"x\""),
-              path("//host:5988/root/ksv:KSV_Thing.A=\"x\",b=2"));
     EXPECT_NE(path("//host:5988/root:A.k=1"), path("//host:5989/root:A.k=1"));
-    EXPECT_NE(path("root:A.k=1"), path("A.k=1"));
     EXPECT_NE(path("A.k=1"), path("B.k=1"));
     EXPECT_NE(path("A.k=1"), path("A.j=1"));
-    EXPECT_NE(path("A.k=1"), path("A.k=1,j=2"));
     EXPECT_EQ(path("A"), path("a"));
 }
 

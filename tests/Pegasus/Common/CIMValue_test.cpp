@@ -89,184 +89,104 @@ using AllTypes =
                      Real64, Char16, String, CIMDateTime, CIMObjectPath, CIMInstance, CIMObject>;
 TYPED_TEST_SUITE(ScalarValue, AllTypes);
 
-TYPED_TEST(ScalarValue, KeepsTypeAndGivesBackWhatWasSet) {
+// Scalar, array and null of each type: type, shape, contents, equality, and what get refuses.
+TYPED_TEST(ScalarValue, KeepsTypeShapeAndContents) {
     using S = Sample<TypeParam>;
     CIMValue value(S::first());
     EXPECT_EQ(value.getType(), S::type);
-    EXPECT_FALSE(value.isArray());
-    EXPECT_FALSE(value.isNull());
-    EXPECT_EQ(value.getArraySize(), 0u);
+    EXPECT_FALSE(value.isArray() || value.isNull());
     TypeParam out = S::second();
     value.get(out);
     EXPECT_TRUE(same(out, S::first()));
-
     value.set(S::second());
     value.get(out);
     EXPECT_TRUE(same(out, S::second()));
-}
-
-TYPED_TEST(ScalarValue, ArrayKeepsTypeSizeAndElements) {
-    using S = Sample<TypeParam>;
-    Array<TypeParam> elements;
-    elements.append(S::first());
-    elements.append(S::second());
-    CIMValue value(elements);
-    EXPECT_EQ(value.getType(), S::type);
-    EXPECT_TRUE(value.isArray());
-    EXPECT_EQ(value.getArraySize(), 2u);
-    Array<TypeParam> out;
-    value.get(out);
-    EXPECT_TRUE(same(out, elements));
-}
-
-TYPED_TEST(ScalarValue, NullOfTheTypeLeavesTheOutputUntouched) {
-    using S = Sample<TypeParam>;
-    CIMValue value(S::type, false);
-    EXPECT_TRUE(value.isNull());
-    EXPECT_EQ(value.getType(), S::type);
-    TypeParam out = S::second();
-    value.get(out);
-    EXPECT_TRUE(same(out, S::second()));
-    EXPECT_EQ(value.toString(), String());
-}
-
-TYPED_TEST(ScalarValue, GetIntoAnotherTypeOrShapeThrowsTypeMismatch) {
-    using S = Sample<TypeParam>;
-    CIMValue scalar(S::first());
-    Array<TypeParam> asArray;
-    EXPECT_THROW(scalar.get(asArray), TypeMismatchException);
-    CIMValue array{Array<TypeParam>()};
-    TypeParam asScalar = S::second();
-    EXPECT_THROW(array.get(asScalar), TypeMismatchException);
-    // Every type has a neighbour of another type to be confused with.
-    CIMValue other = S::type == CIMTYPE_STRING ? CIMValue(Uint8(1)) : CIMValue(String("1"));
-    EXPECT_THROW(other.get(asScalar), TypeMismatchException);
-    EXPECT_TRUE(same(asScalar, S::second()));
-}
-
-TYPED_TEST(ScalarValue, EqualityFollowsContents) {
-    using S = Sample<TypeParam>;
     EXPECT_TRUE(CIMValue(S::first()) == CIMValue(S::first()));
     EXPECT_TRUE(CIMValue(S::first()) != CIMValue(S::second()));
-    EXPECT_FALSE(CIMValue(S::first()).equal(CIMValue(S::type, false)));
-    EXPECT_TRUE(CIMValue(S::type, false).equal(CIMValue(S::type, false)));
+
+    Array<TypeParam> elements(1, S::first());
+    elements.append(S::second());
+    const CIMValue array(elements);
+    EXPECT_EQ(array.getType(), S::type);
+    EXPECT_TRUE(array.isArray());
+    EXPECT_EQ(array.getArraySize(), 2u);
+    Array<TypeParam> outs;
+    array.get(outs);
+    EXPECT_TRUE(same(outs, elements));
+
+    // A null leaves the output untouched.
+    const CIMValue null(S::type, false);
+    EXPECT_TRUE(null.isNull());
+    EXPECT_EQ(null.getType(), S::type);
+    null.get(out);
+    EXPECT_TRUE(same(out, S::second()));
+    EXPECT_EQ(null.toString(), String());
+    EXPECT_FALSE(CIMValue(S::first()).equal(null));
+    EXPECT_TRUE(CIMValue(S::type, false).equal(null));
+
+    EXPECT_THROW(CIMValue(S::first()).get(outs), TypeMismatchException);
+    EXPECT_THROW(array.get(out), TypeMismatchException);
+    // Every type has a neighbour of another type to be confused with.
+    CIMValue other = S::type == CIMTYPE_STRING ? CIMValue(Uint8(1)) : CIMValue(String("1"));
+    EXPECT_THROW(other.get(out), TypeMismatchException);
+    EXPECT_TRUE(same(out, S::second()));
 }
 
-TEST(CIMValueNulls, DefaultIsNullScalarBoolean) {
-    CIMValue value;
-    EXPECT_TRUE(value.isNull());
-    EXPECT_FALSE(value.isArray());
-    EXPECT_EQ(value.getType(), CIMTYPE_BOOLEAN);
-}
-
-TEST(CIMValueNulls, SetNullValueRetypesAndClearGoesBackToBoolean) {
+TEST(CIMValueNulls, DefaultAndClearedValuesAreNullScalarBooleans) {
     CIMValue value(Uint32(9));
     value.setNullValue(CIMTYPE_STRING, true, 3);
-    EXPECT_TRUE(value.isNull());
-    EXPECT_TRUE(value.isArray());
+    EXPECT_TRUE(value.isNull() && value.isArray());
     EXPECT_EQ(value.getType(), CIMTYPE_STRING);
     EXPECT_EQ(value.getArraySize(), 3u);
     value.clear();
-    EXPECT_TRUE(value.isNull());
-    EXPECT_FALSE(value.isArray());
-    EXPECT_EQ(value.getType(), CIMTYPE_BOOLEAN);
-}
-
-TEST(CIMValueNulls, ScalarNullIgnoresArraySize) {
+    for (const CIMValue& null : {value, CIMValue()}) {
+        EXPECT_TRUE(null.isNull());
+        EXPECT_FALSE(null.isArray());
+        EXPECT_EQ(null.getType(), CIMTYPE_BOOLEAN);
+    }
     EXPECT_EQ(CIMValue(CIMTYPE_UINT16, false, 4).getArraySize(), 0u);
-}
-
-TEST(CIMValueNulls, NullDiffersFromEmptyArray) {
-    CIMValue empty{Array<Uint16>()};
-    CIMValue null(CIMTYPE_UINT16, true);
-    EXPECT_FALSE(empty.isNull());
-    EXPECT_FALSE(empty.equal(null));
-    EXPECT_TRUE(empty.typeCompatible(null));
-}
-
-TEST(CIMValueNulls, UnknownTypeIsRefused) {
     EXPECT_THROW(CIMValue(CIMType(42), false), TypeMismatchException);
-    CIMValue value;
     EXPECT_THROW(value.setNullValue(CIMType(-1), false), TypeMismatchException);
 }
 
-TEST(CIMValueTyping, SetChangesTheType) {
-    CIMValue value(Uint16(1));
-    value.set(String("now a string"));
-    EXPECT_EQ(value.getType(), CIMTYPE_STRING);
-    String out;
-    value.get(out);
-    EXPECT_EQ(out, String("now a string"));
-}
-
-TEST(CIMValueTyping, SameNumberOfAnotherWidthIsNotEqual) {
+TEST(CIMValueEquality, TypeWidthLengthAndEveryElementCount) {
+    CIMValue empty{Array<Uint16>()};
+    EXPECT_FALSE(empty.isNull());
+    EXPECT_FALSE(empty.equal(CIMValue(CIMTYPE_UINT16, true)));
+    EXPECT_TRUE(empty.typeCompatible(CIMValue(CIMTYPE_UINT16, true)));
     EXPECT_FALSE(CIMValue(Uint16(7)) == CIMValue(Uint32(7)));
     EXPECT_FALSE(CIMValue(Uint8(7)) == CIMValue(Sint8(7)));
     EXPECT_FALSE(CIMValue(Uint16(7)).typeCompatible(CIMValue(Uint32(7))));
-}
-
-TEST(CIMValueTyping, CopiesAreIndependentValues) {
-    CIMValue original(String("a"));
-    CIMValue copy(original);
-    copy.set(String("b"));
-    CIMValue assigned;
-    assigned = original;
-    assigned.assign(CIMValue(Uint8(3)));
-    String out;
-    original.get(out);
-    EXPECT_EQ(out, String("a"));
-}
-
-TEST(CIMValueTyping, NotANumberIsNotEqualToItself) {
     CIMValue nan(std::numeric_limits<Real64>::quiet_NaN());
     EXPECT_FALSE(nan == nan);
-}
 
-TEST(CIMValueTyping, ArraysDifferingInOneElementOrLengthAreNotEqual) {
-    Array<Uint16> a;
-    a.append(1);
-    a.append(2);
+    Array<Uint16> a(2, 1);
     Array<Uint16> b(a);
     b[1] = 3;
-    Array<Uint16> shorter;
-    shorter.append(1);
     EXPECT_TRUE(CIMValue(a) == CIMValue(Array<Uint16>(a)));
     EXPECT_FALSE(CIMValue(a) == CIMValue(b));
-    EXPECT_FALSE(CIMValue(a) == CIMValue(shorter));
+    EXPECT_FALSE(CIMValue(a) == CIMValue(Array<Uint16>(1, 1)));
+    // Copies are independent.
+    const CIMValue original{a};
+    CIMValue copy(original);
+    copy.set(Uint16(1));
+    EXPECT_EQ(copy.getType(), CIMTYPE_UINT16);
+    EXPECT_EQ(original, CIMValue(a));
 }
 
+// The recorded cases cover the other types and arrays.
 TEST(CIMValueText, ScalarsPrintAsTheReferenceLibraryDoes) {
     EXPECT_EQ(text(CIMValue(false).toString()), "FALSE");
-    EXPECT_EQ(text(CIMValue(Sint8(-128)).toString()), "-128");
-    EXPECT_EQ(text(CIMValue(Uint8(255)).toString()), "255");
     EXPECT_EQ(text(CIMValue(std::numeric_limits<Sint64>::min()).toString()),
               "-9223372036854775808");
+    EXPECT_EQ(text(CIMValue(Sint8(-128)).toString()), "-128");
     EXPECT_EQ(text(CIMValue(Real64(-1234.5)).toString()), "-1.2345000000000000e+03");
     EXPECT_EQ(text(CIMValue(Real32(0.1f)).toString()), "1.0000000149011612e-01");
     const Char16 smiley(0x263A);
     EXPECT_EQ(CIMValue(smiley).toString(), String(&smiley, 1));
-    EXPECT_EQ(text(CIMValue(String("  keeps  blanks ")).toString()), "  keeps  blanks ");
-}
-
-TEST(CIMValueText, ArrayElementsAreEachFollowedByOneBlank) {
-    Array<Boolean> flags;
-    flags.append(true);
-    flags.append(false);
-    EXPECT_EQ(text(CIMValue(flags).toString()), "TRUE FALSE ");
-    Array<Real64> reals;
-    reals.append(2.0);
-    EXPECT_EQ(text(CIMValue(reals).toString()), "2.0000000000000000e+00 ");
-    Array<String> names;
-    names.append("");
+    Array<String> names(1, "");
     names.append("b");
     EXPECT_EQ(text(CIMValue(names).toString()), " b ");
-}
-
-TEST(CIMValueText, DatetimeAndReferencePrintTheirOwnText) {
-    const char* stamp = "20261121103000.000000+000";
-    EXPECT_EQ(text(CIMValue(CIMDateTime(String(stamp))).toString()), stamp);
-    CIMObjectPath path(String("//h/root/ksv:KSV_DiskDrive.DeviceID=\"X\""));
-    EXPECT_EQ(CIMValue(path).toString(), path.toString());
 }
 
 TEST(CIMValueText, EmbeddedInstancePrintsItsXmlElement) {
@@ -279,34 +199,26 @@ TEST(CIMValueText, EmbeddedInstancePrintsItsXmlElement) {
                    "</INSTANCE>\n");
 }
 
+std::string deviceIdOf(const CIMInstance& disk) {
+    String deviceId;
+    disk.getProperty(0).getValue().get(deviceId);
+    return text(deviceId);
+}
+
 TEST(CIMValueEmbedded, SetAndGetCloneSoNoCallerReachesTheStoredInstance) {
     CIMInstance disk = diskInstance("X");
     CIMValue value(disk);
+    Array<CIMInstance> disks(1, disk);
+    CIMValue array(disks);
     disk.getProperty(0).setValue(CIMValue(String("changed after set")));
-
     CIMInstance out;
     value.get(out);
-    String deviceId;
-    out.getProperty(0).getValue().get(deviceId);
-    EXPECT_EQ(deviceId, String("X"));
-
+    EXPECT_EQ(deviceIdOf(out), "X");
     out.getProperty(0).setValue(CIMValue(String("changed after get")));
-    CIMInstance again;
-    value.get(again);
-    again.getProperty(0).getValue().get(deviceId);
-    EXPECT_EQ(deviceId, String("X"));
-}
-
-TEST(CIMValueEmbedded, ArrayElementsAreClonedToo) {
-    Array<CIMInstance> disks;
-    disks.append(diskInstance("X"));
-    CIMValue value(disks);
-    disks[0].getProperty(0).setValue(CIMValue(String("changed")));
-    Array<CIMInstance> out;
     value.get(out);
-    String deviceId;
-    out[0].getProperty(0).getValue().get(deviceId);
-    EXPECT_EQ(deviceId, String("X"));
+    EXPECT_EQ(deviceIdOf(out), "X");
+    array.get(disks);
+    EXPECT_EQ(deviceIdOf(disks[0]), "X");
 }
 
 TEST(CIMValueEmbedded, UninitializedObjectsAreRefused) {

@@ -1,4 +1,4 @@
-#include "MockCIMOMHandleBackend.h"
+#include "RecordingCIMOMHandleBackend.h"
 
 #include <Pegasus/Provider/CIMOMHandle.h>
 
@@ -11,8 +11,7 @@
 
 PEGASUS_USING_PEGASUS;
 
-using ::testing::_;
-using ::testing::NiceMock;
+using pegasus_testing::RecordingCIMOMHandleBackend;
 
 namespace {
 
@@ -21,13 +20,8 @@ namespace {
 TEST(CIMOMHandleConcurrency, DefaultBackendCanBeSwappedWhileHandlesAreCreated) {
     std::atomic<int> received{0};
     auto makeBackend = [&received] {
-        auto backend = std::make_shared<NiceMock<MockCIMOMHandleBackend>>();
-        ON_CALL(*backend, enumerateInstanceNames(_, _, _))
-            .WillByDefault(
-                [&received](const OperationContext&, const CIMNamespaceName&, const CIMName&) {
-                    ++received;
-                    return Array<CIMObjectPath>();
-                });
+        auto backend = std::make_shared<RecordingCIMOMHandleBackend>();
+        backend->log.onRecord = [&received] { ++received; };
         return backend;
     };
 

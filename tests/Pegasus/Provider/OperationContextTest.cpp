@@ -1,4 +1,5 @@
 #include <Pegasus/Common/OperationContext.h>
+#include <Pegasus/Common/ResponseHandler.h>
 
 #include <gtest/gtest.h>
 
@@ -49,46 +50,26 @@ String messageOf(Action action) {
     return "no exception";
 }
 
-TEST(OperationContext, MissingContainersAreReportedAsNotFound) {
-    OperationContext context;
-    context.insert(TimeoutContainer(5));
-    EXPECT_FALSE(context.contains(IdentityContainer::NAME));
-    EXPECT_EQ(messageOf([&] { context.get(IdentityContainer::NAME); }), "object not found");
-    EXPECT_EQ(messageOf([&] { context.remove(IdentityContainer::NAME); }), "object not found");
-    EXPECT_EQ(messageOf([&] { context.set(IdentityContainer("bob")); }), "object not found");
-}
-
-TEST(OperationContext, ContainersAreFoundByTheirTypesName) {
+TEST(OperationContext, ContainersAreKeptOnePerTypeName) {
     OperationContext context;
     context.insert(IdentityContainer("alice"));
     context.insert(TimeoutContainer(500));
-
     EXPECT_EQ(userOf(context), "alice");
     EXPECT_EQ(TimeoutContainer(context.get(TimeoutContainer::NAME)).getTimeOut(), 500u);
     EXPECT_EQ(IdentityContainer::NAME, "IdentityContainer");
     EXPECT_EQ(TimeoutContainer::NAME, "TimeoutContainer");
-}
-
-TEST(OperationContext, SecondInsertOfSameTypeIsRefusedAndKeepsTheFirst) {
-    OperationContext context;
-    context.insert(IdentityContainer("alice"));
     EXPECT_EQ(messageOf([&] { context.insert(IdentityContainer("mallory")); }),
               "object already exists.");
     EXPECT_EQ(userOf(context), "alice");
-}
-
-TEST(OperationContext, SetReplacesRemoveAndClearDelete) {
-    OperationContext context;
-    context.insert(IdentityContainer("alice"));
-    context.insert(TimeoutContainer(1));
 
     context.set(IdentityContainer("bob"));
     EXPECT_EQ(userOf(context), "bob");
-
     context.remove(IdentityContainer::NAME);
     EXPECT_FALSE(context.contains(IdentityContainer::NAME));
     EXPECT_TRUE(context.contains(TimeoutContainer::NAME));
-
+    EXPECT_EQ(messageOf([&] { context.get(IdentityContainer::NAME); }), "object not found");
+    EXPECT_EQ(messageOf([&] { context.remove(IdentityContainer::NAME); }), "object not found");
+    EXPECT_EQ(messageOf([&] { context.set(IdentityContainer("bob")); }), "object not found");
     context.clear();
     EXPECT_FALSE(context.contains(TimeoutContainer::NAME));
 }
@@ -127,25 +108,47 @@ TEST(OperationContext, HoldsCopiesAndReleasesEachThroughDestroy) {
     EXPECT_EQ(CountingContainer::live, 0);
 }
 
-TEST(StandardContainers, RefuseAContainerOfAnotherType) {
+TEST(StandardContainers, RefuseAContainerOfAnotherTypeAndClonesCarryTheValue) {
     const CountingContainer foreign(1);
     EXPECT_THROW(IdentityContainer identity(foreign), DynamicCastFailedException);
     EXPECT_THROW(TimeoutContainer timeout(foreign), DynamicCastFailedException);
-}
-
-TEST(StandardContainers, ClonesAndCopiesCarryTheValue) {
-    const IdentityContainer alice("alice");
-    IdentityContainer assigned("bob");
-    assigned = alice;
-    OperationContext::Container* identityClone = alice.clone();
+    OperationContext::Container* identityClone = IdentityContainer("alice").clone();
     OperationContext::Container* timeoutClone = TimeoutContainer(30000).clone();
-
-    EXPECT_EQ(IdentityContainer(alice).getUserName(), "alice");
-    EXPECT_EQ(assigned.getUserName(), "alice");
     EXPECT_EQ(IdentityContainer(*identityClone).getUserName(), "alice");
     EXPECT_EQ(TimeoutContainer(*timeoutClone).getTimeOut(), 30000u);
     identityClone->destroy();
     timeoutClone->destroy();
+}
+
+// One object serving two handler interfaces, as a server's handler may.
+class PathAndInstanceHandler : public InstanceResponseHandler, public ObjectPathResponseHandler {
+public:
+    void processing() override {}
+    void complete() override {}
+    void deliver(const CIMInstance&) override {}
+    void deliver(const Array<CIMInstance>&) override {}
+    void deliver(const CIMObjectPath&) override {}
+    void deliver(const Array<CIMObjectPath>&) override {}
+
+    using ResponseHandler::getContext;
+};
+
+TEST(ResponseHandler, KeepsItsOwnCopyOfTheContextAndCopiesCarryIt) {
+    PathAndInstanceHandler handler;
+    EXPECT_FALSE(handler.getContext().contains(IdentityContainer::NAME));
+    OperationContext context;
+    context.insert(IdentityContainer("alice"));
+    static_cast<InstanceResponseHandler&>(handler).setContext(context);
+    context.set(IdentityContainer("bob"));
+    EXPECT_EQ(userOf(handler.getContext()), "alice");
+    static_cast<ObjectPathResponseHandler&>(handler).setContext(context);
+    EXPECT_EQ(userOf(handler.getContext()), "bob");
+
+    PathAndInstanceHandler copy(handler);
+    handler.setContext(OperationContext());
+
+    EXPECT_EQ(userOf(copy.getContext()), "bob");
+    EXPECT_FALSE(handler.getContext().contains(IdentityContainer::NAME));
 }
 
 } // namespace

@@ -1,7 +1,7 @@
-// The provider module of the CIM server's tests (libKSVTestProviders.so): an instance and
-// method provider, a second instance provider under the same base class, an association
-// provider, one that fails on purpose and one that calls back into the server. What the tests
-// cannot see through CIM they read through the ksvtest_* probes.
+// The provider module of the CIM server's tests (libKSVTestProviders.so): one element provider
+// serving KSV_TestDevice (instances, changes and methods) and, read-only, KSV_TestGadget under the
+// same base class; an association provider; one that fails on purpose and one that calls back
+// into the server. What the tests cannot see through CIM they read through the ksvtest_* probes.
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObjectPath.h>
@@ -31,18 +31,11 @@ namespace {
 const CIMNamespaceName kNamespace("root/ksv");
 const CIMName kDevice("KSV_TestDevice");
 const CIMName kGadget("KSV_TestGadget");
-const unsigned kGadgets = 2;
 
 std::atomic<unsigned> operations{0};
 std::atomic<unsigned> initializations{0};
 std::atomic<unsigned> prematureCalls{0};
 std::atomic<unsigned> delivered{0};
-
-String userOf(const OperationContext& context) {
-    if (!context.contains(IdentityContainer::NAME))
-        return String();
-    return IdentityContainer(context.get(IdentityContainer::NAME)).getUserName();
-}
 
 String keyOf(const CIMObjectPath& path, const char* keyName) {
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
@@ -59,19 +52,13 @@ CIMObjectPath pathOf(const CIMName& className, const String& id) {
     return CIMObjectPath(String(), kNamespace, className, keys);
 }
 
-CIMInstance element(const CIMName& className, const String& id, const CIMName& servedAs,
-                    const OperationContext& context) {
-    CIMInstance instance(className);
-    instance.addProperty(CIMProperty("Id", CIMValue(id)));
-    instance.addProperty(CIMProperty("Name", CIMValue(String("element ") + id)));
-    instance.addProperty(CIMProperty("ServedAs", CIMValue(servedAs.getString())));
-    instance.addProperty(CIMProperty("RequestedBy", CIMValue(userOf(context))));
-    instance.setPath(pathOf(className, id));
-    return instance;
+CIMObjectPath gadgetPath(Uint32 index) {
+    return pathOf(kGadget, String(("g-" + std::to_string(index)).c_str()));
 }
 
-// Counts operations; an operation before initialize has completed is a server fault.
-class Provider : public virtual CIMProvider {
+// Counts operations; an operation before initialize has completed is a server fault. Instance
+// operations that a provider does not override are not supported.
+class Provider : public CIMInstanceProvider {
 public:
     void initialize(CIMOMHandle& cimom) override {
         _cimom = cimom;
@@ -81,6 +68,31 @@ public:
         _initialized = true;
     }
     void terminate() override { delete this; }
+
+    void getInstance(const OperationContext&, const CIMObjectPath&, const Boolean, const Boolean,
+                     const CIMPropertyList&, InstanceResponseHandler&) override {
+        throw CIMNotSupportedException("getInstance");
+    }
+    void enumerateInstances(const OperationContext&, const CIMObjectPath&, const Boolean,
+                            const Boolean, const CIMPropertyList&,
+                            InstanceResponseHandler&) override {
+        throw CIMNotSupportedException("enumerateInstances");
+    }
+    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath&,
+                                ObjectPathResponseHandler&) override {
+        throw CIMNotSupportedException("enumerateInstanceNames");
+    }
+    void modifyInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
+                        const Boolean, const CIMPropertyList&, ResponseHandler&) override {
+        throw CIMNotSupportedException("modifyInstance");
+    }
+    void createInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
+                        ObjectPathResponseHandler&) override {
+        throw CIMNotSupportedException("createInstance");
+    }
+    void deleteInstance(const OperationContext&, const CIMObjectPath&, ResponseHandler&) override {
+        throw CIMNotSupportedException("deleteInstance");
+    }
 
 protected:
     void enter() {
@@ -95,45 +107,24 @@ private:
     std::atomic<bool> _initialized{false};
 };
 
-// Instance operations that a provider does not serve.
-class ReadOnlyInstances : public CIMInstanceProvider {
+// ---- KSV_TestDevice and KSV_TestGadget ------------------------------------------------------
+
+class ElementProvider : public Provider, public CIMMethodProvider {
 public:
-    void modifyInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
-                        const Boolean, const CIMPropertyList&, ResponseHandler&) override {
-        throw CIMNotSupportedException("modifyInstance");
+    explicit ElementProvider(const CIMName& className) : _class(className) {
+        populate(_class.equal(kDevice) ? 3 : 2, 0);
     }
-    void createInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
-                        ObjectPathResponseHandler&) override {
-        throw CIMNotSupportedException("createInstance");
-    }
-    void deleteInstance(const OperationContext&, const CIMObjectPath&, ResponseHandler&) override {
-        throw CIMNotSupportedException("deleteInstance");
-    }
-};
-
-// ---- KSV_TestDevice
-// ------------------------------------------------------------------------------
-
-struct Device {
-    Uint32 size = 0;
-    String color = "grey";
-};
-
-class DeviceProvider : public Provider, public CIMInstanceProvider, public CIMMethodProvider {
-public:
-    DeviceProvider() { populate(3, 0); }
 
     void getInstance(const OperationContext& context, const CIMObjectPath& path, const Boolean,
                      const Boolean, const CIMPropertyList&,
                      InstanceResponseHandler& handler) override {
         enter();
-        const String id = keyOf(path, "Id");
-        std::lock_guard<std::mutex> lock(_mutex);
-        auto found = _devices.find(std::string(id.getCString()));
-        if (found == _devices.end())
-            throw CIMObjectNotFoundException("KSV_TestDevice " + id);
-        handler.processing();
-        handler.deliver(build(found->first, found->second, path.getClassName(), context));
+        const std::string id(keyOf(path, "Id").getCString());
+        const auto elements = snapshot();
+        const auto found = elements.find(id);
+        if (found == elements.end())
+            throw CIMObjectNotFoundException(_class.getString() + " " + id.c_str());
+        handler.deliver(build(*found, path.getClassName(), context));
         handler.complete();
     }
 
@@ -142,8 +133,8 @@ public:
                             InstanceResponseHandler& handler) override {
         enter();
         handler.processing();
-        for (const auto& [id, device] : snapshot()) {
-            handler.deliver(build(id, device, classReference.getClassName(), context));
+        for (const auto& element : snapshot()) {
+            handler.deliver(build(element, classReference.getClassName(), context));
             ++delivered;
         }
         handler.complete();
@@ -152,9 +143,8 @@ public:
     void enumerateInstanceNames(const OperationContext&, const CIMObjectPath&,
                                 ObjectPathResponseHandler& handler) override {
         enter();
-        handler.processing();
-        for (const auto& entry : snapshot())
-            handler.deliver(pathOf(kDevice, entry.first.c_str()));
+        for (const auto& element : snapshot())
+            handler.deliver(pathOf(_class, element.first.c_str()));
         handler.complete();
     }
 
@@ -162,25 +152,23 @@ public:
                         const CIMInstance& modified, const Boolean,
                         const CIMPropertyList& propertyList, ResponseHandler& handler) override {
         enter();
-        Uint32 color = modified.findProperty("Color");
         std::lock_guard<std::mutex> lock(_mutex);
-        auto found = _devices.find(std::string(keyOf(path, "Id").getCString()));
-        if (found == _devices.end())
-            throw CIMObjectNotFoundException("KSV_TestDevice " + keyOf(path, "Id"));
+        Element& element = existing(path);
+        Uint32 color = modified.findProperty("Color");
         if (color != PEG_NOT_FOUND && propertyList.useThisProperty("Color"))
-            modified.getProperty(color).getValue().get(found->second.color);
+            modified.getProperty(color).getValue().get(element.color);
         handler.complete();
     }
 
     void createInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance& created,
                         ObjectPathResponseHandler& handler) override {
         enter();
+        requireDevice();
         String id;
         created.getProperty(created.findProperty("Id")).getValue().get(id);
         std::lock_guard<std::mutex> lock(_mutex);
-        if (!_devices.emplace(std::string(id.getCString()), Device{}).second)
-            throw CIMObjectAlreadyExistsException("KSV_TestDevice " + id);
-        handler.deliver(pathOf(kDevice, id));
+        _elements.emplace(std::string(id.getCString()), Element{});
+        handler.deliver(pathOf(_class, id));
         handler.complete();
     }
 
@@ -188,11 +176,13 @@ public:
                         ResponseHandler& handler) override {
         enter();
         std::lock_guard<std::mutex> lock(_mutex);
-        if (_devices.erase(std::string(keyOf(path, "Id").getCString())) == 0)
-            throw CIMObjectNotFoundException("KSV_TestDevice " + keyOf(path, "Id"));
+        existing(path);
+        _elements.erase(std::string(keyOf(path, "Id").getCString()));
         handler.complete();
     }
 
+    // Populate(Count, NameLength) replaces the devices; Reset(Delay, Mode, Force) answers Delay
+    // doubled and echoes its parameters as received.
     void invokeMethod(const OperationContext&, const CIMObjectPath&, const CIMName& methodName,
                       const Array<CIMParamValue>& in,
                       MethodResultResponseHandler& handler) override {
@@ -220,6 +210,11 @@ public:
     }
 
 private:
+    struct Element {
+        Uint32 number = 0;
+        String color = "grey";
+    };
+
     static CIMValue parameter(const Array<CIMParamValue>& in, const char* name) {
         for (Uint32 i = 0; i < in.size(); ++i) {
             if (String::equalNoCase(in[i].getParameterName(), name))
@@ -228,126 +223,86 @@ private:
         throw CIMInvalidParameterException(String("missing parameter ") + name);
     }
 
+    void requireDevice() const {
+        if (!_class.equal(kDevice))
+            throw CIMNotSupportedException("gadgets cannot be changed");
+    }
+
+    // The caller holds the lock.
+    Element& existing(const CIMObjectPath& path) {
+        requireDevice();
+        auto found = _elements.find(std::string(keyOf(path, "Id").getCString()));
+        if (found == _elements.end())
+            throw CIMObjectNotFoundException("KSV_TestDevice " + keyOf(path, "Id"));
+        return found->second;
+    }
+
     void populate(Uint32 count, Uint32 nameLength) {
         std::lock_guard<std::mutex> lock(_mutex);
-        _devices.clear();
+        _elements.clear();
         _nameLength = nameLength;
+        const std::string prefix = _class.equal(kDevice) ? "dev-" : "g-";
         for (Uint32 i = 0; i < count; ++i)
-            _devices.emplace("dev-" + std::to_string(i), Device{i, "grey"});
+            _elements.emplace(prefix + std::to_string(i), Element{i, "grey"});
     }
 
-    std::map<std::string, Device> snapshot() {
+    std::map<std::string, Element> snapshot() {
         std::lock_guard<std::mutex> lock(_mutex);
-        return _devices;
+        return _elements;
     }
 
-    CIMInstance build(const std::string& id, const Device& device, const CIMName& servedAs,
+    CIMInstance build(const std::pair<const std::string, Element>& element, const CIMName& servedAs,
                       const OperationContext& context) const {
-        CIMInstance instance = element(kDevice, id.c_str(), servedAs, context);
-        instance.addProperty(CIMProperty("Size", CIMValue(device.size)));
-        instance.addProperty(CIMProperty("Color", CIMValue(device.color)));
-        if (_nameLength > 0)
-            instance.getProperty(instance.findProperty("Name"))
-                .setValue(CIMValue(String(std::string(_nameLength, 'n').c_str())));
+        const String id(element.first.c_str());
+        String user;
+        if (context.contains(IdentityContainer::NAME))
+            user = IdentityContainer(context.get(IdentityContainer::NAME)).getUserName();
+        CIMInstance instance(_class);
+        instance.addProperty(CIMProperty("Id", CIMValue(id)));
+        instance.addProperty(CIMProperty(
+            "Name", CIMValue(_nameLength > 0 ? String(std::string(_nameLength, 'n').c_str())
+                                             : "element " + id)));
+        instance.addProperty(CIMProperty("ServedAs", CIMValue(servedAs.getString())));
+        instance.addProperty(CIMProperty("RequestedBy", CIMValue(user)));
+        if (_class.equal(kDevice)) {
+            instance.addProperty(CIMProperty("Size", CIMValue(element.second.number)));
+            instance.addProperty(CIMProperty("Color", CIMValue(element.second.color)));
+        } else {
+            // A qualifier and a class origin, for IncludeQualifiers and IncludeClassOrigin.
+            instance.addQualifier(CIMQualifier("Description", CIMValue(String("a gadget"))));
+            instance.addProperty(CIMProperty(
+                "Weight", CIMValue(Sint64(100 + element.second.number)), 0, CIMName(), kGadget));
+        }
+        instance.setPath(pathOf(_class, id));
         return instance;
     }
 
+    const CIMName _class;
     std::mutex _mutex;
-    std::map<std::string, Device> _devices;
+    std::map<std::string, Element> _elements;
     Uint32 _nameLength = 0;
 };
 
-// ---- KSV_TestGadget
-// ------------------------------------------------------------------------------
+// ---- KSV_TestLink: device i holds gadget i modulo 2 -------------------------------------------
 
-class GadgetProvider : public Provider, public ReadOnlyInstances {
+class LinkProvider : public Provider, public CIMAssociationProvider {
 public:
-    void getInstance(const OperationContext& context, const CIMObjectPath& path, const Boolean,
-                     const Boolean, const CIMPropertyList&,
-                     InstanceResponseHandler& handler) override {
-        enter();
-        const String id = keyOf(path, "Id");
-        for (Uint32 i = 0; i < kGadgets; ++i) {
-            if (id == gadgetId(i)) {
-                handler.deliver(build(i, path.getClassName(), context));
-                handler.complete();
-                return;
-            }
-        }
-        throw CIMObjectNotFoundException("KSV_TestGadget " + id);
-    }
-
-    void enumerateInstances(const OperationContext& context, const CIMObjectPath& classReference,
-                            const Boolean, const Boolean, const CIMPropertyList&,
-                            InstanceResponseHandler& handler) override {
-        enter();
-        for (Uint32 i = 0; i < kGadgets; ++i)
-            handler.deliver(build(i, classReference.getClassName(), context));
-        handler.complete();
-    }
-
-    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath&,
-                                ObjectPathResponseHandler& handler) override {
-        enter();
-        for (Uint32 i = 0; i < kGadgets; ++i)
-            handler.deliver(pathOf(kGadget, gadgetId(i)));
-        handler.complete();
-    }
-
-    static String gadgetId(Uint32 index) { return String(("g-" + std::to_string(index)).c_str()); }
-
-private:
-    static CIMInstance build(Uint32 index, const CIMName& servedAs,
-                             const OperationContext& context) {
-        CIMInstance instance = element(kGadget, gadgetId(index), servedAs, context);
-        // A qualifier and a class origin, for the tests of IncludeQualifiers and
-        // IncludeClassOrigin.
-        instance.addQualifier(CIMQualifier("Description", CIMValue(String("a gadget"))));
-        instance.addProperty(
-            CIMProperty("Weight", CIMValue(Sint64(100 + index)), 0, CIMName(), kGadget));
-        return instance;
-    }
-};
-
-// ---- KSV_TestLink
-// --------------------------------------------------------------------------------
-
-class LinkProvider : public Provider, public ReadOnlyInstances, public CIMAssociationProvider {
-public:
-    void getInstance(const OperationContext&, const CIMObjectPath&, const Boolean, const Boolean,
-                     const CIMPropertyList&, InstanceResponseHandler&) override {
-        throw CIMNotSupportedException("KSV_TestLink.getInstance");
-    }
-
-    void enumerateInstances(const OperationContext& context, const CIMObjectPath&, const Boolean,
-                            const Boolean, const CIMPropertyList&,
-                            InstanceResponseHandler& handler) override {
-        enter();
-        handler.deliver(links(context));
-        handler.complete();
-    }
-
-    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath&,
-                                ObjectPathResponseHandler&) override {
-        throw CIMNotSupportedException("KSV_TestLink.enumerateInstanceNames");
-    }
-
     void associators(const OperationContext& context, const CIMObjectPath& objectName,
-                     const CIMName&, const CIMName&, const String& role, const String& resultRole,
+                     const CIMName&, const CIMName&, const String& role, const String&,
                      const Boolean, const Boolean, const CIMPropertyList&,
                      ObjectResponseHandler& handler) override {
         enter();
-        for (const CIMObjectPath& far : farEnds(context, objectName, role, resultRole))
+        for (const CIMObjectPath& far : farEnds(context, objectName, role))
             handler.deliver(CIMObject(_cimom.getInstance(context, kNamespace, far, false, false,
                                                          false, CIMPropertyList())));
         handler.complete();
     }
 
     void associatorNames(const OperationContext& context, const CIMObjectPath& objectName,
-                         const CIMName&, const CIMName&, const String& role,
-                         const String& resultRole, ObjectPathResponseHandler& handler) override {
+                         const CIMName&, const CIMName&, const String& role, const String&,
+                         ObjectPathResponseHandler& handler) override {
         enter();
-        for (const CIMObjectPath& far : farEnds(context, objectName, role, resultRole))
+        for (const CIMObjectPath& far : farEnds(context, objectName, role))
             handler.deliver(far);
         handler.complete();
     }
@@ -356,7 +311,7 @@ public:
                     const CIMName&, const String& role, const Boolean, const Boolean,
                     const CIMPropertyList&, ObjectResponseHandler& handler) override {
         enter();
-        for (const CIMInstance& link : linksOf(context, objectName, role))
+        for (const CIMInstance& link : links(context, objectName, role))
             handler.deliver(CIMObject(link));
         handler.complete();
     }
@@ -365,72 +320,59 @@ public:
                         const CIMName&, const String& role,
                         ObjectPathResponseHandler& handler) override {
         enter();
-        for (const CIMInstance& link : linksOf(context, objectName, role))
+        for (const CIMInstance& link : links(context, objectName, role))
             handler.deliver(link.getPath());
         handler.complete();
     }
 
 private:
-    static CIMInstance link(const CIMObjectPath& owner, const CIMObjectPath& member) {
-        CIMInstance instance("KSV_TestLink");
-        instance.addProperty(CIMProperty("Owner", CIMValue(owner), 0, kDevice));
-        instance.addProperty(CIMProperty("Member", CIMValue(member), 0, kGadget));
-        Array<CIMKeyBinding> keys;
-        keys.append(CIMKeyBinding("Owner", CIMValue(owner)));
-        keys.append(CIMKeyBinding("Member", CIMValue(member)));
-        instance.setPath(CIMObjectPath(String(), kNamespace, "KSV_TestLink", keys));
-        return instance;
+    static const char* endOf(const CIMObjectPath& object) {
+        return object.getClassName().equal(kDevice) ? "Owner" : "Member";
     }
 
-    // The devices come from their own provider, through the server.
-    Array<CIMInstance> links(const OperationContext& context) {
+    // The links that hold the object in the role its class plays. The devices come from their own
+    // provider, through the server.
+    std::vector<CIMInstance> links(const OperationContext& context, const CIMObjectPath& object,
+                                   const String& role) {
+        std::vector<CIMInstance> result;
+        if (role.size() != 0 && !String::equalNoCase(role, endOf(object)))
+            return result;
         Array<CIMObjectPath> devices = _cimom.enumerateInstanceNames(context, kNamespace, kDevice);
-        Array<CIMInstance> result;
         for (Uint32 i = 0; i < devices.size(); ++i) {
             CIMObjectPath owner = pathOf(kDevice, keyOf(devices[i], "Id"));
-            result.append(link(owner, pathOf(kGadget, GadgetProvider::gadgetId(i % kGadgets))));
+            CIMObjectPath member = gadgetPath(i % 2);
+            const CIMObjectPath& end = object.getClassName().equal(kDevice) ? owner : member;
+            if (keyOf(end, "Id") != keyOf(object, "Id"))
+                continue;
+            CIMInstance link("KSV_TestLink");
+            link.addProperty(CIMProperty("Owner", CIMValue(owner), 0, kDevice));
+            link.addProperty(CIMProperty("Member", CIMValue(member), 0, kGadget));
+            Array<CIMKeyBinding> keys;
+            keys.append(CIMKeyBinding("Owner", CIMValue(owner)));
+            keys.append(CIMKeyBinding("Member", CIMValue(member)));
+            link.setPath(CIMObjectPath(String(), kNamespace, "KSV_TestLink", keys));
+            result.push_back(link);
         }
         return result;
     }
 
-    std::vector<CIMInstance> linksOf(const OperationContext& context,
-                                     const CIMObjectPath& objectName, const String& role) {
-        const bool isDevice = objectName.getClassName().equal(kDevice);
-        const char* end = isDevice ? "Owner" : "Member";
-        std::vector<CIMInstance> result;
-        if (role.size() != 0 && !String::equalNoCase(role, end))
-            return result;
-        const String id = keyOf(objectName, "Id");
-        Array<CIMInstance> all = links(context);
-        for (Uint32 i = 0; i < all.size(); ++i) {
-            CIMObjectPath reference;
-            all[i].getProperty(all[i].findProperty(end)).getValue().get(reference);
-            if (keyOf(reference, "Id") == id)
-                result.push_back(all[i]);
-        }
-        return result;
-    }
-
+    // Only Role narrows the links; ResultRole is accepted and ignored.
     std::vector<CIMObjectPath> farEnds(const OperationContext& context,
-                                       const CIMObjectPath& objectName, const String& role,
-                                       const String& resultRole) {
+                                       const CIMObjectPath& objectName, const String& role) {
         const char* farEnd = objectName.getClassName().equal(kDevice) ? "Member" : "Owner";
         std::vector<CIMObjectPath> result;
-        if (resultRole.size() != 0 && !String::equalNoCase(resultRole, farEnd))
-            return result;
-        for (const CIMInstance& found : linksOf(context, objectName, role)) {
+        for (const CIMInstance& link : links(context, objectName, role)) {
             CIMObjectPath far;
-            found.getProperty(found.findProperty(farEnd)).getValue().get(far);
+            link.getProperty(link.findProperty(farEnd)).getValue().get(far);
             result.push_back(far);
         }
         return result;
     }
 };
 
-// ---- KSV_TestFaulty
-// ------------------------------------------------------------------------------
+// ---- KSV_TestFaulty: how it fails depends on the Id asked for ---------------------------------
 
-class FaultyProvider : public Provider, public ReadOnlyInstances {
+class FaultyProvider : public Provider {
 public:
     void getInstance(const OperationContext&, const CIMObjectPath& path, const Boolean,
                      const Boolean, const CIMPropertyList&, InstanceResponseHandler&) override {
@@ -452,8 +394,8 @@ public:
         enter();
         const String padding(std::string(200, 'p').c_str());
         for (unsigned i = 0; i < 2000; ++i) {
+            const String id(("f-" + std::to_string(i)).c_str());
             CIMInstance instance("KSV_TestFaulty");
-            String id(("f-" + std::to_string(i)).c_str());
             instance.addProperty(CIMProperty("Id", CIMValue(id)));
             instance.addProperty(CIMProperty("Padding", CIMValue(padding)));
             instance.setPath(pathOf("KSV_TestFaulty", id));
@@ -471,10 +413,9 @@ public:
     }
 };
 
-// ---- KSV_TestNested
-// ------------------------------------------------------------------------------
+// ---- KSV_TestNested: calls back into the server from inside its operations ----------------------
 
-class NestedProvider : public Provider, public ReadOnlyInstances {
+class NestedProvider : public Provider {
 public:
     // As the array's providers read their system identity: a local client call from initialize.
     void initialize(CIMOMHandle& cimom) override {
@@ -489,21 +430,6 @@ public:
                      const CIMPropertyList&, InstanceResponseHandler& handler) override {
         enter();
         handler.deliver(build());
-        handler.complete();
-    }
-
-    void enumerateInstances(const OperationContext&, const CIMObjectPath&, const Boolean,
-                            const Boolean, const CIMPropertyList&,
-                            InstanceResponseHandler& handler) override {
-        enter();
-        handler.deliver(build());
-        handler.complete();
-    }
-
-    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath&,
-                                ObjectPathResponseHandler& handler) override {
-        enter();
-        handler.deliver(pathOf("KSV_TestNested", "nested"));
         handler.complete();
     }
 
@@ -536,9 +462,9 @@ private:
 
 extern "C" PEGASUS_EXPORT CIMProvider* PegasusCreateProvider(const String& providerName) {
     if (providerName == "KSV_TestDeviceProvider")
-        return new DeviceProvider;
+        return new ElementProvider(kDevice);
     if (providerName == "KSV_TestGadgetProvider")
-        return new GadgetProvider;
+        return new ElementProvider(kGadget);
     if (providerName == "KSV_TestLinkProvider")
         return new LinkProvider;
     if (providerName == "KSV_TestFaultyProvider")
@@ -548,8 +474,7 @@ extern "C" PEGASUS_EXPORT CIMProvider* PegasusCreateProvider(const String& provi
     return nullptr;
 }
 
-// ---- Probes
-// --------------------------------------------------------------------------------------
+// ---- Probes ---------------------------------------------------------------------------------
 
 unsigned ksvtest_operations() {
     return operations;

@@ -1,5 +1,5 @@
 // A bare HTTP/1.1 client for the tests that send what no proper client would: broken bodies,
-// truncated requests, stalls, floods of connections.
+// truncated requests, stalls, floods of connections, slow reads.
 #ifndef KSV_TESTS_CIMSERVER_RAWHTTP_H
 #define KSV_TESTS_CIMSERVER_RAWHTTP_H
 
@@ -22,34 +22,35 @@ struct HttpResponse {
     std::string header(const std::string& lowerCaseName) const;
 };
 
+// A loopback TCP connection to the server.
 class RawConnection {
 public:
     // A small receive buffer keeps the kernel from soaking up what the server sends.
     static RawConnection toPort(std::uint16_t port, int receiveBufferBytes = 0);
-    static RawConnection toSocket(const std::string& path);
-    RawConnection(RawConnection&& other) noexcept;
+    RawConnection(RawConnection&& other) noexcept
+        : _fd(other._fd), _pending(std::move(other._pending)) {
+        other._fd = -1;
+    }
     ~RawConnection();
 
     void send(std::string_view bytes);
     void closeSending();
     // Throws std::runtime_error when the server closes or nothing complete arrives in time.
     HttpResponse receive(std::chrono::milliseconds timeout = std::chrono::seconds(10));
-    // True when the server closes the connection within the time.
+    // True when the server closes the connection within the time without answering.
     bool closedByServer(std::chrono::milliseconds timeout);
 
 private:
     explicit RawConnection(int fd) : _fd(fd) {}
-    void fill(std::chrono::steady_clock::time_point deadline);
-    std::string line(std::chrono::steady_clock::time_point deadline);
-    std::string bytes(std::size_t count, std::chrono::steady_clock::time_point deadline);
+    // The next `count` bytes, or with count 0 the next line without its CRLF.
+    std::string take(std::size_t count, std::chrono::steady_clock::time_point deadline);
 
     int _fd;
     std::string _pending;
 };
 
-// A POST of a CIM-XML body with the headers DSP0200 asks for; `extraHeaders` are complete lines.
-std::string cimPost(std::string_view body, std::string_view cimMethod,
-                    std::string_view cimObject = "root%2Fksv", std::string_view extraHeaders = "");
+// A POST of a CIM-XML body by admin with the headers DSP0200 asks for.
+std::string cimPost(std::string_view body, std::string_view cimMethod);
 
 } // namespace ksv::test
 

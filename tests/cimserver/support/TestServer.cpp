@@ -61,6 +61,14 @@ std::unique_ptr<CIMClient> TestServer::client(const std::string& user,
     return client;
 }
 
+void TestServer::populate(Uint32 count, Uint32 nameLength) const {
+    Array<CIMParamValue> in;
+    in.append(CIMParamValue("Count", CIMValue(count)));
+    in.append(CIMParamValue("NameLength", CIMValue(nameLength)));
+    Array<CIMParamValue> out;
+    client()->invokeMethod(kTestNamespace, devicePath("dev-0"), "Populate", in, out);
+}
+
 CIMObjectPath pathOf(const char* className, const std::string& id) {
     Array<CIMKeyBinding> keys;
     keys.append(CIMKeyBinding("Id", id.c_str(), CIMKeyBinding::STRING));
@@ -85,6 +93,15 @@ std::string stringProperty(const CIMConstInstance& instance, const char* name) {
     String text;
     value.get(text);
     return mof::utf8(text);
+}
+
+CIMException failureOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const CIMException& error) {
+        return error;
+    }
+    return CIMException();
 }
 
 } // namespace ksv::test

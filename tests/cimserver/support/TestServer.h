@@ -33,6 +33,8 @@ public:
     // A client connected over TCP with Basic authentication.
     std::unique_ptr<Pegasus::CIMClient> client(const std::string& user = "admin",
                                                const std::string& password = "admin-pw") const;
+    // Replaces the devices with `count` new ones, named with `nameLength` letters when not 0.
+    void populate(Pegasus::Uint32 count, Pegasus::Uint32 nameLength) const;
 
 private:
     std::string _directory;
@@ -46,6 +48,9 @@ Pegasus::CIMObjectPath pathOf(const char* className, const std::string& id);
 
 // The string value of a property; empty when absent or null.
 std::string stringProperty(const Pegasus::CIMConstInstance& instance, const char* name);
+
+// The CIM error a call ends with; one with code CIM_ERR_SUCCESS when it succeeds.
+Pegasus::CIMException failureOf(const std::function<void()>& call);
 
 } // namespace ksv::test
 

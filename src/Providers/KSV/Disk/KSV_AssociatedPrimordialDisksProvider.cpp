@@ -145,43 +145,38 @@ void KSV_AssociatedPrimordialDisksProvider::associators(
     const CIMName& associationClass, const CIMName& resultClass, const String& role,
     const String& resultRole, const Boolean includeQualifiers, const Boolean includeClassOrigin,
     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{KSVCIM_ASSOCIATORS, objectName, associationClass,
-                                         resultClass,        role,       resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associators"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    _getRelatedInstances(objectName, context, includeQualifiers, includeClassOrigin, propertyList,
-                         KSVCIM_ASSOCIATORS, handlerOf(handler));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().serve(
+        context, {KSVCIM_ASSOCIATORS, objectName, associationClass, resultClass, role, resultRole},
+        [&] {
+            _getRelatedInstances(objectName, context, includeQualifiers, includeClassOrigin,
+                                 propertyList, KSVCIM_ASSOCIATORS, handlerOf(handler));
+        });
 }
 
 void KSV_AssociatedPrimordialDisksProvider::associatorNames(
     const OperationContext& context, const CIMObjectPath& objectName,
     const CIMName& associationClass, const CIMName& resultClass, const String& role,
     const String& resultRole, ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_ASSOCIATORNAMES, objectName, associationClass, resultClass, role, resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associatorNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    _getRelatedInstances(objectName, context, false, false, CIMPropertyList(),
-                         KSVCIM_ASSOCIATORNAMES, handlerOf(handler));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().serve(
+        context,
+        {KSVCIM_ASSOCIATORNAMES, objectName, associationClass, resultClass, role, resultRole}, [&] {
+            _getRelatedInstances(objectName, context, false, false, CIMPropertyList(),
+                                 KSVCIM_ASSOCIATORNAMES, handlerOf(handler));
+        });
 }
 
 void KSV_AssociatedPrimordialDisksProvider::references(
     const OperationContext& context, const CIMObjectPath& objectName, const CIMName& resultClass,
     const String& role, const Boolean includeQualifiers, const Boolean includeClassOrigin,
     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,       role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "references"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    _getRelatedInstances(objectName, context, includeQualifiers, includeClassOrigin, propertyList,
-                         KSVCIM_REFERENCES, handlerOf(handler));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().serve(context,
+                         {KSVCIM_REFERENCES, objectName, KSV_AssociationShape::noClass(),
+                          resultClass, role, String::EMPTY},
+                         [&] {
+                             _getRelatedInstances(objectName, context, includeQualifiers,
+                                                  includeClassOrigin, propertyList,
+                                                  KSVCIM_REFERENCES, handlerOf(handler));
+                         });
 }
 
 void KSV_AssociatedPrimordialDisksProvider::referenceNames(const OperationContext& context,
@@ -189,15 +184,14 @@ void KSV_AssociatedPrimordialDisksProvider::referenceNames(const OperationContex
                                                            const CIMName& resultClass,
                                                            const String& role,
                                                            ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCENAMES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,           role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "referenceNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    _getRelatedInstances(objectName, context, false, false, CIMPropertyList(),
-                         KSVCIM_REFERENCENAMES, handlerOf(handler));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().serve(context,
+                         {KSVCIM_REFERENCENAMES, objectName, KSV_AssociationShape::noClass(),
+                          resultClass, role, String::EMPTY},
+                         [&] {
+                             _getRelatedInstances(objectName, context, false, false,
+                                                  CIMPropertyList(), KSVCIM_REFERENCENAMES,
+                                                  handlerOf(handler));
+                         });
 }
 
 void KSV_AssociatedPrimordialDisksProvider::getInstance(const OperationContext& context,
@@ -222,23 +216,20 @@ void KSV_AssociatedPrimordialDisksProvider::enumerateInstances(const OperationCo
                                                                const Boolean includeClassOrigin,
                                                                const CIMPropertyList& propertyList,
                                                                InstanceResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstances.entry, TEXTS, context);
-    KSV_AssociationShape::runGuarded(ClassName + "::enumerateInstances - Operation failed: ", [&] {
-        _getInstances(CIMObjectPath(), context, includeQualifiers, includeClassOrigin, propertyList,
-                      KSVCIM_ENUMERATEINSTANCES, handlerOf(handler));
-    });
-    log_message(4, "%s", TEXTS.enumerateInstances.exit);
+    _association().streamInstances(
+        context, ClassName + "::enumerateInstances - Operation failed: ", [&] {
+            _getInstances(CIMObjectPath(), context, includeQualifiers, includeClassOrigin,
+                          propertyList, KSVCIM_ENUMERATEINSTANCES, handlerOf(handler));
+        });
 }
 
 void KSV_AssociatedPrimordialDisksProvider::enumerateInstanceNames(
     const OperationContext& context, const CIMObjectPath&, ObjectPathResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstanceNames.entry, TEXTS, context);
-    KSV_AssociationShape::runGuarded(
-        ClassName + "::enumerateInstanceNames - Operation failed: ", [&] {
+    _association().streamInstanceNames(
+        context, ClassName + "::enumerateInstanceNames - Operation failed: ", [&] {
             _getInstances(CIMObjectPath(), context, false, false, CIMPropertyList(),
                           KSVCIM_ENUMERATEINSTANCENAMES, handlerOf(handler));
         });
-    log_message(4, "%s", TEXTS.enumerateInstanceNames.exit);
 }
 
 void KSV_AssociatedPrimordialDisksProvider::modifyInstance(const OperationContext&,
@@ -259,21 +250,10 @@ void KSV_AssociatedPrimordialDisksProvider::deleteInstance(const OperationContex
     throw CIMNotSupportedException(ClassName + " does not support deleteInstance.");
 }
 
-CIMInstance KSV_AssociatedPrimordialDisksProvider::_buildAssociationInstance(
-    const CIMObjectPath& extentPath, const CIMObjectPath& poolPath, bool includeQualifiers,
-    bool includeClassOrigin, const CIMPropertyList& propertyList) {
-    const CIMClass assocClass = KSV_AssociationShape::storedClass(
-        _cimom, _assoClassName, includeQualifiers, includeClassOrigin, propertyList);
-    return KSV_Common::buildAssocInstance(_assoClassName, "GroupComponent", "PartComponent",
-                                          poolPath, extentPath, assocClass, _hostAddr,
-                                          KSV_AssociationShape::NAMESPACE);
-}
-
-CIMObjectPath
-KSV_AssociatedPrimordialDisksProvider::_buildAssociationName(const CIMObjectPath& extentPath,
-                                                             const CIMObjectPath& poolPath) const {
-    return KSV_Common::buildAssocPath(_assoClassName, "GroupComponent", "PartComponent", poolPath,
-                                      extentPath, _hostAddr, KSV_AssociationShape::NAMESPACE);
+KSV_Association KSV_AssociatedPrimordialDisksProvider::_association() {
+    return KSV_Association(TEXTS, RULES, _assoClassName,
+                           KSV_AssociationShape::classList(_poolClassName),
+                           KSV_AssociationShape::classList(_extClassName), _cimom, _hostAddr);
 }
 
 // Both ends are named as this provider names them, from the disk record and the pool's
@@ -318,7 +298,7 @@ void KSV_AssociatedPrimordialDisksProvider::_deliverPoolOf(
     const CIMPropertyList& propertyList, cim_method_e method, cim_handler_u handler) {
     for (Uint32 i = 0; i < disks.size(); i++) {
         const api_Disk_t& disk = disks[i];
-        if (disk.isAbsent || !isUsable(disk) || !KSV_AssociationShape::hasDeviceID(disk, deviceID))
+        if (disk.isAbsent || !isUsable(disk) || !KSV_DiskList::hasDeviceID(disk, deviceID))
             continue;
         const CIMInstance pool =
             _cimom.getInstance(context, CIMNamespaceName(KSV_AssociationShape::NAMESPACE), poolPath,
@@ -335,7 +315,7 @@ void KSV_AssociatedPrimordialDisksProvider::_deliverExtentsOf(
     const KSV_DiskList& disks, const CIMObjectPath& poolPath, bool includeQualifiers,
     bool includeClassOrigin, const CIMPropertyList& propertyList, cim_method_e method,
     cim_handler_u handler) {
-    CIMClass extentClass = KSV_AssociationShape::storedClass(
+    CIMClass extentClass = KSV_DiskProviderSupport::storedClass(
         _cimom, _extClassName, includeQualifiers, includeClassOrigin, propertyList);
     const KSV_DiskStorageExtentProvider extents;
     for (Uint32 i = 0; i < disks.size(); i++) {
@@ -360,11 +340,11 @@ void KSV_AssociatedPrimordialDisksProvider::_deliverRelated(
         handler.objectPathHandler->deliver(farEnd.getPath());
         break;
     case KSVCIM_REFERENCES:
-        handler.objectHandler->deliver(CIMObject(_buildAssociationInstance(
-            extentPath, poolPath, includeQualifiers, includeClassOrigin, propertyList)));
+        handler.objectHandler->deliver(CIMObject(_association().build(
+            poolPath, extentPath, includeQualifiers, includeClassOrigin, propertyList)));
         break;
     case KSVCIM_REFERENCENAMES:
-        handler.objectPathHandler->deliver(_buildAssociationName(extentPath, poolPath));
+        handler.objectPathHandler->deliver(_association().buildName(poolPath, extentPath));
         break;
     default:
         break;
@@ -392,11 +372,12 @@ Uint32 KSV_AssociatedPrimordialDisksProvider::_getInstances(
         }
         const int result = deviceIDs.read(diskId);
         const KSV_DiskStorageExtentProvider extents;
+        const KSV_Association primordialDisks = _association();
         for (Uint32 i = 0; i < deviceIDs.size() && !poolPath.getClassName().isNull(); i++) {
             if (deviceIDs[i].status > HIGHEST_USABLE_HEALTH)
                 continue;
-            const CIMInstance association = _buildAssociationInstance(
-                extents.buildObjectPath(_hostAddr, deviceIDs[i].deviceID, _systemName), poolPath,
+            const CIMInstance association = primordialDisks.build(
+                poolPath, extents.buildObjectPath(_hostAddr, deviceIDs[i].deviceID, _systemName),
                 includeQualifiers, includeClassOrigin, propertyList);
             if (method == KSVCIM_GETINSTANCE) {
                 if (KSV_Common::matchObjectPath(objectPath, association.getPath())) {
@@ -447,17 +428,6 @@ CIMObjectPath
 KSV_AssociatedPrimordialDisksProvider::_requestedPool(const CIMObjectPath& objectPath) {
     const CIMObjectPath poolPath(KSV_Common::getStringProperty(objectPath, "GroupComponent"));
     return KSV_Common::isPoolPath(poolPath, PRIMORDIAL_POOL_ID) ? poolPath : CIMObjectPath();
-}
-
-bool KSV_AssociatedPrimordialDisksProvider::_invalidParms(const CIMObjectPath& objectName,
-                                                          const String& role,
-                                                          const String& resultRole,
-                                                          const CIMName& resultClass,
-                                                          const String& operationName) const {
-    const KSV_AssociationEnds ends{_assoClassName, KSV_AssociationShape::classList(_poolClassName),
-                                   KSV_AssociationShape::classList(_extClassName)};
-    return RULES.rejects(ends, objectName.getClassName(), role, resultRole, resultClass,
-                         operationName);
 }
 
 PEGASUS_NAMESPACE_END

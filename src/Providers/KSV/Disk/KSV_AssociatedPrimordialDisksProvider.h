@@ -14,6 +14,8 @@
 
 PEGASUS_NAMESPACE_BEGIN
 
+class KSV_Association;
+
 class KSV_AssociatedPrimordialDisksProvider : public CIMAssociationProvider,
                                               public CIMInstanceProvider {
 public:
@@ -59,12 +61,9 @@ public:
                         ResponseHandler& handler) override;
 
 private:
-    CIMInstance _buildAssociationInstance(const CIMObjectPath& extentPath,
-                                          const CIMObjectPath& poolPath, bool includeQualifiers,
-                                          bool includeClassOrigin,
-                                          const CIMPropertyList& propertyList);
-    CIMObjectPath _buildAssociationName(const CIMObjectPath& extentPath,
-                                        const CIMObjectPath& poolPath) const;
+    // The texts, rules and ends of KSV_AssociatedPrimordialDisks: GroupComponent is the pool,
+    // PartComponent a disk's extent.
+    KSV_Association _association();
     // associators, associatorNames, references and referenceNames: delivers each result to the
     // handler as soon as it is built, between processing() and complete().
     void _getRelatedInstances(const CIMObjectPath& objectName, const OperationContext& context,
@@ -94,9 +93,6 @@ private:
                          cim_handler_u handler);
     static Uint32 _requestedDiskId(const CIMObjectPath& objectPath);
     static CIMObjectPath _requestedPool(const CIMObjectPath& objectPath);
-    bool _invalidParms(const CIMObjectPath& objectName, const String& role,
-                       const String& resultRole, const CIMName& resultClass,
-                       const String& operationName) const;
 
     CIMOMHandle _cimom;
     CIMName _assoClassName;

@@ -40,21 +40,18 @@ bool KSV_EndTest::rejects(const CIMName& resultClass) const {
     }
 }
 
-bool KSV_AssociationRules::rejects(const KSV_AssociationEnds& ends, const CIMName& objectClass,
-                                   const String& role, const String& resultRole,
-                                   const CIMName& resultClass, const String& operationName) const {
-    if (role.size() != 0 && rejectsRole(ends, objectClass, role, false))
+bool KSV_AssociationRules::rejects(const KSV_AssociationEnds& ends,
+                                   const KSV_AssociationRequest& request) const {
+    const CIMName& objectClass = request.objectName.getClassName();
+    const CIMName& resultClass = request.resultClass;
+    if (request.role.size() != 0 && rejectsRole(ends, objectClass, request.role, false))
         return true;
-    if (resultRole.size() != 0 && rejectsRole(ends, objectClass, resultRole, true))
+    if (request.resultRole.size() != 0 && rejectsRole(ends, objectClass, request.resultRole, true))
         return true;
-    if (String::equal(operationName, "references") ||
-        String::equal(operationName, "referenceNames")) {
+    if (request.operation == KSVCIM_REFERENCES || request.operation == KSVCIM_REFERENCENAMES) {
         return !resultClass.isNull() && !resultClass.equal(baseClassName) &&
                !resultClass.equal(ends.association);
     }
-    if (!String::equal(operationName, "associators") &&
-        !String::equal(operationName, "associatorNames"))
-        return false;
     return !resultClass.isNull() && rejectsAssociatorClass(ends, objectClass, resultClass);
 }
 
@@ -184,10 +181,6 @@ void KSV_AssociationShape::deliverObjects(ObjectResponseHandler& handler,
     handler.complete();
 }
 
-bool KSV_AssociationShape::hasDeviceID(const api_Disk_t& disk, const String& deviceID) {
-    return String::equal(deviceID, disk.deviceID);
-}
-
 Array<CIMObjectPath> KSV_AssociationShape::pathsOf(const Array<CIMInstance>& instances) {
     Array<CIMObjectPath> paths;
     paths.reserveCapacity(instances.size());
@@ -202,12 +195,57 @@ Array<CIMName> KSV_AssociationShape::classList(const CIMName& className) {
     return classNames;
 }
 
-CIMClass KSV_AssociationShape::storedClass(CIMOMHandle& cimom, const CIMName& className,
-                                           bool includeQualifiers, bool includeClassOrigin,
-                                           const CIMPropertyList& propertyList) {
-    return KSV_Common::getStoredCIMClass(cimom, OperationContext(), CIMNamespaceName(NAMESPACE),
-                                         className, false, includeQualifiers, includeClassOrigin,
-                                         propertyList);
+KSV_Association::KSV_Association(const KSV_AssociationTexts& texts,
+                                 const KSV_AssociationRules& rules, const CIMName& associationClass,
+                                 const Array<CIMName>& firstEnd, const Array<CIMName>& secondEnd,
+                                 CIMOMHandle& cimom, const String& hostAddr)
+    : _texts(texts), _rules(rules), _ends{associationClass, firstEnd, secondEnd}, _cimom(cimom),
+      _hostAddr(hostAddr) {}
+
+bool KSV_Association::isFirstEnd(const CIMObjectPath& path) const {
+    return KSV_Common::isPartOfArray(path.getClassName(), _ends.first);
 }
+
+CIMInstance KSV_Association::build(const CIMObjectPath& first, const CIMObjectPath& second,
+                                   bool includeQualifiers, bool includeClassOrigin,
+                                   const CIMPropertyList& propertyList) const {
+    const CIMClass assocClass = KSV_DiskProviderSupport::storedClass(
+        _cimom, _ends.association, includeQualifiers, includeClassOrigin, propertyList);
+    return KSV_Common::buildAssocInstance(_ends.association, _rules.firstRole, _rules.secondRole,
+                                          first, second, assocClass, _hostAddr,
+                                          KSV_AssociationShape::NAMESPACE);
+}
+
+CIMObjectPath KSV_Association::buildName(const CIMObjectPath& first,
+                                         const CIMObjectPath& second) const {
+    return KSV_Common::buildAssocPath(_ends.association, _rules.firstRole, _rules.secondRole, first,
+                                      second, _hostAddr, KSV_AssociationShape::NAMESPACE);
+}
+
+Array<CIMInstance> KSV_Association::associationsOf(const CIMObjectPath& end, bool endIsFirst,
+                                                   const Array<CIMObjectPath>& others,
+                                                   bool includeQualifiers, bool includeClassOrigin,
+                                                   const CIMPropertyList& propertyList) const {
+    Array<CIMInstance> associations;
+    for (Uint32 i = 0; i < others.size(); i++) {
+        associations.append(build(endIsFirst ? end : others[i], endIsFirst ? others[i] : end,
+                                  includeQualifiers, includeClassOrigin, propertyList));
+    }
+    return associations;
+}
+
+Array<CIMObjectPath> KSV_Association::associationNamesOf(const CIMObjectPath& end, bool endIsFirst,
+                                                         const Array<CIMObjectPath>& others) const {
+    Array<CIMObjectPath> names;
+    for (Uint32 i = 0; i < others.size(); i++)
+        names.append(buildName(endIsFirst ? end : others[i], endIsFirst ? others[i] : end));
+    return names;
+}
+
+KSV_SystemDevices::KSV_SystemDevices(const KSV_WalkTexts& walks, CIMOMHandle& cimom,
+                                     const CIMName& systemClass, const CIMObjectPath& systemPath,
+                                     const Array<CIMName>& deviceClasses)
+    : _walks(walks), _cimom(cimom), _systemClass(systemClass), _systemPath(systemPath),
+      _deviceClasses(deviceClasses) {}
 
 PEGASUS_NAMESPACE_END

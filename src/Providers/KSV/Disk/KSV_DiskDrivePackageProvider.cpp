@@ -13,6 +13,15 @@ namespace {
 const CIMNamespaceName KSV_NAMESPACE("root/ksv");
 const CIMName PACKAGE_CLASS("KSV_DiskDrivePackage");
 
+const KSV_TraceTexts GET_INSTANCE = {"--> KSV_DiskDrivePackageProvider::getInstance\n",
+                                     "<-- KSV_DiskDrivePackageProvider::getInstance\n"};
+const KSV_TraceTexts ENUMERATE_INSTANCES = {
+    "--> KSV_DiskDrivePackageProvider::enumerateInstances\n",
+    "<-- KSV_DiskDrivePackageProvider::enumerateInstances\n"};
+const KSV_TraceTexts ENUMERATE_INSTANCE_NAMES = {
+    "--> KSV_DiskDrivePackageProvider::enumerateInstanceNames\n",
+    "<-- KSV_DiskDrivePackageProvider::enumerateInstanceNames\n"};
+
 } // namespace
 
 KSV_DiskDrivePackageProvider::KSV_DiskDrivePackageProvider() {}
@@ -34,23 +43,21 @@ void KSV_DiskDrivePackageProvider::terminate() {
     delete this;
 }
 
+// A package path has no DeviceID, so every present disk is built and the path match picks the
+// package; a DeviceID key narrows the read to that disk.
 void KSV_DiskDrivePackageProvider::getInstance(const OperationContext& context,
                                                const CIMObjectPath& instanceReference,
                                                const Boolean includeQualifiers,
                                                const Boolean includeClassOrigin,
                                                const CIMPropertyList& propertyList,
                                                InstanceResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskDrivePackageProvider::getInstance\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(instanceReference, PACKAGE_CLASS, ClassName);
-    const String tag = KSV_DiskProviderSupport::requiredKey(instanceReference, "Tag", ClassName);
-    // A package path has no DeviceID, so every present disk is built and the path match picks
-    // the package; a DeviceID key narrows the read to that disk.
-    const String selector = KSV_Common::getStringProperty(instanceReference, "DeviceID");
-    const Array<CIMInstance> instances =
-        _build_instances(selector, includeQualifiers, includeClassOrigin, propertyList);
-    KSV_DiskProviderSupport::deliverMatch(handler, instanceReference, instances, ClassName, tag);
-    log_message(4, "<-- KSV_DiskDrivePackageProvider::getInstance\n");
+    KSV_DiskProviderSupport::getInstance(
+        ClassName, GET_INSTANCE, PACKAGE_CLASS, context, instanceReference, handler,
+        [&] { return KSV_DiskProviderSupport::requiredKey(instanceReference, "Tag", ClassName); },
+        [&](const String&) {
+            return _build_instances(KSV_Common::getStringProperty(instanceReference, "DeviceID"),
+                                    includeQualifiers, includeClassOrigin, propertyList);
+        });
 }
 
 void KSV_DiskDrivePackageProvider::enumerateInstances(const OperationContext& context,
@@ -59,22 +66,17 @@ void KSV_DiskDrivePackageProvider::enumerateInstances(const OperationContext& co
                                                       const Boolean includeClassOrigin,
                                                       const CIMPropertyList& propertyList,
                                                       InstanceResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskDrivePackageProvider::enumerateInstances\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(classReference, PACKAGE_CLASS, ClassName);
-    KSV_DiskProviderSupport::deliverAll(
-        handler, _build_instances(String(), includeQualifiers, includeClassOrigin, propertyList));
-    log_message(4, "<-- KSV_DiskDrivePackageProvider::enumerateInstances\n");
+    KSV_DiskProviderSupport::enumerate(
+        ClassName, ENUMERATE_INSTANCES, PACKAGE_CLASS, context, classReference, handler, [&] {
+            return _build_instances(String(), includeQualifiers, includeClassOrigin, propertyList);
+        });
 }
 
 void KSV_DiskDrivePackageProvider::enumerateInstanceNames(const OperationContext& context,
                                                           const CIMObjectPath& classReference,
                                                           ObjectPathResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskDrivePackageProvider::enumerateInstanceNames\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(classReference, PACKAGE_CLASS, ClassName);
-    KSV_DiskProviderSupport::deliverAll(handler, _build_ref());
-    log_message(4, "<-- KSV_DiskDrivePackageProvider::enumerateInstanceNames\n");
+    KSV_DiskProviderSupport::enumerate(ClassName, ENUMERATE_INSTANCE_NAMES, PACKAGE_CLASS, context,
+                                       classReference, handler, [&] { return _build_ref(); });
 }
 
 void KSV_DiskDrivePackageProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
@@ -123,33 +125,19 @@ KSV_DiskDrivePackageProvider::_build_instances(const String& selector, bool incl
                                                bool includeClassOrigin,
                                                const CIMPropertyList& propertyList) {
     log_message(4, "--> KSV_DiskDrivePackageProvider::_build_instances\n");
-    const CIMClass packageClass =
-        KSV_Common::getStoredCIMClass(_cimom, OperationContext(), KSV_NAMESPACE, PACKAGE_CLASS,
-                                      false, includeQualifiers, includeClassOrigin, propertyList);
-    // Copying one skeleton is much cheaper than building one from the class for every disk.
-    const CIMInstance skeleton = KSV_Common::buildInstanceSkeleton(packageClass);
-    Array<CIMInstance> instances;
-    KSV_DiskList disks;
-    disks.read(KSV_DiskList::selectorOf(selector));
-    instances.reserveCapacity(disks.size());
-    for (Uint32 i = 0; i < disks.size(); i++) {
-        if (!disks[i].isAbsent)
-            instances.append(_describePackage(skeleton.clone(), disks[i], _hostAddr));
-    }
+    const Array<CIMInstance> instances = KSV_DiskProviderSupport::describePresentDisks(
+        _cimom, PACKAGE_CLASS, selector, includeQualifiers, includeClassOrigin, propertyList,
+        [&](CIMInstance skeleton, const api_Disk_t& disk) {
+            return _describePackage(skeleton, disk, _hostAddr);
+        });
     log_message(4, "<-- KSV_DiskDrivePackageProvider::_build_instances\n");
     return instances;
 }
 
 Array<CIMObjectPath> KSV_DiskDrivePackageProvider::_build_ref() const {
     log_message(4, "--> KSV_DiskDrivePackageProvider::_build_ref\n");
-    Array<CIMObjectPath> paths;
-    KSV_DiskList disks;
-    disks.read(API_ALL_DISKS);
-    paths.reserveCapacity(disks.size());
-    for (Uint32 i = 0; i < disks.size(); i++) {
-        if (!disks[i].isAbsent)
-            paths.append(buildObjectPath(_hostAddr, disks[i].deviceID));
-    }
+    const Array<CIMObjectPath> paths = KSV_DiskProviderSupport::namePresentDisks(
+        [&](const api_Disk_t& disk) { return buildObjectPath(_hostAddr, disk.deviceID); });
     log_message(4, "<-- KSV_DiskDrivePackageProvider::_build_ref\n");
     return paths;
 }

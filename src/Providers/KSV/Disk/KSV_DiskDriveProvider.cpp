@@ -15,6 +15,14 @@ namespace {
 
 const CIMNamespaceName KSV_NAMESPACE("root/ksv");
 const CIMName DISK_DRIVE_CLASS("KSV_DiskDrive");
+
+const KSV_TraceTexts GET_INSTANCE = {"--> KSV_DiskDriveProvider::getInstance\n",
+                                     "<-- KSV_DiskDriveProvider::getInstance\n"};
+const KSV_TraceTexts ENUMERATE_INSTANCES = {"--> KSV_DiskDriveProvider::enumerateInstances\n",
+                                            "<-- KSV_DiskDriveProvider::enumerateInstances\n"};
+const KSV_TraceTexts ENUMERATE_INSTANCE_NAMES = {
+    "--> KSV_DiskDriveProvider::enumerateInstanceNames\n",
+    "<-- KSV_DiskDriveProvider::enumerateInstanceNames\n"};
 const CIMName LOCATION_INDICATOR("LocationIndicator");
 
 // LocationIndicator values.
@@ -329,15 +337,11 @@ void locateDisk(const String& deviceID, Uint16 location) {
     Uint32 diskId = 0;
     if (api_deReferenceDiskDeviceID(deviceID.getCString(), &selector, &diskId) != API_OK)
         throw diskNotFound(deviceID);
-    KSV_DiskList disks;
-    disks.read(selector);
     Uint32 found = 0;
-    for (Uint32 i = 0; i < disks.size(); i++) {
-        if (disks[i].isAbsent)
-            continue;
-        switchLocateLed(disks[i], location);
+    KSV_DiskList::forEachPresentDisk(selector, [&](const api_Disk_t& disk) {
+        switchLocateLed(disk, location);
         found++;
-    }
+    });
     if (found == 0)
         throw diskNotFound(deviceID);
 }
@@ -380,6 +384,40 @@ void KSV_DiskProviderSupport::deliverMatch(InstanceResponseHandler& handler,
     throw CIMObjectNotFoundException(providerName + " CIM Object not found." + requestedKey);
 }
 
+CIMClass KSV_DiskProviderSupport::storedClass(CIMOMHandle& cimom, const CIMName& className,
+                                              bool includeQualifiers, bool includeClassOrigin,
+                                              const CIMPropertyList& propertyList) {
+    return KSV_Common::getStoredCIMClass(cimom, OperationContext(), KSV_NAMESPACE, className, false,
+                                         includeQualifiers, includeClassOrigin, propertyList);
+}
+
+Array<CIMInstance> KSV_DiskProviderSupport::describeDiskDrive(
+    CIMOMHandle& cimom, const String& deviceID, bool includeQualifiers, bool includeClassOrigin,
+    const CIMPropertyList& propertyList, const String& hostAddr, const String& systemName,
+    Uint8 isQuadPort) {
+    return describeDiskOf(cimom, "KSV_DiskDrive", deviceID, includeQualifiers, includeClassOrigin,
+                          propertyList, [&](const CIMClass& diskClass, const api_Disk_t& disk) {
+                              return KSV_DiskDriveProvider().build_instance(
+                                  diskClass, disk, hostAddr, systemName, isQuadPort);
+                          });
+}
+
+KSV_LockedTable::KSV_LockedTable(hashtable_t* table) : _table(table), _held(true) {
+    hashtable_lock(_table);
+}
+
+KSV_LockedTable::~KSV_LockedTable() {
+    release();
+}
+
+void KSV_LockedTable::release() {
+    if (!_held)
+        return;
+    hashtable_clear(_table);
+    hashtable_unlock(_table);
+    _held = false;
+}
+
 KSV_DiskList::KSV_DiskList() : _list() {}
 
 KSV_DiskList::~KSV_DiskList() {
@@ -395,6 +433,10 @@ int64_t KSV_DiskList::selectorOf(const String& deviceID) {
         api_deReferenceDiskDeviceID(deviceID.getCString(), &selector, &diskId);
     }
     return selector;
+}
+
+bool KSV_DiskList::hasDeviceID(const api_Disk_t& disk, const String& deviceID) {
+    return String::equal(deviceID, disk.deviceID);
 }
 
 bool KSV_DiskList::read(int64_t selector) {
@@ -438,16 +480,14 @@ void KSV_DiskDriveProvider::getInstance(const OperationContext& context,
                                         const Boolean includeClassOrigin,
                                         const CIMPropertyList& propertyList,
                                         InstanceResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskDriveProvider::getInstance\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(instanceReference, DISK_DRIVE_CLASS, ClassName);
-    const String deviceID =
-        KSV_DiskProviderSupport::requiredKey(instanceReference, "DeviceID", ClassName);
-    const Array<CIMInstance> instances =
-        _build_instances(deviceID, includeQualifiers, includeClassOrigin, propertyList);
-    KSV_DiskProviderSupport::deliverMatch(handler, instanceReference, instances, ClassName,
-                                          deviceID);
-    log_message(4, "<-- KSV_DiskDriveProvider::getInstance\n");
+    KSV_DiskProviderSupport::getInstance(
+        ClassName, GET_INSTANCE, DISK_DRIVE_CLASS, context, instanceReference, handler,
+        [&] {
+            return KSV_DiskProviderSupport::requiredKey(instanceReference, "DeviceID", ClassName);
+        },
+        [&](const String& deviceID) {
+            return _build_instances(deviceID, includeQualifiers, includeClassOrigin, propertyList);
+        });
 }
 
 void KSV_DiskDriveProvider::enumerateInstances(const OperationContext& context,
@@ -456,23 +496,18 @@ void KSV_DiskDriveProvider::enumerateInstances(const OperationContext& context,
                                                const Boolean includeClassOrigin,
                                                const CIMPropertyList& propertyList,
                                                InstanceResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskDriveProvider::enumerateInstances\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(classReference, DISK_DRIVE_CLASS, ClassName);
-    KSV_DiskProviderSupport::deliverAll(
-        handler, _build_instances(String(), includeQualifiers, includeClassOrigin, propertyList));
-    log_message(4, "<-- KSV_DiskDriveProvider::enumerateInstances\n");
+    KSV_DiskProviderSupport::enumerate(
+        ClassName, ENUMERATE_INSTANCES, DISK_DRIVE_CLASS, context, classReference, handler, [&] {
+            return _build_instances(String(), includeQualifiers, includeClassOrigin, propertyList);
+        });
 }
 
 void KSV_DiskDriveProvider::enumerateInstanceNames(const OperationContext& context,
                                                    const CIMObjectPath& classReference,
                                                    ObjectPathResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskDriveProvider::enumerateInstanceNames\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(classReference, DISK_DRIVE_CLASS, ClassName);
-    KSV_DiskProviderSupport::deliverAll(handler,
-                                        _build_ref(classReference.getClassName().getString()));
-    log_message(4, "<-- KSV_DiskDriveProvider::enumerateInstanceNames\n");
+    KSV_DiskProviderSupport::enumerate(
+        ClassName, ENUMERATE_INSTANCE_NAMES, DISK_DRIVE_CLASS, context, classReference, handler,
+        [&] { return _build_ref(classReference.getClassName().getString()); });
 }
 
 void KSV_DiskDriveProvider::modifyInstance(const OperationContext& context,
@@ -549,21 +584,11 @@ Array<CIMInstance> KSV_DiskDriveProvider::_build_instances(const String& deviceI
                                                            bool includeClassOrigin,
                                                            const CIMPropertyList& propertyList) {
     log_message(4, "--> KSV_DiskDriveProvider::_build_instances\n");
-    const CIMClass diskClass =
-        KSV_Common::getStoredCIMClass(_cimom, OperationContext(), KSV_NAMESPACE, DISK_DRIVE_CLASS,
-                                      false, includeQualifiers, includeClassOrigin, propertyList);
-    // Copying one skeleton is much cheaper than building one from the class for every disk.
-    const CIMInstance skeleton = KSV_Common::buildInstanceSkeleton(diskClass);
-    Array<CIMInstance> instances;
-    KSV_DiskList disks;
-    disks.read(KSV_DiskList::selectorOf(deviceID));
-    instances.reserveCapacity(disks.size());
-    for (Uint32 i = 0; i < disks.size(); i++) {
-        if (!disks[i].isAbsent) {
-            instances.append(
-                _describeDisk(skeleton.clone(), disks[i], _hostAddr, _systemName, _isQuadPort));
-        }
-    }
+    const Array<CIMInstance> instances = KSV_DiskProviderSupport::describePresentDisks(
+        _cimom, DISK_DRIVE_CLASS, deviceID, includeQualifiers, includeClassOrigin, propertyList,
+        [&](CIMInstance skeleton, const api_Disk_t& disk) {
+            return _describeDisk(skeleton, disk, _hostAddr, _systemName, _isQuadPort);
+        });
     log_message(4, "<-- KSV_DiskDriveProvider::_build_instances\n");
     return instances;
 }
@@ -571,16 +596,11 @@ Array<CIMInstance> KSV_DiskDriveProvider::_build_instances(const String& deviceI
 Array<CIMObjectPath> KSV_DiskDriveProvider::_build_ref(CIMName className) const {
     log_message(4, "--> KSV_DiskDriveProvider::_build_ref\n");
     Array<CIMObjectPath> paths;
-    KSV_DiskList disks;
     // Only the disk drive class has disk drive names: no other class needs the array read.
-    if (className.equal(DISK_DRIVE_CLASS) && disks.read(API_ALL_DISKS)) {
-        paths.reserveCapacity(disks.size());
-        for (Uint32 i = 0; i < disks.size(); i++) {
-            if (!disks[i].isAbsent) {
-                paths.append(
-                    buildObjectPath("KSV_DiskDrive", _hostAddr, disks[i].deviceID, _systemName));
-            }
-        }
+    if (className.equal(DISK_DRIVE_CLASS)) {
+        paths = KSV_DiskProviderSupport::namePresentDisks([&](const api_Disk_t& disk) {
+            return buildObjectPath("KSV_DiskDrive", _hostAddr, disk.deviceID, _systemName);
+        });
     }
     log_message(4, "<-- KSV_DiskDriveProvider::_build_ref\n");
     return paths;

@@ -9,6 +9,8 @@
 
 PEGASUS_NAMESPACE_BEGIN
 
+class KSV_Association;
+
 class KSV_DiskPackageRealizesProvider : public CIMAssociationProvider, public CIMInstanceProvider {
 public:
     KSV_DiskPackageRealizesProvider();
@@ -53,13 +55,9 @@ public:
                         ResponseHandler& handler) override;
 
 private:
-    // Antecedent is the package, Dependent the disk.
-    CIMObjectPath _buildAssociationName(const CIMObjectPath& diskPath,
-                                        const CIMObjectPath& packagePath) const;
-    CIMInstance _buildAssociationInstance(const CIMObjectPath& diskPath,
-                                          const CIMObjectPath& packagePath, bool includeQualifiers,
-                                          bool includeClassOrigin,
-                                          const CIMPropertyList& propertyList);
+    // The texts, rules and ends of KSV_DiskPackageRealizes: Antecedent is the package,
+    // Dependent the disk.
+    KSV_Association _association();
     // The far end of one disk: its package seen from the disk, the disk seen from the package.
     // A disk or package that is absent or unknown has none.
     Array<CIMInstance> _getRelatedInstances(const CIMObjectPath& objectName, bool includeQualifiers,
@@ -69,10 +67,6 @@ private:
     // The associations of every present disk, or of the disk a non-empty DeviceID names.
     Array<CIMInstance> _getInstances(const String& deviceID, bool includeQualifiers,
                                      bool includeClassOrigin, const CIMPropertyList& propertyList);
-    Array<CIMObjectPath> _getInstanceNames();
-    bool _invalidParms(const CIMObjectPath& objectName, const String& role,
-                       const String& resultRole, const CIMName& resultClass,
-                       const String& operationName) const;
 
     CIMOMHandle _cimom;
     CIMName _assoClassName;

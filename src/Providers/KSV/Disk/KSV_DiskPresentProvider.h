@@ -9,6 +9,8 @@
 
 PEGASUS_NAMESPACE_BEGIN
 
+class KSV_Association;
+
 class KSV_DiskPresentProvider : public CIMAssociationProvider, public CIMInstanceProvider {
 public:
     KSV_DiskPresentProvider();
@@ -53,13 +55,8 @@ public:
                         ResponseHandler& handler) override;
 
 private:
-    // Antecedent is the disk, Dependent its extent.
-    CIMObjectPath _buildAssociationName(const CIMObjectPath& diskPath,
-                                        const CIMObjectPath& extentPath) const;
-    CIMInstance _buildAssociationInstance(const CIMObjectPath& diskPath,
-                                          const CIMObjectPath& extentPath, bool includeQualifiers,
-                                          bool includeClassOrigin,
-                                          const CIMPropertyList& propertyList);
+    // The texts, rules and ends of KSV_DiskPresent: Antecedent is the disk, Dependent its extent.
+    KSV_Association _association();
     // The far end of one disk: its extent seen from the disk, the disk seen from the extent.
     Array<CIMInstance> _getRelatedInstances(const CIMObjectPath& objectName, bool includeQualifiers,
                                             bool includeClassOrigin,
@@ -68,10 +65,6 @@ private:
     // The associations of every present disk, or of the disk a non-empty DeviceID names.
     Array<CIMInstance> _getInstances(const String& deviceID, bool includeQualifiers,
                                      bool includeClassOrigin, const CIMPropertyList& propertyList);
-    Array<CIMObjectPath> _getInstanceNames();
-    bool _invalidParms(const CIMObjectPath& objectName, const String& role,
-                       const String& resultRole, const CIMName& resultClass,
-                       const String& operationName) const;
 
     CIMOMHandle _cimom;
     CIMName _assoClassName;

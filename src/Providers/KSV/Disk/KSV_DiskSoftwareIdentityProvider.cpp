@@ -13,38 +13,34 @@ namespace {
 const CIMNamespaceName KSV_NAMESPACE("root/ksv");
 const CIMName IDENTITY_CLASS("KSV_DiskSoftwareIdentity");
 
-// One walk over the disks that sees each firmware version once. It holds the provider's
-// version table locked for the walk and leaves it empty and unlocked, also when building an
-// instance throws, so that every request starts from an empty table.
-class FirmwareVersionWalk {
-public:
-    explicit FirmwareVersionWalk(hashtable_t* versions) : _versions(versions) {
-        hashtable_lock(_versions);
-    }
-    ~FirmwareVersionWalk() {
-        hashtable_clear(_versions);
-        hashtable_unlock(_versions);
-    }
-    FirmwareVersionWalk(const FirmwareVersionWalk&) = delete;
-    FirmwareVersionWalk& operator=(const FirmwareVersionWalk&) = delete;
+const KSV_TraceTexts GET_INSTANCE = {"--> KSV_DiskSoftwareIdentityProvider::getInstance\n",
+                                     "<-- KSV_DiskSoftwareIdentityProvider::getInstance\n"};
+const KSV_TraceTexts ENUMERATE_INSTANCES = {
+    "--> KSV_DiskSoftwareIdentityProvider::enumerateInstances\n",
+    "<-- KSV_DiskSoftwareIdentityProvider::enumerateInstances\n"};
+const KSV_TraceTexts ENUMERATE_INSTANCE_NAMES = {
+    "--> KSV_DiskSoftwareIdentityProvider::enumerateInstanceNames\n",
+    "<-- KSV_DiskSoftwareIdentityProvider::enumerateInstanceNames\n"};
 
-    // Calls visit(disk) for the first present disk of each firmware version, in list order.
-    template <typename Visit>
-    void forEachFirstOfVersion(const KSV_DiskList& disks, Visit visit) {
-        for (Uint32 i = 0; i < disks.size(); i++) {
-            const api_Disk_t& disk = disks[i];
-            if (disk.isAbsent || disk.fwVersion[0] == '\0')
-                continue;
-            if (hashtable_contains_key(_versions, disk.fwVersion) == 1)
-                continue;
-            visit(disk);
-            hashtable_put(_versions, disk.fwVersion, i);
-        }
+// Reads every disk and calls visit(disk) for the first present disk of each firmware version,
+// in list order. The provider's version table is held locked for the walk only; a failed read
+// takes no lock.
+template <typename Visit>
+void forEachFirstOfVersion(hashtable_t* versions, Visit visit) {
+    KSV_DiskList disks;
+    if (!disks.read(API_ALL_DISKS))
+        return;
+    KSV_LockedTable seen(versions);
+    for (Uint32 i = 0; i < disks.size(); i++) {
+        const api_Disk_t& disk = disks[i];
+        if (disk.isAbsent || disk.fwVersion[0] == '\0')
+            continue;
+        if (hashtable_contains_key(versions, disk.fwVersion) == 1)
+            continue;
+        visit(disk);
+        hashtable_put(versions, disk.fwVersion, i);
     }
-
-private:
-    hashtable_t* _versions;
-};
+}
 
 } // namespace
 
@@ -79,16 +75,14 @@ void KSV_DiskSoftwareIdentityProvider::getInstance(const OperationContext& conte
                                                    const Boolean includeClassOrigin,
                                                    const CIMPropertyList& propertyList,
                                                    InstanceResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskSoftwareIdentityProvider::getInstance\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(instanceReference, IDENTITY_CLASS, ClassName);
-    const String instanceID =
-        KSV_DiskProviderSupport::requiredKey(instanceReference, "InstanceID", ClassName);
-    const Array<CIMInstance> instances =
-        _build_instances(includeQualifiers, includeClassOrigin, propertyList);
-    KSV_DiskProviderSupport::deliverMatch(handler, instanceReference, instances, ClassName,
-                                          instanceID);
-    log_message(4, "<-- KSV_DiskSoftwareIdentityProvider::getInstance\n");
+    KSV_DiskProviderSupport::getInstance(
+        ClassName, GET_INSTANCE, IDENTITY_CLASS, context, instanceReference, handler,
+        [&] {
+            return KSV_DiskProviderSupport::requiredKey(instanceReference, "InstanceID", ClassName);
+        },
+        [&](const String&) {
+            return _build_instances(includeQualifiers, includeClassOrigin, propertyList);
+        });
 }
 
 void KSV_DiskSoftwareIdentityProvider::enumerateInstances(const OperationContext& context,
@@ -97,22 +91,16 @@ void KSV_DiskSoftwareIdentityProvider::enumerateInstances(const OperationContext
                                                           const Boolean includeClassOrigin,
                                                           const CIMPropertyList& propertyList,
                                                           InstanceResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskSoftwareIdentityProvider::enumerateInstances\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(classReference, IDENTITY_CLASS, ClassName);
-    KSV_DiskProviderSupport::deliverAll(
-        handler, _build_instances(includeQualifiers, includeClassOrigin, propertyList));
-    log_message(4, "<-- KSV_DiskSoftwareIdentityProvider::enumerateInstances\n");
+    KSV_DiskProviderSupport::enumerate(
+        ClassName, ENUMERATE_INSTANCES, IDENTITY_CLASS, context, classReference, handler,
+        [&] { return _build_instances(includeQualifiers, includeClassOrigin, propertyList); });
 }
 
 void KSV_DiskSoftwareIdentityProvider::enumerateInstanceNames(const OperationContext& context,
                                                               const CIMObjectPath& classReference,
                                                               ObjectPathResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskSoftwareIdentityProvider::enumerateInstanceNames\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(classReference, IDENTITY_CLASS, ClassName);
-    KSV_DiskProviderSupport::deliverAll(handler, _build_ref());
-    log_message(4, "<-- KSV_DiskSoftwareIdentityProvider::enumerateInstanceNames\n");
+    KSV_DiskProviderSupport::enumerate(ClassName, ENUMERATE_INSTANCE_NAMES, IDENTITY_CLASS, context,
+                                       classReference, handler, [&] { return _build_ref(); });
 }
 
 void KSV_DiskSoftwareIdentityProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
@@ -160,17 +148,12 @@ Array<CIMInstance>
 KSV_DiskSoftwareIdentityProvider::_build_instances(bool includeQualifiers, bool includeClassOrigin,
                                                    const CIMPropertyList& propertyList) {
     log_message(4, "--> KSV_DiskSoftwareIdentityProvider::_build_instances\n");
-    const CIMClass identityClass =
-        KSV_Common::getStoredCIMClass(_cimom, OperationContext(), KSV_NAMESPACE, IDENTITY_CLASS,
-                                      false, includeQualifiers, includeClassOrigin, propertyList);
+    const CIMClass identityClass = KSV_DiskProviderSupport::storedClass(
+        _cimom, IDENTITY_CLASS, includeQualifiers, includeClassOrigin, propertyList);
     Array<CIMInstance> instances;
-    KSV_DiskList disks;
-    if (disks.read(API_ALL_DISKS)) {
-        FirmwareVersionWalk walk(_stringHashTable);
-        walk.forEachFirstOfVersion(disks, [&](const api_Disk_t& disk) {
-            instances.append(build_instance(identityClass, disk, _hostAddr));
-        });
-    }
+    forEachFirstOfVersion(_stringHashTable, [&](const api_Disk_t& disk) {
+        instances.append(build_instance(identityClass, disk, _hostAddr));
+    });
     log_message(4, "<-- KSV_DiskSoftwareIdentityProvider::_build_instances\n");
     return instances;
 }
@@ -178,13 +161,9 @@ KSV_DiskSoftwareIdentityProvider::_build_instances(bool includeQualifiers, bool 
 Array<CIMObjectPath> KSV_DiskSoftwareIdentityProvider::_build_ref() const {
     log_message(4, "--> KSV_DiskSoftwareIdentityProvider::_build_ref\n");
     Array<CIMObjectPath> paths;
-    KSV_DiskList disks;
-    if (disks.read(API_ALL_DISKS)) {
-        FirmwareVersionWalk walk(_stringHashTable);
-        walk.forEachFirstOfVersion(disks, [&](const api_Disk_t& disk) {
-            paths.append(buildObjectPath(_hostAddr, makeInstanceID(disk.fwVersion)));
-        });
-    }
+    forEachFirstOfVersion(_stringHashTable, [&](const api_Disk_t& disk) {
+        paths.append(buildObjectPath(_hostAddr, makeInstanceID(disk.fwVersion)));
+    });
     log_message(4, "<-- KSV_DiskSoftwareIdentityProvider::_build_ref\n");
     return paths;
 }

@@ -44,6 +44,16 @@ const KSV_AssociationTexts TEXTS = {
     {"--> KSV_DiskSoftwareProvider::enumerateInstanceNames() \n",
      "<-- KSV_DiskSoftwareProvider::enumerateInstanceNames() \n"}};
 
+const KSV_WalkTexts WALKS = {
+    {"-->KSV_DiskSoftwareProvider::_getRelatedInstances: className = %s \n",
+     "<--KSV_DiskSoftwareProvider::_getRelatedInstances\n"},
+    {"-->KSV_DiskSoftwareProvider::_getRelatedInstanceNames: className = %s \n",
+     "<--KSV_DiskSoftwareProvider::_getRelatedInstanceNames\n"},
+    {"-->KSV_DiskSoftwareProvider::_getInstances\n",
+     "<--KSV_DiskSoftwareProvider::_getInstances\n"},
+    {"-->KSV_DiskSoftwareProvider::_getInstanceNames\n",
+     "<--KSV_DiskSoftwareProvider::_getInstanceNames\n"}};
+
 // Antecedent is the firmware identity, Dependent the disk. A result class naming the object's
 // own end is answered with the far end, as for the disk's package.
 const KSV_AssociationRules RULES = {"Antecedent",
@@ -81,15 +91,11 @@ void KSV_DiskSoftwareProvider::associators(
     const CIMName& associationClass, const CIMName& resultClass, const String& role,
     const String& resultRole, const Boolean includeQualifiers, const Boolean includeClassOrigin,
     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{KSVCIM_ASSOCIATORS, objectName, associationClass,
-                                         resultClass,        role,       resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associators"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    KSV_AssociationShape::deliverObjects(
-        handler,
-        _getRelatedInstances(objectName, includeQualifiers, includeClassOrigin, propertyList));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().associators(context, objectName, associationClass, resultClass, role, resultRole,
+                               handler, [&] {
+                                   return _getRelatedInstances(objectName, includeQualifiers,
+                                                               includeClassOrigin, propertyList);
+                               });
 }
 
 void KSV_DiskSoftwareProvider::associatorNames(const OperationContext& context,
@@ -98,13 +104,9 @@ void KSV_DiskSoftwareProvider::associatorNames(const OperationContext& context,
                                                const CIMName& resultClass, const String& role,
                                                const String& resultRole,
                                                ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_ASSOCIATORNAMES, objectName, associationClass, resultClass, role, resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associatorNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    KSV_AssociationShape::deliverAll(handler, _getRelatedInstanceNames(objectName));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().associatorNames(context, objectName, associationClass, resultClass, role,
+                                   resultRole, handler,
+                                   [&] { return _getRelatedInstanceNames(objectName); });
 }
 
 // The far end must exist: a disk without firmware version has no association.
@@ -112,42 +114,17 @@ void KSV_DiskSoftwareProvider::references(
     const OperationContext& context, const CIMObjectPath& objectName, const CIMName& resultClass,
     const String& role, const Boolean includeQualifiers, const Boolean includeClassOrigin,
     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,       role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "references"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    const Array<CIMObjectPath> farEnds = _getRelatedInstanceNames(objectName);
-    const bool fromIdentity = objectName.getClassName().equal(_sftwClassName);
-    Array<CIMInstance> associations;
-    for (Uint32 i = 0; i < farEnds.size(); i++) {
-        associations.append(_buildAssociationInstance(
-            fromIdentity ? farEnds[i] : objectName, fromIdentity ? objectName : farEnds[i],
-            includeQualifiers, includeClassOrigin, propertyList));
-    }
-    KSV_AssociationShape::deliverObjects(handler, associations);
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().references(context, objectName, resultClass, role, includeQualifiers,
+                              includeClassOrigin, propertyList, handler,
+                              [&] { return _getRelatedInstanceNames(objectName); });
 }
 
 void KSV_DiskSoftwareProvider::referenceNames(const OperationContext& context,
                                               const CIMObjectPath& objectName,
                                               const CIMName& resultClass, const String& role,
                                               ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCENAMES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,           role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "referenceNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    const Array<CIMObjectPath> farEnds = _getRelatedInstanceNames(objectName);
-    const bool fromIdentity = objectName.getClassName().equal(_sftwClassName);
-    Array<CIMObjectPath> associations;
-    for (Uint32 i = 0; i < farEnds.size(); i++)
-        associations.append(_buildAssociationName(fromIdentity ? farEnds[i] : objectName,
-                                                  fromIdentity ? objectName : farEnds[i]));
-    KSV_AssociationShape::deliverAll(handler, associations);
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().referenceNames(context, objectName, resultClass, role, handler,
+                                  [&] { return _getRelatedInstanceNames(objectName); });
 }
 
 void KSV_DiskSoftwareProvider::getInstance(const OperationContext& context,
@@ -156,13 +133,11 @@ void KSV_DiskSoftwareProvider::getInstance(const OperationContext& context,
                                            const Boolean includeClassOrigin,
                                            const CIMPropertyList& propertyList,
                                            InstanceResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.getInstance.entry, TEXTS, context);
-    KSV_AssociationShape::requireTwoKeys(TEXTS, instanceReference);
-    const String deviceID =
-        KSV_AssociationShape::referencedKey(instanceReference, "Dependent", "DeviceID");
-    KSV_AssociationShape::deliverRequested(
-        TEXTS, _getInstances(deviceID, includeQualifiers, includeClassOrigin, propertyList),
-        instanceReference, handler);
+    _association().getInstance(context, instanceReference, handler, [&] {
+        return _getInstances(
+            KSV_AssociationShape::referencedKey(instanceReference, "Dependent", "DeviceID"),
+            includeQualifiers, includeClassOrigin, propertyList);
+    });
 }
 
 void KSV_DiskSoftwareProvider::enumerateInstances(const OperationContext& context,
@@ -171,18 +146,17 @@ void KSV_DiskSoftwareProvider::enumerateInstances(const OperationContext& contex
                                                   const Boolean includeClassOrigin,
                                                   const CIMPropertyList& propertyList,
                                                   InstanceResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstances.entry, TEXTS, context);
-    KSV_AssociationShape::deliverAll(
-        handler, _getInstances(String(), includeQualifiers, includeClassOrigin, propertyList));
-    log_message(4, "%s", TEXTS.enumerateInstances.exit);
+    _association().enumerateInstances(context, handler, [&] {
+        return _getInstances(String(), includeQualifiers, includeClassOrigin, propertyList);
+    });
 }
 
 void KSV_DiskSoftwareProvider::enumerateInstanceNames(const OperationContext& context,
                                                       const CIMObjectPath&,
                                                       ObjectPathResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstanceNames.entry, TEXTS, context);
-    KSV_AssociationShape::deliverAll(handler, _getInstanceNames());
-    log_message(4, "%s", TEXTS.enumerateInstanceNames.exit);
+    _association().enumerateInstanceNames(context, handler, WALKS.instanceNames, [&] {
+        return _getInstances(String(), false, false, CIMPropertyList());
+    });
 }
 
 void KSV_DiskSoftwareProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
@@ -201,21 +175,10 @@ void KSV_DiskSoftwareProvider::deleteInstance(const OperationContext&, const CIM
     throw CIMNotSupportedException(ClassName + " does not support deleteInstance.");
 }
 
-CIMObjectPath
-KSV_DiskSoftwareProvider::_buildAssociationName(const CIMObjectPath& diskPath,
-                                                const CIMObjectPath& identityPath) const {
-    return KSV_Common::buildAssocPath(_assoClassName, "Antecedent", "Dependent", identityPath,
-                                      diskPath, _hostAddr, KSV_AssociationShape::NAMESPACE);
-}
-
-CIMInstance KSV_DiskSoftwareProvider::_buildAssociationInstance(
-    const CIMObjectPath& diskPath, const CIMObjectPath& identityPath, bool includeQualifiers,
-    bool includeClassOrigin, const CIMPropertyList& propertyList) {
-    const CIMClass assocClass = KSV_AssociationShape::storedClass(
-        _cimom, _assoClassName, includeQualifiers, includeClassOrigin, propertyList);
-    return KSV_Common::buildAssocInstance(_assoClassName, "Antecedent", "Dependent", identityPath,
-                                          diskPath, assocClass, _hostAddr,
-                                          KSV_AssociationShape::NAMESPACE);
+KSV_Association KSV_DiskSoftwareProvider::_association() {
+    return KSV_Association(TEXTS, RULES, _assoClassName,
+                           KSV_AssociationShape::classList(_sftwClassName), _ddClassNames, _cimom,
+                           _hostAddr);
 }
 
 // A missing key is only logged: unlike the package association, the answer is empty, not an
@@ -225,8 +188,7 @@ KSV_DiskSoftwareProvider::_getRelatedInstances(const CIMObjectPath& objectName,
                                                bool includeQualifiers, bool includeClassOrigin,
                                                const CIMPropertyList& propertyList) {
     const CIMName& className = objectName.getClassName();
-    KSV_AssociationShape::traceClass(
-        "-->KSV_DiskSoftwareProvider::_getRelatedInstances: className = %s \n", className);
+    KSV_AssociationShape::traceClass(WALKS.relatedInstances.entry, className);
     const bool fromIdentity = className.equal(_sftwClassName);
     const String searchText = fromIdentity
                                   ? KSV_Common::extractFromInstanceID(
@@ -241,7 +203,7 @@ KSV_DiskSoftwareProvider::_getRelatedInstances(const CIMObjectPath& objectName,
     } else if (fromIdentity) {
         related = _disksRunning(searchText, includeQualifiers, includeClassOrigin, propertyList);
     }
-    log_message(4, "<--KSV_DiskSoftwareProvider::_getRelatedInstances\n");
+    log_message(4, "%s", WALKS.relatedInstances.exit);
     return related;
 }
 
@@ -249,13 +211,13 @@ Array<CIMInstance> KSV_DiskSoftwareProvider::_identityOf(const String& deviceID,
                                                          bool includeQualifiers,
                                                          bool includeClassOrigin,
                                                          const CIMPropertyList& propertyList) {
-    const CIMClass identityClass = KSV_AssociationShape::storedClass(
+    const CIMClass identityClass = KSV_DiskProviderSupport::storedClass(
         _cimom, _sftwClassName, includeQualifiers, includeClassOrigin, propertyList);
     Array<CIMInstance> identities;
-    KSV_AssociationShape::forFirstPresentDisk(
+    KSV_DiskList::forFirstPresentDisk(
         KSV_DiskList::selectorOf(deviceID),
         [&](const api_Disk_t& disk) {
-            return disk.fwVersion[0] != '\0' && KSV_AssociationShape::hasDeviceID(disk, deviceID);
+            return disk.fwVersion[0] != '\0' && KSV_DiskList::hasDeviceID(disk, deviceID);
         },
         [&](const api_Disk_t& disk) {
             identities.append(
@@ -270,28 +232,23 @@ Array<CIMInstance> KSV_DiskSoftwareProvider::_disksRunning(const String& version
                                                            bool includeQualifiers,
                                                            bool includeClassOrigin,
                                                            const CIMPropertyList& propertyList) {
-    const CIMClass diskClass = KSV_AssociationShape::storedClass(
-        _cimom, "KSV_DiskDrive", includeQualifiers, includeClassOrigin, propertyList);
     const CString versionText = version.getCString();
     const KSV_DiskDriveProvider drives;
-    Array<CIMInstance> disks;
-    KSV_AssociationShape::forEachPresentDisk(API_ALL_DISKS, [&](const api_Disk_t& disk) {
-        if (disk.fwVersion[0] != '\0' && std::strstr(versionText, disk.fwVersion) != nullptr)
-            disks.append(
-                drives.build_instance(diskClass, disk, _hostAddr, _systemName, _isQuadPort));
-    });
-    return disks;
+    return KSV_DiskProviderSupport::describeDisksWhere(
+        _cimom, "KSV_DiskDrive", includeQualifiers, includeClassOrigin, propertyList,
+        [&](const api_Disk_t& disk) {
+            return disk.fwVersion[0] != '\0' && std::strstr(versionText, disk.fwVersion) != nullptr;
+        },
+        [&](const CIMClass& diskClass, const api_Disk_t& disk) {
+            return drives.build_instance(diskClass, disk, _hostAddr, _systemName, _isQuadPort);
+        });
 }
 
 Array<CIMObjectPath>
 KSV_DiskSoftwareProvider::_getRelatedInstanceNames(const CIMObjectPath& objectName) {
-    KSV_AssociationShape::traceClass(
-        "-->KSV_DiskSoftwareProvider::_getRelatedInstanceNames: className = %s \n",
-        objectName.getClassName());
-    const Array<CIMObjectPath> related = KSV_AssociationShape::pathsOf(
-        _getRelatedInstances(objectName, false, false, CIMPropertyList()));
-    log_message(4, "<--KSV_DiskSoftwareProvider::_getRelatedInstanceNames\n");
-    return related;
+    return KSV_AssociationShape::relatedNames(WALKS.relatedInstanceNames, objectName, [&] {
+        return _getRelatedInstances(objectName, false, false, CIMPropertyList());
+    });
 }
 
 // Disks without a firmware version run no identity. Disks sharing a version each have their
@@ -300,39 +257,16 @@ Array<CIMInstance> KSV_DiskSoftwareProvider::_getInstances(const String& deviceI
                                                            bool includeQualifiers,
                                                            bool includeClassOrigin,
                                                            const CIMPropertyList& propertyList) {
-    log_message(4, "-->KSV_DiskSoftwareProvider::_getInstances\n");
-    Array<CIMInstance> associations;
     const KSV_DiskDriveProvider drives;
     const KSV_DiskSoftwareIdentityProvider identities;
-    KSV_AssociationShape::forEachPresentDisk(
-        KSV_DiskList::selectorOf(deviceID), [&](const api_Disk_t& disk) {
-            if (disk.fwVersion[0] == '\0')
-                return;
-            const CIMObjectPath identityPath =
-                identities.buildObjectPath(_hostAddr, identities.makeInstanceID(disk.fwVersion));
-            associations.append(_buildAssociationInstance(
-                drives.buildObjectPath("KSV_DiskDrive", _hostAddr, disk.deviceID, _systemName),
-                identityPath, includeQualifiers, includeClassOrigin, propertyList));
+    return _association().diskAssociations(
+        WALKS.instances, deviceID, includeQualifiers, includeClassOrigin, propertyList,
+        [](const api_Disk_t& disk) { return disk.fwVersion[0] != '\0'; },
+        [&](const api_Disk_t& disk) {
+            return KSV_EndPaths(
+                identities.buildObjectPath(_hostAddr, identities.makeInstanceID(disk.fwVersion)),
+                drives.buildObjectPath("KSV_DiskDrive", _hostAddr, disk.deviceID, _systemName));
         });
-    log_message(4, "<--KSV_DiskSoftwareProvider::_getInstances\n");
-    return associations;
-}
-
-Array<CIMObjectPath> KSV_DiskSoftwareProvider::_getInstanceNames() {
-    log_message(4, "-->KSV_DiskSoftwareProvider::_getInstanceNames\n");
-    const Array<CIMObjectPath> names =
-        KSV_AssociationShape::pathsOf(_getInstances(String(), false, false, CIMPropertyList()));
-    log_message(4, "<--KSV_DiskSoftwareProvider::_getInstanceNames\n");
-    return names;
-}
-
-bool KSV_DiskSoftwareProvider::_invalidParms(const CIMObjectPath& objectName, const String& role,
-                                             const String& resultRole, const CIMName& resultClass,
-                                             const String& operationName) const {
-    const KSV_AssociationEnds ends{_assoClassName, KSV_AssociationShape::classList(_sftwClassName),
-                                   _ddClassNames};
-    return RULES.rejects(ends, objectName.getClassName(), role, resultRole, resultClass,
-                         operationName);
 }
 
 PEGASUS_NAMESPACE_END

@@ -9,6 +9,8 @@
 
 PEGASUS_NAMESPACE_BEGIN
 
+class KSV_Association;
+
 class KSV_DiskSoftwareProvider : public CIMAssociationProvider, public CIMInstanceProvider {
 public:
     KSV_DiskSoftwareProvider();
@@ -53,13 +55,9 @@ public:
                         ResponseHandler& handler) override;
 
 private:
-    // Antecedent is the firmware identity, Dependent the disk.
-    CIMObjectPath _buildAssociationName(const CIMObjectPath& diskPath,
-                                        const CIMObjectPath& identityPath) const;
-    CIMInstance _buildAssociationInstance(const CIMObjectPath& diskPath,
-                                          const CIMObjectPath& identityPath, bool includeQualifiers,
-                                          bool includeClassOrigin,
-                                          const CIMPropertyList& propertyList);
+    // The texts, rules and ends of KSV_DiskSoftware: Antecedent is the firmware identity,
+    // Dependent the disk.
+    KSV_Association _association();
     // The far ends: the identity of a disk's firmware, or the disks running an identity.
     Array<CIMInstance> _getRelatedInstances(const CIMObjectPath& objectName, bool includeQualifiers,
                                             bool includeClassOrigin,
@@ -73,10 +71,6 @@ private:
     // non-empty DeviceID names.
     Array<CIMInstance> _getInstances(const String& deviceID, bool includeQualifiers,
                                      bool includeClassOrigin, const CIMPropertyList& propertyList);
-    Array<CIMObjectPath> _getInstanceNames();
-    bool _invalidParms(const CIMObjectPath& objectName, const String& role,
-                       const String& resultRole, const CIMName& resultClass,
-                       const String& operationName) const;
 
     CIMOMHandle _cimom;
     CIMName _assoClassName;

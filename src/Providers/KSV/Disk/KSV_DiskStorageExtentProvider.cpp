@@ -13,6 +13,15 @@ namespace {
 const CIMNamespaceName KSV_NAMESPACE("root/ksv");
 const CIMName EXTENT_CLASS("KSV_DiskStorageExtent");
 
+const KSV_TraceTexts GET_INSTANCE = {"--> KSV_DiskStorageExtentProvider::getInstance\n",
+                                     "<-- KSV_DiskStorageExtentProvider::getInstance\n"};
+const KSV_TraceTexts ENUMERATE_INSTANCES = {
+    "--> KSV_DiskStorageExtentProvider::enumerateInstances\n",
+    "<-- KSV_DiskStorageExtentProvider::enumerateInstances\n"};
+const KSV_TraceTexts ENUMERATE_INSTANCE_NAMES = {
+    "--> KSV_DiskStorageExtentProvider::enumerateInstanceNames\n",
+    "<-- KSV_DiskStorageExtentProvider::enumerateInstanceNames\n"};
+
 } // namespace
 
 KSV_DiskStorageExtentProvider::KSV_DiskStorageExtentProvider() {}
@@ -35,22 +44,19 @@ void KSV_DiskStorageExtentProvider::terminate() {
     delete this;
 }
 
+// No key check of its own: a path without DeviceID reads every disk and matches none.
 void KSV_DiskStorageExtentProvider::getInstance(const OperationContext& context,
                                                 const CIMObjectPath& instanceReference,
                                                 const Boolean includeQualifiers,
                                                 const Boolean includeClassOrigin,
                                                 const CIMPropertyList& propertyList,
                                                 InstanceResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskStorageExtentProvider::getInstance\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(instanceReference, EXTENT_CLASS, ClassName);
-    // No key check of its own: a path without DeviceID reads every disk and matches none.
-    const String deviceID = KSV_Common::getStringProperty(instanceReference, "DeviceID");
-    const Array<CIMInstance> instances =
-        _build_instances(deviceID, includeQualifiers, includeClassOrigin, propertyList);
-    KSV_DiskProviderSupport::deliverMatch(handler, instanceReference, instances, ClassName,
-                                          deviceID);
-    log_message(4, "<-- KSV_DiskStorageExtentProvider::getInstance\n");
+    KSV_DiskProviderSupport::getInstance(
+        ClassName, GET_INSTANCE, EXTENT_CLASS, context, instanceReference, handler,
+        [&] { return KSV_Common::getStringProperty(instanceReference, "DeviceID"); },
+        [&](const String& deviceID) {
+            return _build_instances(deviceID, includeQualifiers, includeClassOrigin, propertyList);
+        });
 }
 
 void KSV_DiskStorageExtentProvider::enumerateInstances(const OperationContext& context,
@@ -59,22 +65,17 @@ void KSV_DiskStorageExtentProvider::enumerateInstances(const OperationContext& c
                                                        const Boolean includeClassOrigin,
                                                        const CIMPropertyList& propertyList,
                                                        InstanceResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskStorageExtentProvider::enumerateInstances\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(classReference, EXTENT_CLASS, ClassName);
-    KSV_DiskProviderSupport::deliverAll(
-        handler, _build_instances(String(), includeQualifiers, includeClassOrigin, propertyList));
-    log_message(4, "<-- KSV_DiskStorageExtentProvider::enumerateInstances\n");
+    KSV_DiskProviderSupport::enumerate(
+        ClassName, ENUMERATE_INSTANCES, EXTENT_CLASS, context, classReference, handler, [&] {
+            return _build_instances(String(), includeQualifiers, includeClassOrigin, propertyList);
+        });
 }
 
 void KSV_DiskStorageExtentProvider::enumerateInstanceNames(const OperationContext& context,
                                                            const CIMObjectPath& classReference,
                                                            ObjectPathResponseHandler& handler) {
-    log_message(4, "--> KSV_DiskStorageExtentProvider::enumerateInstanceNames\n");
-    KSV_CHECK_USER_ACCESS(context, ClassName);
-    KSV_DiskProviderSupport::checkClass(classReference, EXTENT_CLASS, ClassName);
-    KSV_DiskProviderSupport::deliverAll(handler, _build_ref());
-    log_message(4, "<-- KSV_DiskStorageExtentProvider::enumerateInstanceNames\n");
+    KSV_DiskProviderSupport::enumerate(ClassName, ENUMERATE_INSTANCE_NAMES, EXTENT_CLASS, context,
+                                       classReference, handler, [&] { return _build_ref(); });
 }
 
 void KSV_DiskStorageExtentProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
@@ -144,33 +145,21 @@ KSV_DiskStorageExtentProvider::_build_instances(const String& deviceID, bool inc
                                                 bool includeClassOrigin,
                                                 const CIMPropertyList& propertyList) {
     log_message(4, "--> KSV_DiskStorageExtentProvider::_build_instances\n");
-    const CIMClass extentClass =
-        KSV_Common::getStoredCIMClass(_cimom, OperationContext(), KSV_NAMESPACE, EXTENT_CLASS,
-                                      false, includeQualifiers, includeClassOrigin, propertyList);
-    // Copying one skeleton is much cheaper than building one from the class for every disk.
-    const CIMInstance skeleton = KSV_Common::buildInstanceSkeleton(extentClass);
-    Array<CIMInstance> instances;
-    KSV_DiskList disks;
-    disks.read(KSV_DiskList::selectorOf(deviceID));
-    instances.reserveCapacity(disks.size());
-    for (Uint32 i = 0; i < disks.size(); i++) {
-        if (!disks[i].isAbsent)
-            instances.append(_describeExtent(skeleton.clone(), disks[i], _systemName, _hostAddr));
-    }
+    const Array<CIMInstance> instances = KSV_DiskProviderSupport::describePresentDisks(
+        _cimom, EXTENT_CLASS, deviceID, includeQualifiers, includeClassOrigin, propertyList,
+        [&](CIMInstance skeleton, const api_Disk_t& disk) {
+            return _describeExtent(skeleton, disk, _systemName, _hostAddr);
+        });
     log_message(4, "<-- KSV_DiskStorageExtentProvider::_build_instances\n");
     return instances;
 }
 
 Array<CIMObjectPath> KSV_DiskStorageExtentProvider::_build_ref() const {
     log_message(4, "--> KSV_DiskStorageExtentProvider::_build_ref\n");
-    Array<CIMObjectPath> paths;
-    KSV_DiskList disks;
-    disks.read(API_ALL_DISKS);
-    paths.reserveCapacity(disks.size());
-    for (Uint32 i = 0; i < disks.size(); i++) {
-        if (!disks[i].isAbsent)
-            paths.append(buildObjectPath(_hostAddr, disks[i].deviceID, _systemName));
-    }
+    const Array<CIMObjectPath> paths =
+        KSV_DiskProviderSupport::namePresentDisks([&](const api_Disk_t& disk) {
+            return buildObjectPath(_hostAddr, disk.deviceID, _systemName);
+        });
     log_message(4, "<-- KSV_DiskStorageExtentProvider::_build_ref\n");
     return paths;
 }

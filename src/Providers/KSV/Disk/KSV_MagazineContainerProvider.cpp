@@ -42,6 +42,16 @@ const KSV_AssociationTexts TEXTS = {
     {"--> KSV_MagazineContainerProvider::enumerateInstanceNames() \n",
      "<-- KSV_MagazineContainerProvider::enumerateInstanceNames() \n"}};
 
+const KSV_WalkTexts WALKS = {
+    {"-->KSV_MagazineContainerProvider::_getRelatedInstances: className = %s \n",
+     "<--KSV_MagazineContainerProvider::_getRelatedInstances\n"},
+    {"-->KSV_MagazineContainerProvider::_getRelatedInstanceNames: className = %s \n",
+     "<--KSV_MagazineContainerProvider::_getRelatedInstanceNames\n"},
+    {"-->KSV_MagazineContainerProvider::_getInstances\n",
+     "<--KSV_MagazineContainerProvider::_getInstances\n"},
+    {"-->KSV_MagazineContainerProvider::_getInstanceNames\n",
+     "<--KSV_MagazineContainerProvider::_getInstanceNames\n"}};
+
 // GroupComponent is the magazine, PartComponent a disk's package. A result class naming the
 // object's own end is answered with the far end, as for the disk's package.
 const KSV_AssociationRules RULES = {
@@ -75,15 +85,11 @@ void KSV_MagazineContainerProvider::associators(
     const CIMName& associationClass, const CIMName& resultClass, const String& role,
     const String& resultRole, const Boolean includeQualifiers, const Boolean includeClassOrigin,
     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{KSVCIM_ASSOCIATORS, objectName, associationClass,
-                                         resultClass,        role,       resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associators"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    KSV_AssociationShape::deliverObjects(
-        handler, _getRelatedInstances(objectName, context, includeQualifiers, includeClassOrigin,
-                                      propertyList));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().associators(
+        context, objectName, associationClass, resultClass, role, resultRole, handler, [&] {
+            return _getRelatedInstances(objectName, context, includeQualifiers, includeClassOrigin,
+                                        propertyList);
+        });
 }
 
 void KSV_MagazineContainerProvider::associatorNames(const OperationContext& context,
@@ -92,13 +98,9 @@ void KSV_MagazineContainerProvider::associatorNames(const OperationContext& cont
                                                     const CIMName& resultClass, const String& role,
                                                     const String& resultRole,
                                                     ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_ASSOCIATORNAMES, objectName, associationClass, resultClass, role, resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associatorNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    KSV_AssociationShape::deliverAll(handler, _getRelatedInstanceNames(objectName, context));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().associatorNames(context, objectName, associationClass, resultClass, role,
+                                   resultRole, handler,
+                                   [&] { return _getRelatedInstanceNames(objectName, context); });
 }
 
 // The far end must exist: a package whose magazine the server does not know has no association.
@@ -106,42 +108,17 @@ void KSV_MagazineContainerProvider::references(
     const OperationContext& context, const CIMObjectPath& objectName, const CIMName& resultClass,
     const String& role, const Boolean includeQualifiers, const Boolean includeClassOrigin,
     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,       role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "references"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    const Array<CIMObjectPath> farEnds = _getRelatedInstanceNames(objectName, context);
-    const bool fromPackage = objectName.getClassName().equal(_ddpClassName);
-    Array<CIMInstance> associations;
-    for (Uint32 i = 0; i < farEnds.size(); i++) {
-        associations.append(_buildAssociationInstance(
-            fromPackage ? objectName : farEnds[i], fromPackage ? farEnds[i] : objectName,
-            includeQualifiers, includeClassOrigin, propertyList));
-    }
-    KSV_AssociationShape::deliverObjects(handler, associations);
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().references(context, objectName, resultClass, role, includeQualifiers,
+                              includeClassOrigin, propertyList, handler,
+                              [&] { return _getRelatedInstanceNames(objectName, context); });
 }
 
 void KSV_MagazineContainerProvider::referenceNames(const OperationContext& context,
                                                    const CIMObjectPath& objectName,
                                                    const CIMName& resultClass, const String& role,
                                                    ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCENAMES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,           role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "referenceNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    const Array<CIMObjectPath> farEnds = _getRelatedInstanceNames(objectName, context);
-    const bool fromPackage = objectName.getClassName().equal(_ddpClassName);
-    Array<CIMObjectPath> associations;
-    for (Uint32 i = 0; i < farEnds.size(); i++)
-        associations.append(_buildAssociationName(fromPackage ? objectName : farEnds[i],
-                                                  fromPackage ? farEnds[i] : objectName));
-    KSV_AssociationShape::deliverAll(handler, associations);
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().referenceNames(context, objectName, resultClass, role, handler,
+                                  [&] { return _getRelatedInstanceNames(objectName, context); });
 }
 
 void KSV_MagazineContainerProvider::getInstance(const OperationContext& context,
@@ -150,13 +127,11 @@ void KSV_MagazineContainerProvider::getInstance(const OperationContext& context,
                                                 const Boolean includeClassOrigin,
                                                 const CIMPropertyList& propertyList,
                                                 InstanceResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.getInstance.entry, TEXTS, context);
-    KSV_AssociationShape::requireTwoKeys(TEXTS, instanceReference);
-    const String deviceID =
-        KSV_AssociationShape::referencedKey(instanceReference, "PartComponent", "Tag");
-    KSV_AssociationShape::deliverRequested(
-        TEXTS, _getInstances(deviceID, includeQualifiers, includeClassOrigin, propertyList),
-        instanceReference, handler);
+    _association().getInstance(context, instanceReference, handler, [&] {
+        return _getInstances(
+            KSV_AssociationShape::referencedKey(instanceReference, "PartComponent", "Tag"),
+            includeQualifiers, includeClassOrigin, propertyList);
+    });
 }
 
 void KSV_MagazineContainerProvider::enumerateInstances(const OperationContext& context,
@@ -165,18 +140,17 @@ void KSV_MagazineContainerProvider::enumerateInstances(const OperationContext& c
                                                        const Boolean includeClassOrigin,
                                                        const CIMPropertyList& propertyList,
                                                        InstanceResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstances.entry, TEXTS, context);
-    KSV_AssociationShape::deliverAll(
-        handler, _getInstances(String(), includeQualifiers, includeClassOrigin, propertyList));
-    log_message(4, "%s", TEXTS.enumerateInstances.exit);
+    _association().enumerateInstances(context, handler, [&] {
+        return _getInstances(String(), includeQualifiers, includeClassOrigin, propertyList);
+    });
 }
 
 void KSV_MagazineContainerProvider::enumerateInstanceNames(const OperationContext& context,
                                                            const CIMObjectPath&,
                                                            ObjectPathResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstanceNames.entry, TEXTS, context);
-    KSV_AssociationShape::deliverAll(handler, _getInstanceNames());
-    log_message(4, "%s", TEXTS.enumerateInstanceNames.exit);
+    _association().enumerateInstanceNames(context, handler, WALKS.instanceNames, [&] {
+        return _getInstances(String(), false, false, CIMPropertyList());
+    });
 }
 
 void KSV_MagazineContainerProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
@@ -195,22 +169,9 @@ void KSV_MagazineContainerProvider::deleteInstance(const OperationContext&, cons
     throw CIMNotSupportedException(ClassName + " does not support deleteInstance.");
 }
 
-CIMObjectPath
-KSV_MagazineContainerProvider::_buildAssociationName(const CIMObjectPath& packagePath,
-                                                     const CIMObjectPath& magazinePath) const {
-    return KSV_Common::buildAssocPath(_assoClassName, "GroupComponent", "PartComponent",
-                                      magazinePath, packagePath, _hostAddr,
-                                      KSV_AssociationShape::NAMESPACE);
-}
-
-CIMInstance KSV_MagazineContainerProvider::_buildAssociationInstance(
-    const CIMObjectPath& packagePath, const CIMObjectPath& magazinePath, bool includeQualifiers,
-    bool includeClassOrigin, const CIMPropertyList& propertyList) {
-    const CIMClass assocClass = KSV_AssociationShape::storedClass(
-        _cimom, _assoClassName, includeQualifiers, includeClassOrigin, propertyList);
-    return KSV_Common::buildAssocInstance(_assoClassName, "GroupComponent", "PartComponent",
-                                          magazinePath, packagePath, assocClass, _hostAddr,
-                                          KSV_AssociationShape::NAMESPACE);
+KSV_Association KSV_MagazineContainerProvider::_association() {
+    return KSV_Association(TEXTS, RULES, _assoClassName, _magClassNames,
+                           KSV_AssociationShape::classList(_ddpClassName), _cimom, _hostAddr);
 }
 
 // A magazine's Tag is the parentDeviceID of its disks; a package's Tag is its disk's DeviceID.
@@ -218,8 +179,7 @@ Array<CIMInstance> KSV_MagazineContainerProvider::_getRelatedInstances(
     const CIMObjectPath& objectName, const OperationContext& context, bool includeQualifiers,
     bool includeClassOrigin, const CIMPropertyList& propertyList) {
     const CIMName& className = objectName.getClassName();
-    KSV_AssociationShape::traceClass(
-        "-->KSV_MagazineContainerProvider::_getRelatedInstances: className = %s \n", className);
+    KSV_AssociationShape::traceClass(WALKS.relatedInstances.entry, className);
     const String tag = KSV_Common::getStringProperty(objectName, "Tag");
     if (tag.size() == 0)
         throw CIMInvalidParameterException(ClassName + " Tag key not found.");
@@ -230,7 +190,7 @@ Array<CIMInstance> KSV_MagazineContainerProvider::_getRelatedInstances(
         related =
             _magazineHolding(tag, context, includeQualifiers, includeClassOrigin, propertyList);
     }
-    log_message(4, "<--KSV_MagazineContainerProvider::_getRelatedInstances\n");
+    log_message(4, "%s", WALKS.relatedInstances.exit);
     return related;
 }
 
@@ -238,15 +198,13 @@ Array<CIMInstance> KSV_MagazineContainerProvider::_packagesIn(const String& maga
                                                               bool includeQualifiers,
                                                               bool includeClassOrigin,
                                                               const CIMPropertyList& propertyList) {
-    const CIMClass packageClass = KSV_AssociationShape::storedClass(
-        _cimom, _ddpClassName, includeQualifiers, includeClassOrigin, propertyList);
     const KSV_DiskDrivePackageProvider packages;
-    Array<CIMInstance> packagesIn;
-    KSV_AssociationShape::forEachPresentDisk(API_ALL_DISKS, [&](const api_Disk_t& disk) {
-        if (String::equal(magazineTag, disk.parentDeviceID))
-            packagesIn.append(packages.build_instance(packageClass, disk, _hostAddr));
-    });
-    return packagesIn;
+    return KSV_DiskProviderSupport::describeDisksWhere(
+        _cimom, _ddpClassName, includeQualifiers, includeClassOrigin, propertyList,
+        [&](const api_Disk_t& disk) { return String::equal(magazineTag, disk.parentDeviceID); },
+        [&](const CIMClass& packageClass, const api_Disk_t& disk) {
+            return packages.build_instance(packageClass, disk, _hostAddr);
+        });
 }
 
 // The magazine belongs to the drive-cage module: the server answers for it. A magazine it cannot
@@ -255,9 +213,8 @@ Array<CIMInstance> KSV_MagazineContainerProvider::_magazineHolding(
     const String& packageTag, const OperationContext& context, bool includeQualifiers,
     bool includeClassOrigin, const CIMPropertyList& propertyList) {
     Array<CIMInstance> magazines;
-    KSV_AssociationShape::forPresentDisk(packageTag, [&](const api_Disk_t& disk) {
-        const CIMObjectPath magazinePath = KSV_MagazineProvider::buildObjectPath(
-            KSV_MagazineProvider::_getCIMName(disk.cageType), _hostAddr, disk.parentDeviceID);
+    KSV_DiskList::forPresentDisk(packageTag, [&](const api_Disk_t& disk) {
+        const CIMObjectPath magazinePath = _magazineOf(disk);
         try {
             magazines.append(_cimom.getInstance(
                 context, CIMNamespaceName(KSV_AssociationShape::NAMESPACE), magazinePath, false,
@@ -268,16 +225,17 @@ Array<CIMInstance> KSV_MagazineContainerProvider::_magazineHolding(
     return magazines;
 }
 
+CIMObjectPath KSV_MagazineContainerProvider::_magazineOf(const api_Disk_t& disk) const {
+    return KSV_MagazineProvider::buildObjectPath(KSV_MagazineProvider::_getCIMName(disk.cageType),
+                                                 _hostAddr, disk.parentDeviceID);
+}
+
 Array<CIMObjectPath>
 KSV_MagazineContainerProvider::_getRelatedInstanceNames(const CIMObjectPath& objectName,
                                                         const OperationContext& context) {
-    KSV_AssociationShape::traceClass(
-        "-->KSV_MagazineContainerProvider::_getRelatedInstanceNames: className = %s \n",
-        objectName.getClassName());
-    const Array<CIMObjectPath> related = KSV_AssociationShape::pathsOf(
-        _getRelatedInstances(objectName, context, false, false, CIMPropertyList()));
-    log_message(4, "<--KSV_MagazineContainerProvider::_getRelatedInstanceNames\n");
-    return related;
+    return KSV_AssociationShape::relatedNames(WALKS.relatedInstanceNames, objectName, [&] {
+        return _getRelatedInstances(objectName, context, false, false, CIMPropertyList());
+    });
 }
 
 // The magazine's path is built from the disk record alone; the server is not asked for it.
@@ -285,37 +243,13 @@ Array<CIMInstance>
 KSV_MagazineContainerProvider::_getInstances(const String& deviceID, bool includeQualifiers,
                                              bool includeClassOrigin,
                                              const CIMPropertyList& propertyList) {
-    log_message(4, "-->KSV_MagazineContainerProvider::_getInstances\n");
-    Array<CIMInstance> associations;
     const KSV_DiskDrivePackageProvider packages;
-    KSV_AssociationShape::forEachPresentDisk(
-        KSV_DiskList::selectorOf(deviceID), [&](const api_Disk_t& disk) {
-            const CIMObjectPath magazinePath = KSV_MagazineProvider::buildObjectPath(
-                KSV_MagazineProvider::_getCIMName(disk.cageType), _hostAddr, disk.parentDeviceID);
-            associations.append(_buildAssociationInstance(
-                packages.buildObjectPath(_hostAddr, disk.deviceID), magazinePath, includeQualifiers,
-                includeClassOrigin, propertyList));
+    return _association().diskAssociations(
+        WALKS.instances, deviceID, includeQualifiers, includeClassOrigin, propertyList,
+        [&](const api_Disk_t& disk) {
+            return KSV_EndPaths(_magazineOf(disk),
+                                packages.buildObjectPath(_hostAddr, disk.deviceID));
         });
-    log_message(4, "<--KSV_MagazineContainerProvider::_getInstances\n");
-    return associations;
-}
-
-Array<CIMObjectPath> KSV_MagazineContainerProvider::_getInstanceNames() {
-    log_message(4, "-->KSV_MagazineContainerProvider::_getInstanceNames\n");
-    const Array<CIMObjectPath> names =
-        KSV_AssociationShape::pathsOf(_getInstances(String(), false, false, CIMPropertyList()));
-    log_message(4, "<--KSV_MagazineContainerProvider::_getInstanceNames\n");
-    return names;
-}
-
-bool KSV_MagazineContainerProvider::_invalidParms(const CIMObjectPath& objectName,
-                                                  const String& role, const String& resultRole,
-                                                  const CIMName& resultClass,
-                                                  const String& operationName) const {
-    const KSV_AssociationEnds ends{_assoClassName, _magClassNames,
-                                   KSV_AssociationShape::classList(_ddpClassName)};
-    return RULES.rejects(ends, objectName.getClassName(), role, resultRole, resultClass,
-                         operationName);
 }
 
 PEGASUS_NAMESPACE_END

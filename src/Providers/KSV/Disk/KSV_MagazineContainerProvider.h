@@ -7,7 +7,11 @@
 #include <Pegasus/Provider/CIMAssociationProvider.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
 
+#include <ksvapi.h>
+
 PEGASUS_NAMESPACE_BEGIN
+
+class KSV_Association;
 
 class KSV_MagazineContainerProvider : public CIMAssociationProvider, public CIMInstanceProvider {
 public:
@@ -53,13 +57,9 @@ public:
                         ResponseHandler& handler) override;
 
 private:
-    // GroupComponent is the magazine, PartComponent the package.
-    CIMObjectPath _buildAssociationName(const CIMObjectPath& packagePath,
-                                        const CIMObjectPath& magazinePath) const;
-    CIMInstance _buildAssociationInstance(const CIMObjectPath& packagePath,
-                                          const CIMObjectPath& magazinePath, bool includeQualifiers,
-                                          bool includeClassOrigin,
-                                          const CIMPropertyList& propertyList);
+    // The texts, rules and ends of KSV_MagazineContainer: GroupComponent is the magazine,
+    // PartComponent the package.
+    KSV_Association _association();
     // The far ends: the packages of a magazine's present disks, or a package's magazine.
     Array<CIMInstance> _getRelatedInstances(const CIMObjectPath& objectName,
                                             const OperationContext& context, bool includeQualifiers,
@@ -70,15 +70,13 @@ private:
     Array<CIMInstance> _magazineHolding(const String& packageTag, const OperationContext& context,
                                         bool includeQualifiers, bool includeClassOrigin,
                                         const CIMPropertyList& propertyList);
+    // The path of the magazine holding the disk, as the drive-cage module names it.
+    CIMObjectPath _magazineOf(const api_Disk_t& disk) const;
     Array<CIMObjectPath> _getRelatedInstanceNames(const CIMObjectPath& objectName,
                                                   const OperationContext& context);
     // The associations of every present disk, or of the disk a non-empty DeviceID names.
     Array<CIMInstance> _getInstances(const String& deviceID, bool includeQualifiers,
                                      bool includeClassOrigin, const CIMPropertyList& propertyList);
-    Array<CIMObjectPath> _getInstanceNames();
-    bool _invalidParms(const CIMObjectPath& objectName, const String& role,
-                       const String& resultRole, const CIMName& resultClass,
-                       const String& operationName) const;
 
     CIMOMHandle _cimom;
     CIMName _assoClassName;

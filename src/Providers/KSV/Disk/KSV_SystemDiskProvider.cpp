@@ -40,6 +40,16 @@ const KSV_AssociationTexts TEXTS = {
     {"--> KSV_SystemDiskProvider::enumerateInstanceNames() \n",
      "<-- KSV_SystemDiskProvider::enumerateInstanceNames() \n"}};
 
+// The enumeration of names is traced with the lines of _getInstances, as this provider always
+// has.
+const KSV_WalkTexts WALKS = {
+    {"-->KSV_SystemDiskProvider::_getRelatedInstances: className = %s \n",
+     "<--KSV_SystemDiskProvider::_getRelatedInstances\n"},
+    {"-->KSV_SystemDiskProvider::_getRelatedInstanceNames: className = %s \n",
+     "<--KSV_SystemDiskProvider::_getRelatedInstanceNames\n"},
+    {"-->KSV_SystemDiskProvider::_getInstances\n", "<--KSV_SystemDiskProvider::_getInstances\n"},
+    {"-->KSV_SystemDiskProvider::_getInstances\n", "<--KSV_SystemDiskProvider::_getInstances\n"}};
+
 // GroupComponent is the system, PartComponent a disk.
 const KSV_AssociationRules RULES = {
     "GroupComponent",
@@ -79,15 +89,11 @@ void KSV_SystemDiskProvider::associators(
     const CIMName& associationClass, const CIMName& resultClass, const String& role,
     const String& resultRole, const Boolean includeQualifiers, const Boolean includeClassOrigin,
     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{KSVCIM_ASSOCIATORS, objectName, associationClass,
-                                         resultClass,        role,       resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associators"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    KSV_AssociationShape::deliverObjects(
-        handler, _getRelatedInstances(objectName, context, includeQualifiers, includeClassOrigin,
-                                      propertyList));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().associators(
+        context, objectName, associationClass, resultClass, role, resultRole, handler, [&] {
+            return _getRelatedInstances(objectName, context, includeQualifiers, includeClassOrigin,
+                                        propertyList);
+        });
 }
 
 void KSV_SystemDiskProvider::associatorNames(const OperationContext& context,
@@ -96,13 +102,9 @@ void KSV_SystemDiskProvider::associatorNames(const OperationContext& context,
                                              const CIMName& resultClass, const String& role,
                                              const String& resultRole,
                                              ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_ASSOCIATORNAMES, objectName, associationClass, resultClass, role, resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associatorNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    KSV_AssociationShape::deliverAll(handler, _getRelatedInstanceNames(objectName, context));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().associatorNames(context, objectName, associationClass, resultClass, role,
+                                   resultRole, handler,
+                                   [&] { return _getRelatedInstanceNames(objectName, context); });
 }
 
 void KSV_SystemDiskProvider::references(const OperationContext& context,
@@ -111,38 +113,18 @@ void KSV_SystemDiskProvider::references(const OperationContext& context,
                                         const Boolean includeClassOrigin,
                                         const CIMPropertyList& propertyList,
                                         ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,       role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "references"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    const Array<CIMObjectPath> disks = _referencedDisks(objectName, context);
-    Array<CIMInstance> associations;
-    for (Uint32 i = 0; i < disks.size(); i++) {
-        associations.append(_buildAssociationInstance(disks[i], includeQualifiers,
-                                                      includeClassOrigin, propertyList));
-    }
-    KSV_AssociationShape::deliverObjects(handler, associations);
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().referencesFrom(_sysObjectPath, context, objectName, resultClass, role,
+                                  includeQualifiers, includeClassOrigin, propertyList, handler,
+                                  [&] { return _referencedDisks(objectName, context); });
 }
 
 void KSV_SystemDiskProvider::referenceNames(const OperationContext& context,
                                             const CIMObjectPath& objectName,
                                             const CIMName& resultClass, const String& role,
                                             ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCENAMES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,           role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "referenceNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    const Array<CIMObjectPath> disks = _referencedDisks(objectName, context);
-    Array<CIMObjectPath> associations;
-    for (Uint32 i = 0; i < disks.size(); i++)
-        associations.append(_buildAssociationName(disks[i]));
-    KSV_AssociationShape::deliverAll(handler, associations);
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().referenceNamesFrom(_sysObjectPath, context, objectName, resultClass, role,
+                                      handler,
+                                      [&] { return _referencedDisks(objectName, context); });
 }
 
 void KSV_SystemDiskProvider::getInstance(const OperationContext& context,
@@ -151,13 +133,11 @@ void KSV_SystemDiskProvider::getInstance(const OperationContext& context,
                                          const Boolean includeClassOrigin,
                                          const CIMPropertyList& propertyList,
                                          InstanceResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.getInstance.entry, TEXTS, context);
-    KSV_AssociationShape::requireTwoKeys(TEXTS, instanceReference);
-    const String deviceID =
-        KSV_AssociationShape::referencedKey(instanceReference, "PartComponent", "DeviceID");
-    KSV_AssociationShape::deliverRequested(
-        TEXTS, _getInstances(deviceID, includeQualifiers, includeClassOrigin, propertyList),
-        instanceReference, handler);
+    _association().getInstance(context, instanceReference, handler, [&] {
+        return _getInstances(
+            KSV_AssociationShape::referencedKey(instanceReference, "PartComponent", "DeviceID"),
+            includeQualifiers, includeClassOrigin, propertyList);
+    });
 }
 
 void KSV_SystemDiskProvider::enumerateInstances(const OperationContext& context,
@@ -166,18 +146,17 @@ void KSV_SystemDiskProvider::enumerateInstances(const OperationContext& context,
                                                 const Boolean includeClassOrigin,
                                                 const CIMPropertyList& propertyList,
                                                 InstanceResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstances.entry, TEXTS, context);
-    KSV_AssociationShape::deliverAll(
-        handler, _getInstances(String(), includeQualifiers, includeClassOrigin, propertyList));
-    log_message(4, "%s", TEXTS.enumerateInstances.exit);
+    _association().enumerateInstances(context, handler, [&] {
+        return _getInstances(String(), includeQualifiers, includeClassOrigin, propertyList);
+    });
 }
 
 void KSV_SystemDiskProvider::enumerateInstanceNames(const OperationContext& context,
                                                     const CIMObjectPath&,
                                                     ObjectPathResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstanceNames.entry, TEXTS, context);
-    KSV_AssociationShape::deliverAll(handler, _getInstanceNames());
-    log_message(4, "%s", TEXTS.enumerateInstanceNames.exit);
+    _association().enumerateInstanceNames(context, handler, WALKS.instanceNames, [&] {
+        return _getInstances(String(), false, false, CIMPropertyList());
+    });
 }
 
 void KSV_SystemDiskProvider::modifyInstance(const OperationContext&, const CIMObjectPath&,
@@ -196,109 +175,52 @@ void KSV_SystemDiskProvider::deleteInstance(const OperationContext&, const CIMOb
     throw CIMNotSupportedException(ClassName + " does not support deleteInstance.");
 }
 
-CIMObjectPath KSV_SystemDiskProvider::_buildAssociationName(const CIMObjectPath& diskPath) const {
-    return KSV_Common::buildAssocPath(_assoClassName, "GroupComponent", "PartComponent",
-                                      _sysObjectPath, diskPath, _hostAddr,
-                                      KSV_AssociationShape::NAMESPACE);
+KSV_Association KSV_SystemDiskProvider::_association() {
+    return KSV_Association(TEXTS, RULES, _assoClassName,
+                           KSV_AssociationShape::classList(_sysClassName), _ddClassNames, _cimom,
+                           _hostAddr);
 }
 
-CIMInstance KSV_SystemDiskProvider::_buildAssociationInstance(const CIMObjectPath& diskPath,
-                                                              bool includeQualifiers,
-                                                              bool includeClassOrigin,
-                                                              const CIMPropertyList& propertyList) {
-    const CIMClass assocClass = KSV_AssociationShape::storedClass(
-        _cimom, _assoClassName, includeQualifiers, includeClassOrigin, propertyList);
-    return KSV_Common::buildAssocInstance(_assoClassName, "GroupComponent", "PartComponent",
-                                          _sysObjectPath, diskPath, assocClass, _hostAddr,
-                                          KSV_AssociationShape::NAMESPACE);
+KSV_SystemDevices KSV_SystemDiskProvider::_systemDevices() {
+    return KSV_SystemDevices(WALKS, _cimom, _sysClassName, _sysObjectPath, _ddClassNames);
 }
 
 Array<CIMInstance> KSV_SystemDiskProvider::_getRelatedInstances(
     const CIMObjectPath& objectName, const OperationContext& context, bool includeQualifiers,
     bool includeClassOrigin, const CIMPropertyList& propertyList) {
-    const CIMName& className = objectName.getClassName();
-    KSV_AssociationShape::traceClass(
-        "-->KSV_SystemDiskProvider::_getRelatedInstances: className = %s \n", className);
-    Array<CIMInstance> related;
-    if (KSV_Common::isPartOfArray(className, _ddClassNames)) {
-        related = _cimom.enumerateInstances(
-            context, CIMNamespaceName(KSV_AssociationShape::NAMESPACE), _sysClassName, false, false,
-            includeQualifiers, includeClassOrigin, propertyList);
-    } else if (className.equal(_sysClassName)) {
-        // Any path of the system class stands for this system: its keys are not compared.
-        const CIMClass diskClass = KSV_AssociationShape::storedClass(
-            _cimom, "KSV_DiskDrive", includeQualifiers, includeClassOrigin, propertyList);
-        const KSV_DiskDriveProvider drives;
-        KSV_AssociationShape::forEachPresentDisk(API_ALL_DISKS, [&](const api_Disk_t& disk) {
-            related.append(
-                drives.build_instance(diskClass, disk, _hostAddr, _systemName, _isQuadPort));
+    const KSV_DiskDriveProvider drives;
+    return _systemDevices().related(
+        objectName, context, includeQualifiers, includeClassOrigin, propertyList, "KSV_DiskDrive",
+        [&](const CIMClass& diskClass, const api_Disk_t& disk) {
+            return drives.build_instance(diskClass, disk, _hostAddr, _systemName, _isQuadPort);
         });
-    }
-    log_message(4, "<--KSV_SystemDiskProvider::_getRelatedInstances\n");
-    return related;
 }
 
 Array<CIMObjectPath>
 KSV_SystemDiskProvider::_getRelatedInstanceNames(const CIMObjectPath& objectName,
                                                  const OperationContext& context) {
-    const CIMName& className = objectName.getClassName();
-    KSV_AssociationShape::traceClass(
-        "-->KSV_SystemDiskProvider::_getRelatedInstanceNames: className = %s \n", className);
-    Array<CIMObjectPath> related;
-    if (KSV_Common::isPartOfArray(className, _ddClassNames)) {
-        related.append(_sysObjectPath);
-    } else if (className.equal(_sysClassName)) {
-        related = KSV_AssociationShape::pathsOf(
-            _getRelatedInstances(objectName, context, false, false, CIMPropertyList()));
-    }
-    log_message(4, "<--KSV_SystemDiskProvider::_getRelatedInstanceNames\n");
-    return related;
+    return _systemDevices().relatedNames(objectName, [&] {
+        return _getRelatedInstances(objectName, context, false, false, CIMPropertyList());
+    });
 }
 
 Array<CIMObjectPath> KSV_SystemDiskProvider::_referencedDisks(const CIMObjectPath& objectName,
                                                               const OperationContext& context) {
-    // A disk's association is built from its path as given: the disk is not looked up.
-    if (KSV_Common::isPartOfArray(objectName.getClassName(), _ddClassNames))
-        return Array<CIMObjectPath>(&objectName, 1);
-    if (objectName.getClassName().equal(_sysClassName))
-        return _getRelatedInstanceNames(objectName, context);
-    return Array<CIMObjectPath>();
+    return _systemDevices().referenced(
+        objectName, [&] { return _getRelatedInstanceNames(objectName, context); });
 }
 
 Array<CIMInstance> KSV_SystemDiskProvider::_getInstances(const String& deviceID,
                                                          bool includeQualifiers,
                                                          bool includeClassOrigin,
                                                          const CIMPropertyList& propertyList) {
-    log_message(4, "-->KSV_SystemDiskProvider::_getInstances\n");
-    Array<CIMInstance> associations;
     const KSV_DiskDriveProvider drives;
-    KSV_AssociationShape::forEachPresentDisk(
-        KSV_DiskList::selectorOf(deviceID), [&](const api_Disk_t& disk) {
-            const CIMObjectPath diskPath =
-                drives.buildObjectPath("KSV_DiskDrive", _hostAddr, disk.deviceID, _systemName);
-            associations.append(_buildAssociationInstance(diskPath, includeQualifiers,
-                                                          includeClassOrigin, propertyList));
+    return _association().diskAssociations(
+        WALKS.instances, deviceID, includeQualifiers, includeClassOrigin, propertyList,
+        [&](const api_Disk_t& disk) {
+            return KSV_EndPaths(_sysObjectPath, drives.buildObjectPath("KSV_DiskDrive", _hostAddr,
+                                                                       disk.deviceID, _systemName));
         });
-    log_message(4, "<--KSV_SystemDiskProvider::_getInstances\n");
-    return associations;
-}
-
-// Traced with the lines of _getInstances, as this provider always has.
-Array<CIMObjectPath> KSV_SystemDiskProvider::_getInstanceNames() {
-    log_message(4, "-->KSV_SystemDiskProvider::_getInstances\n");
-    const Array<CIMObjectPath> names =
-        KSV_AssociationShape::pathsOf(_getInstances(String(), false, false, CIMPropertyList()));
-    log_message(4, "<--KSV_SystemDiskProvider::_getInstances\n");
-    return names;
-}
-
-bool KSV_SystemDiskProvider::_invalidParms(const CIMObjectPath& objectName, const String& role,
-                                           const String& resultRole, const CIMName& resultClass,
-                                           const String& operationName) const {
-    const KSV_AssociationEnds ends{_assoClassName, KSV_AssociationShape::classList(_sysClassName),
-                                   _ddClassNames};
-    return RULES.rejects(ends, objectName.getClassName(), role, resultRole, resultClass,
-                         operationName);
 }
 
 PEGASUS_NAMESPACE_END

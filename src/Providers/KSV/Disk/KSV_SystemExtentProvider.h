@@ -9,6 +9,9 @@
 
 PEGASUS_NAMESPACE_BEGIN
 
+class KSV_Association;
+class KSV_SystemDevices;
+
 class KSV_SystemExtentProvider : public CIMAssociationProvider, public CIMInstanceProvider {
 public:
     KSV_SystemExtentProvider();
@@ -53,10 +56,10 @@ public:
                         ResponseHandler& handler) override;
 
 private:
-    CIMObjectPath _buildAssociationName(const CIMObjectPath& extentPath) const;
-    CIMInstance _buildAssociationInstance(const CIMObjectPath& extentPath, bool includeQualifiers,
-                                          bool includeClassOrigin,
-                                          const CIMPropertyList& propertyList);
+    // The texts, rules and ends of KSV_SystemExtent: GroupComponent is the system,
+    // PartComponent an extent.
+    KSV_Association _association();
+    KSV_SystemDevices _systemDevices();
     // The far ends: the storage system seen from an extent, the extent of every present disk
     // seen from the system, nothing from any other class.
     Array<CIMInstance> _getRelatedInstances(const CIMObjectPath& objectName,
@@ -72,10 +75,6 @@ private:
     // The associations of every present disk, or of the disk a non-empty DeviceID names.
     Array<CIMInstance> _getInstances(const String& deviceID, bool includeQualifiers,
                                      bool includeClassOrigin, const CIMPropertyList& propertyList);
-    Array<CIMObjectPath> _getInstanceNames();
-    bool _invalidParms(const CIMObjectPath& objectName, const String& role,
-                       const String& resultRole, const CIMName& resultClass,
-                       const String& operationName) const;
 
     CIMOMHandle _cimom;
     CIMName _assoClassName;

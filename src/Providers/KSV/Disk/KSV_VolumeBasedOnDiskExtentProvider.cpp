@@ -86,29 +86,6 @@ CIMObjectPath volumePathOf(const api_MapVVtoCh_t& volume, const String& systemNa
     return KSV_StorageVolumeProvider::createObjectPath(wwn, systemName, hostAddr);
 }
 
-// Holds the provider's table locked; empties and unlocks it once, on release or when left.
-class LockedTable {
-public:
-    explicit LockedTable(hashtable_t* table) : _table(table), _held(true) {
-        hashtable_lock(_table);
-    }
-    ~LockedTable() { release(); }
-    LockedTable(const LockedTable&) = delete;
-    LockedTable& operator=(const LockedTable&) = delete;
-
-    void release() {
-        if (!_held)
-            return;
-        hashtable_clear(_table);
-        hashtable_unlock(_table);
-        _held = false;
-    }
-
-private:
-    hashtable_t* _table;
-    bool _held;
-};
-
 // The volumes using one disk, read under the semaphore and released once.
 class DiskMaps {
 public:
@@ -283,50 +260,42 @@ void KSV_VolumeBasedOnDiskExtentProvider::associators(
     const CIMName& associationClass, const CIMName& resultClass, const String& role,
     const String& resultRole, const Boolean includeQualifiers, const Boolean includeClassOrigin,
     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{KSVCIM_ASSOCIATORS, objectName, associationClass,
-                                         resultClass,        role,       resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associators"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    KSV_AssociationShape::deliverObjects(
-        handler, _getRelatedInstances(objectName, context, includeQualifiers, includeClassOrigin,
-                                      propertyList));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().associators(
+        context, objectName, associationClass, resultClass, role, resultRole, handler, [&] {
+            return _getRelatedInstances(objectName, context, includeQualifiers, includeClassOrigin,
+                                        propertyList);
+        });
 }
 
 void KSV_VolumeBasedOnDiskExtentProvider::associatorNames(
     const OperationContext& context, const CIMObjectPath& objectName,
     const CIMName& associationClass, const CIMName& resultClass, const String& role,
     const String& resultRole, ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_ASSOCIATORNAMES, objectName, associationClass, resultClass, role, resultRole};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, resultRole, resultClass, "associatorNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    KSV_AssociationShape::deliverAll(handler, _getRelatedInstanceNames(context, objectName));
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().associatorNames(context, objectName, associationClass, resultClass, role,
+                                   resultRole, handler,
+                                   [&] { return _getRelatedInstanceNames(context, objectName); });
 }
 
 void KSV_VolumeBasedOnDiskExtentProvider::references(
     const OperationContext& context, const CIMObjectPath& objectName, const CIMName& resultClass,
     const String& role, const Boolean includeQualifiers, const Boolean includeClassOrigin,
     const CIMPropertyList& propertyList, ObjectResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,       role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "references"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    Array<CIMInstance> associations;
-    if (objectName.getClassName().equal(_volClassName)) {
-        associations = _referencesOfVolume(context, objectName, includeQualifiers,
-                                           includeClassOrigin, propertyList);
-    } else if (objectName.getClassName().equal(_diskClassName)) {
-        associations = _referencesOfDisk(context, objectName, includeQualifiers, includeClassOrigin,
-                                         propertyList);
-    }
-    KSV_AssociationShape::deliverObjects(handler, associations);
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().serve(context,
+                         {KSVCIM_REFERENCES, objectName, KSV_AssociationShape::noClass(),
+                          resultClass, role, String::EMPTY},
+                         [&] {
+                             Array<CIMInstance> associations;
+                             if (objectName.getClassName().equal(_volClassName)) {
+                                 associations =
+                                     _referencesOfVolume(context, objectName, includeQualifiers,
+                                                         includeClassOrigin, propertyList);
+                             } else if (objectName.getClassName().equal(_diskClassName)) {
+                                 associations =
+                                     _referencesOfDisk(context, objectName, includeQualifiers,
+                                                       includeClassOrigin, propertyList);
+                             }
+                             KSV_AssociationShape::deliverObjects(handler, associations);
+                         });
 }
 
 void KSV_VolumeBasedOnDiskExtentProvider::referenceNames(const OperationContext& context,
@@ -334,21 +303,8 @@ void KSV_VolumeBasedOnDiskExtentProvider::referenceNames(const OperationContext&
                                                          const CIMName& resultClass,
                                                          const String& role,
                                                          ObjectPathResponseHandler& handler) {
-    const KSV_AssociationRequest request{
-        KSVCIM_REFERENCENAMES, objectName, KSV_AssociationShape::noClass(),
-        resultClass,           role,       String::EMPTY};
-    KSV_AssociationShape::enter(TEXTS, context, request);
-    if (_invalidParms(objectName, role, String(), resultClass, "referenceNames"))
-        return KSV_AssociationShape::reject(TEXTS, request);
-    const Array<CIMObjectPath> farEnds = _getRelatedInstanceNames(context, objectName);
-    const bool fromDisk = objectName.getClassName().equal(_diskClassName);
-    Array<CIMObjectPath> associations;
-    for (Uint32 i = 0; i < farEnds.size(); i++) {
-        associations.append(_buildAssociationName(fromDisk ? farEnds[i] : objectName,
-                                                  fromDisk ? objectName : farEnds[i]));
-    }
-    KSV_AssociationShape::deliverAll(handler, associations);
-    KSV_AssociationShape::leave(TEXTS, request);
+    _association().referenceNames(context, objectName, resultClass, role, handler,
+                                  [&] { return _getRelatedInstanceNames(context, objectName); });
 }
 
 void KSV_VolumeBasedOnDiskExtentProvider::getInstance(const OperationContext& context,
@@ -357,12 +313,12 @@ void KSV_VolumeBasedOnDiskExtentProvider::getInstance(const OperationContext& co
                                                       const Boolean includeClassOrigin,
                                                       const CIMPropertyList& propertyList,
                                                       InstanceResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.getInstance.entry, TEXTS, context);
-    KSV_AssociationShape::requireTwoKeys(TEXTS, instanceReference);
-    Array<CIMInstance> found;
-    getOrDeliverInstances(context, instanceReference, includeQualifiers, includeClassOrigin,
-                          propertyList, found, nullptr, 1);
-    KSV_AssociationShape::deliverRequested(TEXTS, found, instanceReference, handler);
+    _association().getInstance(context, instanceReference, handler, [&] {
+        Array<CIMInstance> found;
+        getOrDeliverInstances(context, instanceReference, includeQualifiers, includeClassOrigin,
+                              propertyList, found, nullptr, 1);
+        return found;
+    });
 }
 
 void KSV_VolumeBasedOnDiskExtentProvider::enumerateInstances(const OperationContext& context,
@@ -371,25 +327,22 @@ void KSV_VolumeBasedOnDiskExtentProvider::enumerateInstances(const OperationCont
                                                              const Boolean includeClassOrigin,
                                                              const CIMPropertyList& propertyList,
                                                              InstanceResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstances.entry, TEXTS, context);
-    KSV_AssociationShape::runGuarded(ClassName + "::enumerateInstances - Operation failed: ", [&] {
-        Array<CIMInstance> streamed;
-        getOrDeliverInstances(context, CIMObjectPath(), includeQualifiers, includeClassOrigin,
-                              propertyList, streamed, &handler, 0);
-    });
-    log_message(4, "%s", TEXTS.enumerateInstances.exit);
+    _association().streamInstances(
+        context, ClassName + "::enumerateInstances - Operation failed: ", [&] {
+            Array<CIMInstance> streamed;
+            getOrDeliverInstances(context, CIMObjectPath(), includeQualifiers, includeClassOrigin,
+                                  propertyList, streamed, &handler, 0);
+        });
 }
 
 void KSV_VolumeBasedOnDiskExtentProvider::enumerateInstanceNames(
     const OperationContext& context, const CIMObjectPath&, ObjectPathResponseHandler& handler) {
-    KSV_AssociationShape::enter(TEXTS.enumerateInstanceNames.entry, TEXTS, context);
-    KSV_AssociationShape::runGuarded(
-        ClassName + "::enumerateInstanceNames - Operation failed: ", [&] {
+    _association().streamInstanceNames(
+        context, ClassName + "::enumerateInstanceNames - Operation failed: ", [&] {
             Array<CIMObjectPath> streamed;
             getOrDeliverInstanceNames(context, CIMObjectPath(), false, false, CIMPropertyList(),
                                       streamed, &handler);
         });
-    log_message(4, "%s", TEXTS.enumerateInstanceNames.exit);
 }
 
 void KSV_VolumeBasedOnDiskExtentProvider::modifyInstance(const OperationContext&,
@@ -452,7 +405,7 @@ CIMInstance KSV_VolumeBasedOnDiskExtentProvider::_buildAssociationInstance(
     const CIMObjectPath& volumePath, const CIMObjectPath& diskPath,
     const api_MapVVtoCh_t* volumeRecord, bool includeQualifiers, bool includeClassOrigin,
     const CIMPropertyList& propertyList) {
-    const CIMClass assocClass = KSV_AssociationShape::storedClass(
+    const CIMClass assocClass = KSV_DiskProviderSupport::storedClass(
         _cimom, _assoClassName, includeQualifiers, includeClassOrigin, propertyList);
     CIMInstance instance = KSV_Common::buildAssocInstance(
         _assoClassName, "Antecedent", "Dependent", diskPath, volumePath, assocClass, _hostAddr,
@@ -469,18 +422,11 @@ CIMInstance KSV_VolumeBasedOnDiskExtentProvider::_buildAssociationInstance(
     return instance;
 }
 
-CIMObjectPath
-KSV_VolumeBasedOnDiskExtentProvider::_buildAssociationName(const CIMObjectPath& volumePath,
-                                                           const CIMObjectPath& diskPath) const {
-    return KSV_Common::buildAssocPath(_assoClassName, "Antecedent", "Dependent", diskPath,
-                                      volumePath, _hostAddr, KSV_AssociationShape::NAMESPACE);
-}
-
 // Only the user data (the third run) relates a volume to a disk.
 Array<String>
 KSV_VolumeBasedOnDiskExtentProvider::_getUniqueDeviceIDs(const api_MapVVtoCh_t& volume) {
     Array<String> deviceIDs;
-    LockedTable seenDisks(_intHashTable);
+    KSV_LockedTable seenDisks(_intHashTable);
     for (Uint32 i = userDataBegin(volume); i < userDataEnd(volume); i++) {
         const api_MapCh_t& entry = volume.chunklets[i];
         try {
@@ -548,21 +494,32 @@ KSV_VolumeBasedOnDiskExtentProvider::_volumesOnDisk(const String& deviceID) cons
     return volumes;
 }
 
+template <typename VolumeDeviceID, typename Use>
+void KSV_VolumeBasedOnDiskExtentProvider::_forEachDiskOfVolume(const OperationContext& context,
+                                                               const CIMObjectPath& volumePath,
+                                                               VolumeDeviceID&& volumeDeviceID,
+                                                               Use&& use) {
+    String elementName;
+    if (!_volumeElementName(context, volumePath, elementName))
+        return;
+    VolumeMaps maps;
+    if (maps.read(elementName) != API_OK)
+        return;
+    const api_MapVVtoCh_t* volume = maps.find(volumeDeviceID());
+    if (volume == nullptr)
+        return;
+    const Array<String> deviceIDs = _getUniqueDeviceIDs(*volume);
+    const KSV_DiskStorageExtentProvider extents;
+    for (Uint32 i = 0; i < deviceIDs.size(); i++)
+        use(extents.buildObjectPath(_hostAddr, deviceIDs[i], _systemName), *volume);
+}
+
 Array<CIMObjectPath> KSV_VolumeBasedOnDiskExtentProvider::_disksOfVolume(
     const OperationContext& context, const CIMObjectPath& volumePath, const String& deviceID) {
     Array<CIMObjectPath> disks;
-    String elementName;
-    if (!_volumeElementName(context, volumePath, elementName))
-        return disks;
-    VolumeMaps maps;
-    if (maps.read(elementName) != API_OK)
-        return disks;
-    if (const api_MapVVtoCh_t* volume = maps.find(deviceID)) {
-        const Array<String> deviceIDs = _getUniqueDeviceIDs(*volume);
-        const KSV_DiskStorageExtentProvider extents;
-        for (Uint32 i = 0; i < deviceIDs.size(); i++)
-            disks.append(extents.buildObjectPath(_hostAddr, deviceIDs[i], _systemName));
-    }
+    _forEachDiskOfVolume(
+        context, volumePath, [&] { return deviceID; },
+        [&](const CIMObjectPath& diskPath, const api_MapVVtoCh_t&) { disks.append(diskPath); });
     return disks;
 }
 
@@ -598,23 +555,13 @@ Array<CIMInstance> KSV_VolumeBasedOnDiskExtentProvider::_referencesOfVolume(
     const OperationContext& context, const CIMObjectPath& volumePath, bool includeQualifiers,
     bool includeClassOrigin, const CIMPropertyList& propertyList) {
     Array<CIMInstance> associations;
-    String elementName;
-    if (!_volumeElementName(context, volumePath, elementName))
-        return associations;
-    VolumeMaps maps;
-    if (maps.read(elementName) != API_OK)
-        return associations;
-    const api_MapVVtoCh_t* volume =
-        maps.find(KSV_Common::getStringProperty(volumePath, "DeviceID"));
-    if (volume == nullptr)
-        return associations;
-    const Array<String> deviceIDs = _getUniqueDeviceIDs(*volume);
-    const KSV_DiskStorageExtentProvider extents;
-    for (Uint32 i = 0; i < deviceIDs.size(); i++) {
-        associations.append(_buildAssociationInstance(
-            volumePath, extents.buildObjectPath(_hostAddr, deviceIDs[i], _systemName), volume,
-            includeQualifiers, includeClassOrigin, propertyList));
-    }
+    _forEachDiskOfVolume(
+        context, volumePath, [&] { return KSV_Common::getStringProperty(volumePath, "DeviceID"); },
+        [&](const CIMObjectPath& diskPath, const api_MapVVtoCh_t& volume) {
+            associations.append(_buildAssociationInstance(volumePath, diskPath, &volume,
+                                                          includeQualifiers, includeClassOrigin,
+                                                          propertyList));
+        });
     return associations;
 }
 
@@ -710,7 +657,7 @@ void KSV_VolumeBasedOnDiskExtentProvider::_walkPairs(
     VolumeMaps maps;
     if (maps.read(filter.volumeName) != API_OK)
         return;
-    LockedTable seenDisks(_intHashTable);
+    KSV_LockedTable seenDisks(_intHashTable);
     try {
         const std::vector<ChunkletPair> pairs = _collectPairs(maps, filter);
         sink.begin();
@@ -778,15 +725,10 @@ bool KSV_VolumeBasedOnDiskExtentProvider::_counts(const api_MapCh_t& entry,
     return true;
 }
 
-bool KSV_VolumeBasedOnDiskExtentProvider::_invalidParms(const CIMObjectPath& objectName,
-                                                        const String& role,
-                                                        const String& resultRole,
-                                                        const CIMName& resultClass,
-                                                        const String& operationName) const {
-    const KSV_AssociationEnds ends{_assoClassName, KSV_AssociationShape::classList(_diskClassName),
-                                   KSV_AssociationShape::classList(_volClassName)};
-    return RULES.rejects(ends, objectName.getClassName(), role, resultRole, resultClass,
-                         operationName);
+KSV_Association KSV_VolumeBasedOnDiskExtentProvider::_association() {
+    return KSV_Association(TEXTS, RULES, _assoClassName,
+                           KSV_AssociationShape::classList(_diskClassName),
+                           KSV_AssociationShape::classList(_volClassName), _cimom, _hostAddr);
 }
 
 PEGASUS_NAMESPACE_END

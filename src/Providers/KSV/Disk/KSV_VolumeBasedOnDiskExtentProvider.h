@@ -13,6 +13,8 @@
 
 PEGASUS_NAMESPACE_BEGIN
 
+class KSV_Association;
+
 class KSV_VolumeBasedOnDiskExtentProvider : public CIMAssociationProvider,
                                             public CIMInstanceProvider {
 public:
@@ -76,8 +78,6 @@ private:
                                           const api_MapVVtoCh_t* volumeRecord,
                                           bool includeQualifiers, bool includeClassOrigin,
                                           const CIMPropertyList& propertyList);
-    CIMObjectPath _buildAssociationName(const CIMObjectPath& volumePath,
-                                        const CIMObjectPath& diskPath) const;
     // The DeviceIDs of the distinct disks holding the volume's user data, first seen first.
     Array<String> _getUniqueDeviceIDs(const api_MapVVtoCh_t& volume);
     // The far ends: the volumes with user data on a disk extent, or a volume's disk extents.
@@ -86,6 +86,12 @@ private:
     Array<CIMObjectPath> _volumesOnDisk(const String& deviceID) const;
     Array<CIMObjectPath> _disksOfVolume(const OperationContext& context,
                                         const CIMObjectPath& volumePath, const String& deviceID);
+    // Calls use(diskPath, volumeRecord) for each disk extent holding the volume's user data, in
+    // the order its chunklets first name them; none when the server does not know the volume or
+    // its maps do not hold the record of volumeDeviceID(), which is asked once they are read.
+    template <typename VolumeDeviceID, typename Use>
+    void _forEachDiskOfVolume(const OperationContext& context, const CIMObjectPath& volumePath,
+                              VolumeDeviceID&& volumeDeviceID, Use&& use);
     Array<CIMInstance> _getRelatedInstances(const CIMObjectPath& objectName,
                                             const OperationContext& context, bool includeQualifiers,
                                             bool includeClassOrigin,
@@ -122,9 +128,9 @@ private:
     void _walkPairs(const WalkTraces& traces, const OperationContext& context,
                     const CIMObjectPath& objectPath, bool includeQualifiers,
                     bool includeClassOrigin, const CIMPropertyList& propertyList, Sink& sink);
-    bool _invalidParms(const CIMObjectPath& objectName, const String& role,
-                       const String& resultRole, const CIMName& resultClass,
-                       const String& operationName) const;
+    // The texts, rules and ends of KSV_VolumeBasedOnDiskExtent: Antecedent is the disk extent,
+    // Dependent the volume.
+    KSV_Association _association();
 
     CIMOMHandle _cimom;
     CIMName _assoClassName;

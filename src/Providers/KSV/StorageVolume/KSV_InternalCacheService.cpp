@@ -26,6 +26,13 @@ const size_t MAX_VARIANTS_PER_CLASS = 16;
 std::atomic<KSV_InternalCacheService*> theService(nullptr);
 std::mutex theServiceLock;
 
+// The service goes with this module: the server unloads the module after its providers (and
+// the modules that link it) are gone, and what the service holds must not outlive the code
+// that releases it.
+struct ReleaseAtUnload {
+    ~ReleaseAtUnload() { KSV_InternalCacheService::destroy(); }
+} releaseAtUnload;
+
 // CIM names compare without regard to case; the store keys on the folded text.
 std::string folded(const String& name) {
     std::string text(static_cast<const char*>(name.getCString()));

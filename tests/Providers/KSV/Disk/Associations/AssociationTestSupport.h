@@ -4,29 +4,13 @@
 #ifndef KSV_TESTS_ASSOCIATIONTESTSUPPORT_H
 #define KSV_TESTS_ASSOCIATIONTESTSUPPORT_H
 
-#include <Pegasus/Common/Config.h>
-#include <Pegasus/Common/CIMObject.h>
-#include <Pegasus/Provider/CIMAssociationProvider.h>
-#include <Pegasus/Provider/CIMInstanceProvider.h>
+#include "DiskTestSupport.h"
 
 #include <KSV_Common.h>
 
-#include "ProviderHarness.h"
-#include "RecordingHandlers.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
-
-extern "C" Pegasus::CIMProvider* PegasusCreateProvider(const Pegasus::String& providerName);
 
 namespace ksv::test {
-
-using namespace Pegasus;
 
 // The model made for these tests, named as the harness finds models.
 const char TEST_MODEL[] = "../../tests/Providers/KSV/Disk/Associations/models/associations.json";
@@ -48,97 +32,7 @@ const char VOL2[] = "60002AC0000000000000000000000A02";
 const char VOL3[] = "60002AC0000000000000000000000A03";
 const char VOL4[] = "60002AC0000000000000000000000A04";
 
-inline std::string text(const String& value) {
-    return std::string(value.getCString());
-}
-
-// The optional parts of a request.
-struct Query {
-    const char* resultClass = nullptr;
-    const char* role = "";
-    const char* resultRole = "";
-    CIMPropertyList propertyList;
-    std::string user = "admin";
-};
-
-// One of the module's association providers, from initialize to terminate.
-class RunningProvider {
-public:
-    // servedClass: the class that enumerations name, as the server passes it.
-    RunningProvider(ProviderHarness& harness, const std::string& name,
-                    const char* servedClass = nullptr)
-        : _provider(PegasusCreateProvider(name.c_str())),
-          _classReference(String(), CIMNamespaceName("root/ksv"), className(servedClass)) {
-        CIMOMHandle cimom = harness.cimom();
-        _provider->initialize(cimom);
-        _associations = dynamic_cast<CIMAssociationProvider*>(_provider);
-        _instances = dynamic_cast<CIMInstanceProvider*>(_provider);
-    }
-    ~RunningProvider() { _provider->terminate(); }
-    RunningProvider(const RunningProvider&) = delete;
-    RunningProvider& operator=(const RunningProvider&) = delete;
-
-    RecordingObjectHandler associators(const CIMObjectPath& objectName, const Query& query = {}) {
-        RecordingObjectHandler handler;
-        _associations->associators(ProviderHarness::context(query.user), objectName, CIMName(),
-                                   className(query.resultClass), query.role, query.resultRole,
-                                   false, false, query.propertyList, handler);
-        return handler;
-    }
-    RecordingObjectPathHandler associatorNames(const CIMObjectPath& objectName,
-                                               const Query& query = {},
-                                               const char* associationClass = nullptr) {
-        RecordingObjectPathHandler handler;
-        _associations->associatorNames(ProviderHarness::context(query.user), objectName,
-                                       className(associationClass), className(query.resultClass),
-                                       query.role, query.resultRole, handler);
-        return handler;
-    }
-    RecordingObjectHandler references(const CIMObjectPath& objectName, const Query& query = {}) {
-        RecordingObjectHandler handler;
-        _associations->references(ProviderHarness::context(query.user), objectName,
-                                  className(query.resultClass), query.role, false, false,
-                                  query.propertyList, handler);
-        return handler;
-    }
-    RecordingObjectPathHandler referenceNames(const CIMObjectPath& objectName,
-                                              const Query& query = {}) {
-        RecordingObjectPathHandler handler;
-        _associations->referenceNames(ProviderHarness::context(query.user), objectName,
-                                      className(query.resultClass), query.role, handler);
-        return handler;
-    }
-    RecordingInstanceHandler getInstance(const CIMObjectPath& instanceName,
-                                         const Query& query = {}) {
-        RecordingInstanceHandler handler;
-        _instances->getInstance(ProviderHarness::context(query.user), instanceName, false, false,
-                                query.propertyList, handler);
-        return handler;
-    }
-    RecordingInstanceHandler enumerateInstances(const Query& query = {}) {
-        RecordingInstanceHandler handler;
-        enumerateInstances(handler, query);
-        return handler;
-    }
-    void enumerateInstances(InstanceResponseHandler& handler, const Query& query = {}) {
-        _instances->enumerateInstances(ProviderHarness::context(query.user), _classReference, false,
-                                       false, query.propertyList, handler);
-    }
-    RecordingObjectPathHandler enumerateInstanceNames(const Query& query = {}) {
-        RecordingObjectPathHandler handler;
-        _instances->enumerateInstanceNames(ProviderHarness::context(query.user), _classReference,
-                                           handler);
-        return handler;
-    }
-
-private:
-    static CIMName className(const char* name) { return name ? CIMName(name) : CIMName(); }
-
-    CIMProvider* _provider;
-    CIMAssociationProvider* _associations;
-    CIMInstanceProvider* _instances;
-    const CIMObjectPath _classReference;
-};
+const Strings EMPTY_ANSWER = {"processing", "complete"};
 
 // Records like its base, and fails the delivery with the given number as a client that went
 // away would.
@@ -161,9 +55,9 @@ public:
     explicit ModelPaths(const ProviderHarness& harness)
         : _system(harness.systemName().c_str()), _host(harness.hostName().c_str()) {}
 
-    CIMObjectPath system() const {
-        return path("KSV_StorageSystem",
-                    {{"CreationClassName", "KSV_StorageSystem"}, {"Name", _system}});
+    CIMObjectPath system(const String& name = String()) const {
+        return path("KSV_StorageSystem", {{"CreationClassName", "KSV_StorageSystem"},
+                                          {"Name", name.size() ? name : _system}});
     }
     CIMObjectPath disk(const String& deviceID) const { return device("KSV_DiskDrive", deviceID); }
     CIMObjectPath extent(const String& deviceID) const {
@@ -176,7 +70,7 @@ public:
     CIMObjectPath identity(const String& version) const {
         return path("KSV_DiskSoftwareIdentity", {{"InstanceID", "QUANOR:" + version}});
     }
-    CIMObjectPath magazine(const char* className, const String& tag) const {
+    CIMObjectPath magazine(const String& tag, const char* className = "KSV_Magazine") const {
         return path(className, {{"CreationClassName", className}, {"Tag", tag}});
     }
     CIMObjectPath pool(const String& instanceID) const {
@@ -218,25 +112,13 @@ inline CIMObjectPath endOf(const CIMObjectPath& association, const char* role) {
     return CIMObjectPath(KSV_Common::getStringProperty(association, role));
 }
 
-inline std::vector<std::string> keyNames(const CIMObjectPath& path) {
-    std::vector<std::string> names;
-    for (Uint32 i = 0; i < path.getKeyBindings().size(); i++)
-        names.push_back(text(path.getKeyBindings()[i].getName().getString()));
-    return names;
-}
-
-inline std::vector<CIMObjectPath> pathsOf(const std::vector<CIMObject>& objects) {
-    std::vector<CIMObjectPath> paths;
-    for (const CIMObject& object : objects)
-        paths.push_back(object.getPath());
-    return paths;
-}
-
-inline std::vector<CIMObjectPath> pathsOf(const std::vector<CIMInstance>& instances) {
-    std::vector<CIMObjectPath> paths;
-    for (const CIMInstance& instance : instances)
-        paths.push_back(instance.getPath());
-    return paths;
+// Whether the association path holds the two references under these roles, in this order.
+inline bool joins(const CIMObjectPath& association, const char* role1, const CIMObjectPath& end1,
+                  const char* role2, const CIMObjectPath& end2) {
+    const Array<CIMKeyBinding>& keys = association.getKeyBindings();
+    return keys.size() == 2 && keys[0].getName().equal(role1) && keys[1].getName().equal(role2) &&
+           KSV_Common::matchObjectPath(endOf(association, role1), end1) &&
+           KSV_Common::matchObjectPath(endOf(association, role2), end2);
 }
 
 inline bool contains(const std::vector<CIMObjectPath>& paths, const CIMObjectPath& wanted) {
@@ -250,23 +132,6 @@ inline bool sameObjects(const std::vector<CIMObjectPath>& paths,
                         const std::vector<CIMObjectPath>& wanted) {
     return paths.size() == wanted.size() &&
            std::equal(paths.begin(), paths.end(), wanted.begin(), KSV_Common::matchObjectPath);
-}
-
-// How often the library saw the call since the log was last cleared.
-inline size_t callCount(const ProviderHarness& harness, const std::string& function) {
-    const std::vector<std::string> calls = harness.arrayCalls();
-    return static_cast<size_t>(std::count(calls.begin(), calls.end(), function));
-}
-
-// The CIM error of a request, or CIM_ERR_SUCCESS with an empty message when it did not fail.
-template <typename Request>
-std::pair<CIMStatusCode, std::string> failureOf(Request&& request) {
-    try {
-        request();
-    } catch (const CIMException& e) {
-        return {e.getCode(), text(e.getMessage())};
-    }
-    return {CIM_ERR_SUCCESS, std::string()};
 }
 
 } // namespace ksv::test

@@ -3,8 +3,6 @@
 // of seen disks.
 #include "AssociationTestSupport.h"
 
-#include <ksvapi_sim.h>
-
 #include <sys/resource.h>
 
 #include <cstdio>
@@ -34,12 +32,10 @@ protected:
                                  paths.extent(deviceID), "Dependent", paths.volume(volumeWwn));
     }
     // Every lock was released, every map set obtained was released.
-    void expectBalancedResources() const {
-        EXPECT_EQ(callCount(harness, "hashtable_lock"), callCount(harness, "hashtable_unlock"));
-        EXPECT_EQ(callCount(harness, "api_getMapsVVtoCh"),
-                  callCount(harness, "api_freeMapsVVtoCh"));
-        EXPECT_EQ(callCount(harness, "api_getMapsPDtoVV"),
-                  callCount(harness, "api_freeMapsPDtoVV"));
+    static void expectBalancedResources() {
+        EXPECT_EQ(callCount("hashtable_lock"), callCount("hashtable_unlock"));
+        EXPECT_EQ(callCount("api_getMapsVVtoCh"), callCount("api_freeMapsVVtoCh"));
+        EXPECT_EQ(callCount("api_getMapsPDtoVV"), callCount("api_freeMapsPDtoVV"));
     }
 
     ProviderHarness harness{TEST_MODEL};
@@ -94,7 +90,7 @@ TEST_F(VolumeBasedOnDiskExtentTest, AddressesOnlyWhenThePropertyListAsksForThem)
         const CIMInstance vol0(fromDisk.front());
         EXPECT_EQ(address(vol0, "EndingAddress").has_value(), c.addresses);
         // A disk reads the volumes' maps only for the addresses.
-        EXPECT_EQ(callCount(harness, "api_getMapsVVtoCh"), c.addresses ? 1u : 0u);
+        EXPECT_EQ(callCount("api_getMapsVVtoCh"), c.addresses ? 1u : 0u);
         if (c.addresses) {
             EXPECT_EQ(address(vol0, "EndingAddress"), 9u);
         }
@@ -112,14 +108,11 @@ TEST_F(VolumeBasedOnDiskExtentTest, EachSideIsReadFromItsOwnMaps) {
     EXPECT_TRUE(sameObjects(provider.associatorNames(paths.volume(VOL0)).delivered,
                             {paths.extent(D0), paths.extent(D1)}));
     for (const CIMObjectPath& none :
-         {paths.extent(D2), paths.extent(UNKNOWN_DISK), paths.volume(VOL4)}) {
-        const RecordingObjectPathHandler answer = provider.associatorNames(none);
-        EXPECT_EQ(answer.events(), (std::vector<std::string>{"processing", "complete"}));
-    }
+         {paths.extent(D2), paths.extent(UNKNOWN_DISK), paths.volume(VOL4)})
+        EXPECT_EQ(provider.associatorNames(none).events(), EMPTY_ANSWER);
     EXPECT_EQ(
         failureOf([&] { provider.associatorNames(ModelPaths::path("KSV_StorageVolume", {})); }),
-        std::make_pair(CIM_ERR_INVALID_PARAMETER,
-                       std::string(PROVIDER) + " DeviceID key not found."));
+        std::string("CIM_ERR_INVALID_PARAMETER: ") + PROVIDER + " DeviceID key not found.");
     expectBalancedResources();
 }
 
@@ -134,11 +127,11 @@ TEST_F(VolumeBasedOnDiskExtentTest, FarInstancesComeFromTheServer) {
 }
 
 TEST_F(VolumeBasedOnDiskExtentTest, ReferencesPutTheDiskFirstFromEitherEnd) {
-    const CIMObjectPath expected = association(D0, VOL1);
     for (const CIMObjectPath& end : {paths.extent(D0), paths.volume(VOL1)}) {
         const std::vector<CIMObjectPath> names = provider.referenceNames(end).delivered;
-        EXPECT_TRUE(contains(names, expected));
-        EXPECT_EQ(keyNames(names.front()), (std::vector<std::string>{"Antecedent", "Dependent"}));
+        ASSERT_FALSE(names.empty());
+        EXPECT_TRUE(
+            joins(names.back(), "Antecedent", paths.extent(D0), "Dependent", paths.volume(VOL1)));
     }
     const std::vector<CIMObject> fromVolume = provider.references(paths.volume(VOL0)).delivered;
     ASSERT_EQ(fromVolume.size(), 2u);
@@ -163,17 +156,16 @@ TEST_F(VolumeBasedOnDiskExtentTest, VolumeUnknownToTheServer) {
 
 TEST_F(VolumeBasedOnDiskExtentTest, MapsThatCannotBeReadGiveNoAnswerAtAll) {
     ksvsim::forceResult("api_getMapsVVtoCh", API_E_NO_MEMORY);
-    const RecordingObjectPathHandler names = provider.enumerateInstanceNames();
-    EXPECT_TRUE(names.events().empty());
-    EXPECT_EQ(failureOf([&] { provider.getInstance(association(D0, VOL0)); }).first,
-              CIM_ERR_NOT_FOUND);
+    EXPECT_TRUE(provider.enumerateInstanceNames().events().empty());
+    EXPECT_EQ(failureOf([&] { provider.getInstance(association(D0, VOL0)); }),
+              std::string("CIM_ERR_NOT_FOUND: ") + PROVIDER + " CIM Object not found.");
     expectBalancedResources();
 }
 
 TEST_F(VolumeBasedOnDiskExtentTest, FailureWhileStreamingReleasesTableAndMaps) {
     FailingInstanceHandler handler(2);
     EXPECT_EQ(failureOf([&] { provider.enumerateInstances(handler); }),
-              std::make_pair(CIM_ERR_FAILED, std::string("client went away")));
+              "CIM_ERR_FAILED: client went away");
     EXPECT_EQ(handler.delivered.size(), 1u);
     EXPECT_EQ(harness.logTexts(2),
               std::vector<std::string>{
@@ -181,7 +173,7 @@ TEST_F(VolumeBasedOnDiskExtentTest, FailureWhileStreamingReleasesTableAndMaps) {
                   "thrown\n"});
     expectBalancedResources();
     // The table was unlocked and emptied: the next enumeration sees every pair.
-    ASSERT_EQ(callCount(harness, "hashtable_lock"), callCount(harness, "hashtable_unlock"));
+    ASSERT_EQ(callCount("hashtable_lock"), callCount("hashtable_unlock"));
     EXPECT_EQ(provider.enumerateInstanceNames().delivered.size(), 6u);
 }
 
@@ -246,9 +238,8 @@ protected:
             (std::vector<std::string>{
                 "# of KSV_VolumeBasedOnDiskExtent instances exceed 110, quit\n", exceptionLine}));
         expectBalancedResources();
-        EXPECT_EQ(harness.arrayCalls().back(), "hashtable_unlock");
-        return callCount(harness, "hashtable_lock") == 1 &&
-               callCount(harness, "hashtable_unlock") == 1;
+        EXPECT_EQ(arrayCalls().back(), "hashtable_unlock()");
+        return callCount("hashtable_lock") == 1 && callCount("hashtable_unlock") == 1;
     }
 };
 
@@ -262,9 +253,8 @@ TEST_F(InstanceCapTest, CapIsReachedButNotPassed) {
 TEST_F(InstanceCapTest, OnePairMoreFailsBeforeAnythingIsDelivered) {
     auto capped = cappedOver(111, 1);
     EXPECT_EQ(failureOf([&] { capped->enumerateInstanceNames(); }),
-              std::make_pair(CIM_ERR_FAILED,
-                             std::string(PROVIDER) +
-                                 "::enumerateInstanceNames - Operation failed: Response too big"));
+              std::string("CIM_ERR_FAILED: ") + PROVIDER +
+                  "::enumerateInstanceNames - Operation failed: Response too big");
     ASSERT_TRUE(refusedForTheCap(std::string("<--") + PROVIDER +
                                  "::getOrDeliverInstanceNames: exception thrown\n"));
 
@@ -272,9 +262,8 @@ TEST_F(InstanceCapTest, OnePairMoreFailsBeforeAnythingIsDelivered) {
     harness.clearArrayCalls();
     RecordingInstanceHandler instances;
     EXPECT_EQ(failureOf([&] { capped->enumerateInstances(instances); }),
-              std::make_pair(CIM_ERR_FAILED,
-                             std::string(PROVIDER) +
-                                 "::enumerateInstances - Operation failed: Response too big"));
+              std::string("CIM_ERR_FAILED: ") + PROVIDER +
+                  "::enumerateInstances - Operation failed: Response too big");
     EXPECT_TRUE(instances.events().empty());
     ASSERT_TRUE(refusedForTheCap(std::string("<--") + PROVIDER +
                                  "::getOrDeliverInstances: exception thrown\n"));
@@ -293,8 +282,7 @@ TEST_F(InstanceCapTest, NarrowedToOneDiskEveryChunkletCounts) {
         EXPECT_EQ(capped->getInstance(pair).delivered.size(), 1u);
     }
     auto capped = cappedOver(1, 111);
-    EXPECT_EQ(failureOf([&] { capped->getInstance(pair); }),
-              std::make_pair(CIM_ERR_FAILED, std::string("Response too big")));
+    EXPECT_EQ(failureOf([&] { capped->getInstance(pair); }), "CIM_ERR_FAILED: Response too big");
     expectBalancedResources();
 }
 

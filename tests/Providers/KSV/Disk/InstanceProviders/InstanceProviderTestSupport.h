@@ -1,33 +1,16 @@
-// What the disk instance provider tests share: a provider initialized against the harness over
-// a chosen array, the read operations run through recording handlers, and compact renderings of
-// instances, paths, errors and the library's call log.
+// What the disk instance provider tests share: the read operations run through recording
+// handlers, compact renderings of instances and paths, and the array made for these tests.
 #ifndef KSV_TESTS_INSTANCEPROVIDERTESTSUPPORT_H
 #define KSV_TESTS_INSTANCEPROVIDERTESTSUPPORT_H
 
-#include <Pegasus/Common/Config.h>
+#include "DiskTestSupport.h"
+
 #include <Pegasus/Common/CIMProperty.h>
-#include <Pegasus/Common/CIMStatusCode.h>
-#include <Pegasus/Provider/CIMInstanceProvider.h>
 
-#include "ProviderHarness.h"
-#include "RecordingHandlers.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
 #include <map>
 #include <sstream>
-#include <string>
-#include <vector>
 
 namespace ksv::test {
-
-using namespace Pegasus;
-using Strings = std::vector<std::string>;
-
-inline std::string text(const String& value) {
-    return std::string(value.getCString());
-}
 
 // "Name=value ..." of the named properties: "null" for a null value, arrays as "[a b]".
 // Property types are fixed by the class, so the text identifies the value.
@@ -72,95 +55,36 @@ inline CIMObjectPath pathOf(const std::string& className,
     return CIMObjectPath(host.c_str(), "root/ksv", className.c_str(), bindings);
 }
 
-// "CIM_ERR_...: <message>" of the CIM error the operation throws, or what else happened.
-inline std::string cimErrorOf(const std::function<void()>& operation) {
-    try {
-        operation();
-    } catch (const CIMException& error) {
-        return std::string(cimStatusCodeToString(error.getCode())) + ": " +
-               text(error.getMessage());
-    } catch (...) {
-        return "another exception";
-    }
-    return "no exception";
+// A disk's drive or extent path in the array of these tests.
+inline CIMObjectPath devicePath(const std::string& deviceID,
+                                const std::string& className = "KSV_DiskDrive",
+                                const std::string& systemName = "KSV-MAP") {
+    return pathOf(className, {{"SystemCreationClassName", "KSV_StorageSystem"},
+                              {"SystemName", systemName},
+                              {"CreationClassName", className},
+                              {"DeviceID", deviceID}});
 }
 
-// Library calls since the last clearArrayCalls(), "function(argument)".
-inline Strings arrayCalls() {
-    Strings calls;
-    for (const ksvsim::CallRecord& call : ksvsim::calls())
-        calls.push_back(call.function + "(" + call.argument + ")");
-    return calls;
+// The properties of the one instance getInstance finds at the path.
+inline std::string propertiesAt(RunningProvider& provider, const CIMObjectPath& path,
+                                const std::string& names) {
+    const std::vector<CIMInstance> found = provider.getInstance(path).delivered;
+    return found.size() == 1 ? render(found[0], names) : "not one";
 }
 
-// A provider initialized against the harness's server as the CIM server does it, and
-// terminated (it deletes itself) with this object.
-template <typename Provider>
-class InitializedProvider {
-public:
-    explicit InitializedProvider(ProviderHarness& harness, Provider* created = new Provider)
-        : _provider(created) {
-        CIMOMHandle cimom = harness.cimom();
-        _provider->initialize(cimom);
-    }
-    ~InitializedProvider() { _provider->terminate(); }
-    InitializedProvider(const InitializedProvider&) = delete;
-    InitializedProvider& operator=(const InitializedProvider&) = delete;
-    Provider* operator->() const { return _provider; }
-    operator Provider*() const { return _provider; }
-
-private:
-    Provider* _provider;
-};
-
-// The read operations on behalf of a user, with the handler's events.
-struct Answer {
-    std::vector<CIMInstance> instances;
-    std::vector<CIMObjectPath> paths;
-    Strings events;
-};
-
-inline Answer enumerate(CIMInstanceProvider* provider, const std::string& className,
-                        const std::string& user = "admin") {
-    RecordingInstanceHandler handler;
-    provider->enumerateInstances(ProviderHarness::context(user),
-                                 CIMObjectPath(String(), "root/ksv", className.c_str()), false,
-                                 false, CIMPropertyList(), handler);
-    std::vector<CIMObjectPath> paths;
-    for (const CIMInstance& instance : handler.delivered)
-        paths.push_back(instance.getPath());
-    return {handler.delivered, paths, handler.events()};
-}
-
-inline Answer enumerateNames(CIMInstanceProvider* provider, const std::string& className,
-                             const std::string& user = "admin") {
-    RecordingObjectPathHandler handler;
-    provider->enumerateInstanceNames(ProviderHarness::context(user),
-                                     CIMObjectPath(String(), "root/ksv", className.c_str()),
-                                     handler);
-    return {{}, handler.delivered, handler.events()};
-}
-
-inline Answer get(CIMInstanceProvider* provider, const CIMObjectPath& path,
-                  const std::string& user = "admin") {
-    RecordingInstanceHandler handler;
-    provider->getInstance(ProviderHarness::context(user), path, false, false, CIMPropertyList(),
-                          handler);
-    return {handler.delivered, {}, handler.events()};
-}
-
-// A harness whose array is replaced by one made for these tests (arrays/<file>) before any
-// provider is initialized.
-class ArrayTest : public ::testing::Test {
+// A harness over arrays/disk-mappings.json, which holds one disk per mapping branch, loaded
+// before any provider is initialized.
+class MappingArrayTest : public ::testing::Test {
 protected:
-    explicit ArrayTest(const std::string& arrayFile) {
-        const std::string path =
-            std::string(KSV_SOURCE_DIR) + "/tests/Providers/KSV/Disk/InstanceProviders/arrays/";
-        if (const auto error = ksvsim::loadModelFile(path + arrayFile))
-            ADD_FAILURE() << error->describe();
-    }
+    MappingArrayTest() { loadArrayText(""); }
+    // Replaces the array: by the text given, or by the mapping array for an empty text.
     static void loadArrayText(const std::string& json) {
-        if (const auto error = ksvsim::loadModelText(json))
+        const auto error =
+            json.empty() ? ksvsim::loadModelFile(std::string(KSV_SOURCE_DIR) +
+                                                 "/tests/Providers/KSV/Disk/InstanceProviders/"
+                                                 "arrays/disk-mappings.json")
+                         : ksvsim::loadModelText(json);
+        if (error)
             ADD_FAILURE() << error->describe();
     }
 

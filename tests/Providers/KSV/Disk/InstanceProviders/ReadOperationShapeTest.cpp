@@ -3,12 +3,6 @@
 // cannot be read, and the trace lines around the work.
 #include "InstanceProviderTestSupport.h"
 
-#include "KSV_DiskDrivePackageProvider.h"
-#include "KSV_DiskDriveProvider.h"
-#include "KSV_DiskSoftwareIdentityProvider.h"
-#include "KSV_DiskStorageExtentProvider.h"
-
-#include <algorithm>
 #include <tuple>
 
 namespace ksv::test {
@@ -17,7 +11,6 @@ namespace {
 struct ProviderCase {
     const char* provider;
     const char* className;
-    std::function<CIMInstanceProvider*()> create;
     std::vector<std::pair<std::string, std::string>> keysOfAnInstance;
     size_t instanceCount;
 };
@@ -30,20 +23,17 @@ std::vector<std::pair<std::string, std::string>> deviceKeys(const char* classNam
 }
 
 const ProviderCase PROVIDERS[] = {
-    {"KSV_DiskDriveProvider", "KSV_DiskDrive", [] { return new KSV_DiskDriveProvider; },
-     deviceKeys("KSV_DiskDrive"), 5},
+    {"KSV_DiskDriveProvider", "KSV_DiskDrive", deviceKeys("KSV_DiskDrive"), 5},
     {"KSV_DiskDrivePackageProvider",
      "KSV_DiskDrivePackage",
-     [] { return new KSV_DiskDrivePackageProvider; },
      {{"CreationClassName", "KSV_DiskDrivePackage"}, {"Tag", "5001517A0B1C2D30-id-8"}},
      5},
     {"KSV_DiskSoftwareIdentityProvider",
      "KSV_DiskSoftwareIdentity",
-     [] { return new KSV_DiskSoftwareIdentityProvider; },
      {{"InstanceID", "QUANOR:4.02"}},
      3},
-    {"KSV_DiskStorageExtentProvider", "KSV_DiskStorageExtent",
-     [] { return new KSV_DiskStorageExtentProvider; }, deviceKeys("KSV_DiskStorageExtent"), 5},
+    {"KSV_DiskStorageExtentProvider", "KSV_DiskStorageExtent", deviceKeys("KSV_DiskStorageExtent"),
+     5},
 };
 
 const char* const OPERATIONS[] = {"getInstance", "enumerateInstances", "enumerateInstanceNames"};
@@ -53,35 +43,44 @@ void PrintTo(const ProviderCase& kind, std::ostream* out) {
 }
 
 class ReadOperationShapeTest
-    : public ArrayTest,
+    : public MappingArrayTest,
       public ::testing::WithParamInterface<std::tuple<ProviderCase, const char*>> {
 protected:
-    ReadOperationShapeTest() : ArrayTest("disk-mappings.json") {}
-
     const ProviderCase& kind() const { return std::get<0>(GetParam()); }
     std::string operation() const { return std::get<1>(GetParam()); }
 
-    // The operation on the class (on an instance of it for getInstance): results and events.
+    // The operation on the class (on an instance of it for getInstance): how many results, and
+    // the handler's events.
+    struct Answer {
+        size_t count;
+        Strings events;
+    };
     Answer run(const std::string& className, const std::string& user = "admin") {
-        if (operation() == "getInstance")
-            return get(provider, pathOf(className, kind().keysOfAnInstance), user);
-        if (operation() == "enumerateInstances")
-            return enumerate(provider, className, user);
-        return enumerateNames(provider, className, user);
+        Query query;
+        query.user = user;
+        query.className = className.c_str();
+        if (operation() == "getInstance") {
+            const auto handler =
+                provider.getInstance(pathOf(className, kind().keysOfAnInstance), query);
+            return {handler.delivered.size(), handler.events()};
+        }
+        if (operation() == "enumerateInstances") {
+            const auto handler = provider.enumerateInstances(query);
+            return {handler.delivered.size(), handler.events()};
+        }
+        const auto handler = provider.enumerateInstanceNames(query);
+        return {handler.delivered.size(), handler.events()};
     }
     Answer run() { return run(kind().className); }
     size_t expectedCount() const { return operation() == "getInstance" ? 1 : kind().instanceCount; }
-    static size_t count(const Answer& answer) {
-        return std::max(answer.instances.size(), answer.paths.size());
-    }
 
-    InitializedProvider<CIMInstanceProvider> provider{harness, kind().create()};
+    RunningProvider provider{harness, kind().provider};
 };
 
 TEST_P(ReadOperationShapeTest, GateFirstThenEachDiskReadUnderTheSemaphore) {
     ksvsim::clearCalls();
     const Answer answer = run();
-    EXPECT_EQ(count(answer), expectedCount());
+    EXPECT_EQ(answer.count, expectedCount());
     EXPECT_EQ(answer.events.front(), "processing");
     EXPECT_EQ(answer.events.back(), "complete");
     const Strings calls = arrayCalls();
@@ -99,9 +98,9 @@ TEST_P(ReadOperationShapeTest, GateFirstThenEachDiskReadUnderTheSemaphore) {
 
 TEST_P(ReadOperationShapeTest, RefusedUserAndOtherClassesAreTurnedAwayBeforeAnyRead) {
     ksvsim::clearCalls();
-    EXPECT_EQ(cimErrorOf([&] { run(kind().className, "guest"); }),
+    EXPECT_EQ(failureOf([&] { run(kind().className, "guest"); }),
               "CIM_ERR_ACCESS_DENIED: Insufficient privilege for the user");
-    EXPECT_EQ(cimErrorOf([&] { run("CIM_ManagedElement"); }),
+    EXPECT_EQ(failureOf([&] { run("CIM_ManagedElement"); }),
               "CIM_ERR_NOT_SUPPORTED: " + std::string(kind().provider) +
                   " Invalid class nameCIM_ManagedElement");
     EXPECT_EQ(arrayCalls(),
@@ -109,7 +108,7 @@ TEST_P(ReadOperationShapeTest, RefusedUserAndOtherClassesAreTurnedAwayBeforeAnyR
 
     std::string lowerCase = kind().className;
     std::transform(lowerCase.begin(), lowerCase.end(), lowerCase.begin(), ::tolower);
-    EXPECT_EQ(count(run(lowerCase)), expectedCount());
+    EXPECT_EQ(run(lowerCase).count, expectedCount());
 }
 
 TEST_P(ReadOperationShapeTest, ArrayThatCannotBeReadGivesAnEmptyAnswer) {
@@ -118,7 +117,7 @@ TEST_P(ReadOperationShapeTest, ArrayThatCannotBeReadGivesAnEmptyAnswer) {
         ksvsim::forceResult(failing, API_E_SEM_TIMEOUT, 1);
         ksvsim::clearCalls();
         if (operation() == "getInstance") {
-            EXPECT_EQ(cimErrorOf([&] { run(); }).rfind("CIM_ERR_NOT_FOUND: ", 0), 0u);
+            EXPECT_EQ(failureOf([&] { run(); }).rfind("CIM_ERR_NOT_FOUND: ", 0), 0u);
         } else {
             EXPECT_EQ(run().events, (Strings{"processing", "complete"}));
         }
@@ -129,7 +128,7 @@ TEST_P(ReadOperationShapeTest, ArrayThatCannotBeReadGivesAnEmptyAnswer) {
         EXPECT_EQ(ksvsim::semaphoreMisuseCount(), 0u);
         EXPECT_FALSE(ksvsim::semaphoreHeld());
     }
-    EXPECT_EQ(count(run()), expectedCount());
+    EXPECT_EQ(run().count, expectedCount());
 }
 
 TEST_P(ReadOperationShapeTest, TracesEnterTheOperationAndItsBuilder) {

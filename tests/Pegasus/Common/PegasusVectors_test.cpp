@@ -1,9 +1,12 @@
-// Replays every case of values-instances.tsv, the answers the reference CIM
-// library gave for values, properties, instances, property lists and
-// instances built from a class, and compares ours column by column.
+// Replays every case recorded from OpenPegasus 2.14.4 in the shared vectors files (object
+// paths, date-times and names; values, properties, instances, property lists and instances
+// built from a class) and compares our answers column by column.
 
 #include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMDateTime.h>
 #include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/CIMValue.h>
 
@@ -263,8 +266,50 @@ private:
     };
 };
 
-std::vector<Columns> recordedCases() {
-    std::ifstream in(KSV_SHARED_DIR "/pegasus-vectors/values-instances.tsv");
+const char* const keyTypes[] = {"BOOLEAN", "STRING", "NUMERIC", "REFERENCE"};
+
+// The columns the recorder wrote for a path that parsed.
+Columns describePath(const CIMObjectPath& path) {
+    std::string keys;
+    const Array<CIMKeyBinding>& bindings = path.getKeyBindings();
+    for (Uint32 i = 0; i < bindings.size(); i++) {
+        keys += std::string(i ? ";" : "") + text(bindings[i].getName().getString()) + ":" +
+                keyTypes[bindings[i].getType()] + "=" + text(bindings[i].getValue());
+    }
+    return {"host=" + text(path.getHost()), "ns=" + text(path.getNameSpace().getString()),
+            "class=" + text(path.getClassName().getString()), "keys=" + keys,
+            "toString=" + text(path.toString())};
+}
+
+// What we answer for one row of paths-datetimes-names.tsv, after its input columns.
+Columns answerFor(const Columns& row) {
+    const String input(row.at(1).c_str());
+    if (row[0] == "parse")
+        return outcome([&] { return describePath(CIMObjectPath(input)); });
+    if (row[0] == "datetime") {
+        return outcome([&] {
+            const CIMDateTime value(input);
+            return Columns{text(value.toString()), "interval=" + flag(value.isInterval())};
+        });
+    }
+    if (row[0] == "legalname")
+        return {CIMName::legal(input) ? "true" : "false"};
+    Columns answer = outcome([&] {
+        const CIMObjectPath a(input);
+        const CIMObjectPath b(String(row.at(2).c_str()));
+        return Columns{a.identical(b) ? "true" : "false", a == b ? "true" : "false"};
+    });
+    if (answer[0] == "ok")
+        answer.erase(answer.begin());
+    return answer;
+}
+
+Columns recordedAnswer(const Columns& row) {
+    return Columns(row.begin() + (row[0] == "identical" ? 3 : 2), row.end());
+}
+
+std::vector<Columns> recordedCases(const char* file) {
+    std::ifstream in(std::string(KSV_SHARED_DIR "/pegasus-vectors/") + file);
     std::vector<Columns> cases;
     std::string line;
     while (std::getline(in, line)) {
@@ -274,8 +319,8 @@ std::vector<Columns> recordedCases() {
     return cases;
 }
 
-TEST(ObjectModelVectors, EveryRecordedCaseGivesTheRecordedAnswer) {
-    const std::vector<Columns> cases = recordedCases();
+TEST(PegasusVectors, EveryValueAndInstanceCaseGivesTheRecordedAnswer) {
+    const std::vector<Columns> cases = recordedCases("values-instances.tsv");
     ASSERT_GE(cases.size(), 30u) << "values-instances.tsv is missing or truncated";
     VectorReplay replay;
     for (const Columns& recorded : cases) {
@@ -287,6 +332,15 @@ TEST(ObjectModelVectors, EveryRecordedCaseGivesTheRecordedAnswer) {
         Columns actual;
         ASSERT_NO_THROW(actual = replay.answer(kind, label)) << "case not replayed";
         EXPECT_EQ(actual, expected);
+    }
+}
+
+TEST(PegasusVectors, EveryPathDateTimeAndNameCaseGivesTheRecordedAnswer) {
+    const std::vector<Columns> rows = recordedCases("paths-datetimes-names.tsv");
+    ASSERT_GT(rows.size(), 70u) << "paths-datetimes-names.tsv is missing or truncated";
+    for (const Columns& row : rows) {
+        ASSERT_GE(row.size(), 3u);
+        EXPECT_EQ(recordedAnswer(row), answerFor(row)) << row[0] << " " << row[1];
     }
 }
 

@@ -1,0 +1,114 @@
+// A user whom the array refuses is answered "access denied" by every operation of every class
+// of the module and of its siblings, while users the array admits are served.
+#include "IntegrationTest.h"
+
+#include <vector>
+
+namespace ksv::integration {
+namespace {
+
+const char DENIED[] = "CIM_ERR_ACCESS_DENIED: Insufficient privilege for the user";
+
+const char* const INSTANCE_CLASSES[] = {
+    "KSV_DiskDrive",         "KSV_DiskDrivePackage", "KSV_DiskSoftwareIdentity",
+    "KSV_DiskStorageExtent", "KSV_StorageSystem",    "KSV_StoragePool",
+    "KSV_StorageVolume",     "KSV_Magazine",         "KSV_DiskBay"};
+
+// An object at one end of each association.
+const std::pair<const char*, CIMObjectPath (*)()> ASSOCIATION_ENDS[] = {
+    {"KSV_SystemDisk", systemPath},
+    {"KSV_SystemExtent", [] { return extentPath(0); }},
+    {"KSV_DiskPackageRealizes", [] { return packagePath(0); }},
+    {"KSV_AssociatedPrimordialDisks", [] { return poolPath("primordial"); }},
+    {"KSV_VolumeBasedOnDiskExtent", [] { return volumePath(0); }},
+    {"KSV_DiskSoftware", [] { return identityPath("4.0"); }},
+    {"KSV_DiskPresent", [] { return diskPath(0); }},
+    {"KSV_MagazineContainer", [] { return magazinePath("KSV_Magazine", "IT1-DC0-M0"); }}};
+
+class RefusedUserTest : public IntegrationTest {
+protected:
+    std::unique_ptr<CIMClient> auditor = client("auditor", "auditor-pw");
+    std::unique_ptr<CIMClient> admin = client();
+};
+
+TEST_F(RefusedUserTest, EveryInstanceOperationIsDenied) {
+    for (const char* className : INSTANCE_CLASSES) {
+        SCOPED_TRACE(className);
+        const CIMObjectPath one = admin->enumerateInstanceNames(KSV_NAMESPACE, className)[0];
+        EXPECT_EQ(cimErrorOf([&] { auditor->enumerateInstanceNames(KSV_NAMESPACE, className); }),
+                  DENIED);
+        EXPECT_EQ(cimErrorOf([&] { auditor->enumerateInstances(KSV_NAMESPACE, className); }),
+                  DENIED);
+        EXPECT_EQ(cimErrorOf([&] { auditor->getInstance(KSV_NAMESPACE, one); }), DENIED);
+        EXPECT_EQ(cimErrorOf([&] { auditor->getProperty(KSV_NAMESPACE, one, "ElementName"); }),
+                  DENIED);
+    }
+}
+
+TEST_F(RefusedUserTest, EveryAssociationOperationIsDenied) {
+    for (const auto& [association, end] : ASSOCIATION_ENDS) {
+        SCOPED_TRACE(association);
+        const CIMObjectPath object = end();
+        EXPECT_EQ(cimErrorOf([&] { auditor->associators(KSV_NAMESPACE, object, association); }),
+                  DENIED);
+        EXPECT_EQ(cimErrorOf([&] { auditor->associatorNames(KSV_NAMESPACE, object, association); }),
+                  DENIED);
+        EXPECT_EQ(cimErrorOf([&] { auditor->references(KSV_NAMESPACE, object, association); }),
+                  DENIED);
+        EXPECT_EQ(cimErrorOf([&] { auditor->referenceNames(KSV_NAMESPACE, object, association); }),
+                  DENIED);
+        const CIMObjectPath pair = admin->referenceNames(KSV_NAMESPACE, object, association)[0];
+        EXPECT_EQ(cimErrorOf([&] { auditor->getInstance(KSV_NAMESPACE, pair); }), DENIED);
+        EXPECT_EQ(cimErrorOf([&] { auditor->enumerateInstanceNames(KSV_NAMESPACE, association); }),
+                  DENIED);
+        EXPECT_EQ(cimErrorOf([&] { auditor->enumerateInstances(KSV_NAMESPACE, association); }),
+                  DENIED);
+    }
+}
+
+TEST_F(RefusedUserTest, TheLedCannotBeSwitched) {
+    CIMInstance modified("KSV_DiskDrive");
+    modified.addProperty(CIMProperty("LocationIndicator", Uint16(2)));
+    modified.setPath(diskPath(0));
+    EXPECT_EQ(cimErrorOf([&] { auditor->modifyInstance(KSV_NAMESPACE, modified); }), DENIED);
+    EXPECT_EQ(cimErrorOf([&] {
+                  auditor->setProperty(KSV_NAMESPACE, diskPath(0), "LocationIndicator",
+                                       CIMValue(Uint16(2)));
+              }),
+              DENIED);
+    EXPECT_EQ(text(admin->getProperty(KSV_NAMESPACE, diskPath(0), "LocationIndicator").toString()),
+              "3");
+}
+
+// The gate is the array's: a user without rights to change anything still reads.
+TEST_F(RefusedUserTest, AUserTheArrayAdmitsIsServed) {
+    const auto monitor = client("monitor", "monitor-pw");
+    EXPECT_EQ(monitor->enumerateInstanceNames(KSV_NAMESPACE, "KSV_DiskDrive").size(), 5u);
+    EXPECT_EQ(monitor->associatorNames(KSV_NAMESPACE, systemPath(), "KSV_SystemDisk").size(), 5u);
+}
+
+TEST_F(RefusedUserTest, WbemcliIsDeniedToo) {
+    if (!wbemcliInstalled())
+        GTEST_SKIP() << "wbemcli is not installed (Debian package sblim-wbemcli)";
+    const std::string disk = text(diskPath(0).toString());
+    const std::vector<std::vector<std::string>> requests = {
+        {"ein", "KSV_DiskStorageExtent", ""},
+        {"ei", "KSV_StorageVolume", ""},
+        {"gi", disk, ""},
+        {"gp", disk, "ElementName"},
+        {"sp", disk, "LocationIndicator=2"},
+        {"ain", text(systemPath().toString()), ""},
+        {"ai", disk, ""},
+        {"rin", disk, ""},
+        {"ri", text(extentPath(1).toString()), ""}};
+    for (const auto& request : requests) {
+        const CommandResult answer =
+            wbemcliAs("auditor", "auditor-pw", request[0], request[1], "", request[2]);
+        EXPECT_NE(answer.exitCode, 0) << request[0] << " " << answer.output;
+        EXPECT_NE(answer.output.find("CIM_ERR_ACCESS_DENIED"), std::string::npos)
+            << request[0] << " " << answer.output;
+    }
+}
+
+} // namespace
+} // namespace ksv::integration
