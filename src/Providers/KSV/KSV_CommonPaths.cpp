@@ -12,12 +12,31 @@ namespace {
 
 const char KSV_NAMESPACE[] = "root/ksv";
 
+// Whether the class-name part of the text, found as the path parser finds it (after a
+// "//host/" and a "namespace:" whose ':' comes before the first '.', up to the next '.'), is a
+// legal name. Most key values fail here, which spares them a parse that would throw.
+bool mayBeObjectPath(const String& text) {
+    Uint32 start = 0;
+    if (text.size() >= 2 && text[0] == '/' && text[1] == '/') {
+        start = text.find(2, Char16('/'));
+        if (start == PEG_NOT_FOUND)
+            return false;
+    }
+    const Uint32 colon = text.find(start, Char16(':'));
+    const Uint32 firstDot = text.find(start, Char16('.'));
+    if (colon != PEG_NOT_FOUND && (firstDot == PEG_NOT_FOUND || colon < firstDot))
+        start = colon + 1;
+    const Uint32 dot = text.find(start, Char16('.'));
+    const Uint32 end = dot == PEG_NOT_FOUND ? text.size() : dot;
+    return CIMName::legal(text.subString(start, end - start));
+}
+
 // A string or reference key that holds an object path is rewritten as that path without its
 // host, so that the hosts inside references never decide a match.
 void normaliseReferenceKey(CIMKeyBinding& key) {
     const bool mayHoldPath =
         key.getType() == CIMKeyBinding::STRING || key.getType() == CIMKeyBinding::REFERENCE;
-    if (!mayHoldPath || key.getValue().size() == 0)
+    if (!mayHoldPath || !mayBeObjectPath(key.getValue()))
         return;
     try {
         const CIMObjectPath reference(key.getValue());

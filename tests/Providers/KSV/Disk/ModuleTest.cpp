@@ -9,8 +9,6 @@
 #include "KSV_DiskSoftwareIdentityProvider.h"
 #include "KSV_DiskStorageExtentProvider.h"
 
-#include <Pegasus/Provider/CIMAssociationProvider.h>
-
 #include <cctype>
 #include <iterator>
 #include <memory>
@@ -59,63 +57,6 @@ std::string alternatingCase(std::string name) {
     for (size_t i = 0; i < name.size(); i++)
         name[i] = static_cast<char>(i % 2 ? std::tolower(name[i]) : std::toupper(name[i]));
     return name;
-}
-
-TEST_F(ModuleTest, EachNameInAnyCaseYieldsANewProviderThatRefusesWriting) {
-    EXPECT_EQ(std::string(KSV_DISK_MODULE).substr(std::string(KSV_DISK_MODULE).rfind('/') + 1),
-              "libKSV_DiskDriveProvider.so.1");
-    ProviderHarness harness;
-    for (const std::string name : PROVIDER_NAMES) {
-        SCOPED_TRACE(name);
-        std::string lower = name;
-        std::transform(lower.begin(), lower.end(), lower.begin(), ::tolower);
-        std::set<CIMProvider*> made;
-        for (const std::string& asked : {name, lower, alternatingCase(name)}) {
-            CIMProvider* provider = create(asked);
-            ASSERT_NE(provider, nullptr) << asked;
-            made.insert(provider);
-            const bool instanceProvider = name == "KSV_DiskDriveProvider" ||
-                                          name == "KSV_DiskDrivePackageProvider" ||
-                                          name == "KSV_DiskStorageExtentProvider" ||
-                                          name == "KSV_DiskSoftwareIdentityProvider";
-            EXPECT_EQ(dynamic_cast<CIMAssociationProvider*>(provider) == nullptr, instanceProvider);
-            const std::string refused = "CIM_ERR_NOT_SUPPORTED: " + name + " does not support ";
-            Strings expected = {refused + "createInstance.", refused + "deleteInstance."};
-            if (name != "KSV_DiskDriveProvider")
-                expected.push_back(refused + "modifyInstance.");
-            EXPECT_EQ(refusals(provider, name == "KSV_DiskDriveProvider"), expected);
-        }
-        EXPECT_EQ(made.size(), 3u) << "each call makes a new provider";
-        for (CIMProvider* provider : made)
-            provider->terminate();
-    }
-    // Making, refusing and terminating uninitialized providers asks neither library nor server.
-    EXPECT_TRUE(harness.arrayCalls().empty());
-    EXPECT_TRUE(harness.log().empty());
-    EXPECT_TRUE(harness.server().calls().empty());
-    for (const char* name :
-         {"KSV_DiskDrive", "", "KSV_DiskDriveProvider ", "KSV_DiskDriveProviderX",
-          "KSV_MagazineProvider", "KSV_StorageVolumeProvider"})
-        EXPECT_EQ(create(name), nullptr) << '"' << name << '"';
-}
-
-template <typename Provider>
-std::string refusalOfConstructionFromAPath() {
-    return failureOf(
-        [] { Provider provider(CIMObjectPath("root/ksv:KSV_DiskDrive.DeviceID=\"X\"")); });
-}
-
-TEST(InstanceProviders, RefuseConstructionFromAnObjectPath) {
-    const std::string refused = "CIM_ERR_NOT_SUPPORTED: ";
-    const std::string suffix = " does not support constructor with object path.";
-    EXPECT_EQ(refusalOfConstructionFromAPath<KSV_DiskDriveProvider>(),
-              refused + "KSV_DiskDriveProvider" + suffix);
-    EXPECT_EQ(refusalOfConstructionFromAPath<KSV_DiskDrivePackageProvider>(),
-              refused + "KSV_DiskDrivePackageProvider" + suffix);
-    EXPECT_EQ(refusalOfConstructionFromAPath<KSV_DiskSoftwareIdentityProvider>(),
-              refused + "KSV_DiskSoftwareIdentityProvider" + suffix);
-    EXPECT_EQ(refusalOfConstructionFromAPath<KSV_DiskStorageExtentProvider>(),
-              refused + "KSV_DiskStorageExtentProvider" + suffix);
 }
 
 struct Lifecycle {
@@ -180,6 +121,61 @@ const Lifecycle LIFECYCLES[] = {
      NAME_HOST,
      {"create_int_hashtable(2048)", "create_string_hashtable(2048)", "set_invalid_value(0)"}},
 };
+
+TEST_F(ModuleTest, EachNameInAnyCaseYieldsANewProviderThatRefusesWriting) {
+    EXPECT_EQ(std::string(KSV_DISK_MODULE).substr(std::string(KSV_DISK_MODULE).rfind('/') + 1),
+              "libKSV_DiskDriveProvider.so.1");
+    ProviderHarness harness;
+    for (const Lifecycle& lifecycle : LIFECYCLES) {
+        const std::string name = lifecycle.provider;
+        SCOPED_TRACE(name);
+        std::string lower = name;
+        std::transform(lower.begin(), lower.end(), lower.begin(), ::tolower);
+        std::set<CIMProvider*> made;
+        for (const std::string& asked : {name, lower, alternatingCase(name)}) {
+            CIMProvider* provider = create(asked);
+            ASSERT_NE(provider, nullptr) << asked;
+            made.insert(provider);
+            // Only the instance providers trace their own way.
+            EXPECT_EQ(dynamic_cast<CIMAssociationProvider*>(provider) == nullptr,
+                      lifecycle.entryTrace != nullptr);
+            const std::string refused = "CIM_ERR_NOT_SUPPORTED: " + name + " does not support ";
+            Strings expected = {refused + "createInstance.", refused + "deleteInstance."};
+            if (name != "KSV_DiskDriveProvider")
+                expected.push_back(refused + "modifyInstance.");
+            EXPECT_EQ(refusals(provider, name == "KSV_DiskDriveProvider"), expected);
+        }
+        EXPECT_EQ(made.size(), 3u) << "each call makes a new provider";
+        for (CIMProvider* provider : made)
+            provider->terminate();
+    }
+    // Making, refusing and terminating uninitialized providers asks neither library nor server.
+    EXPECT_TRUE(harness.arrayCalls().empty());
+    EXPECT_TRUE(harness.log().empty());
+    EXPECT_TRUE(harness.server().calls().empty());
+    for (const char* name :
+         {"KSV_DiskDrive", "", "KSV_DiskDriveProvider ", "KSV_DiskDriveProviderX",
+          "KSV_MagazineProvider", "KSV_StorageVolumeProvider"})
+        EXPECT_EQ(create(name), nullptr) << '"' << name << '"';
+}
+
+template <typename Provider>
+std::string constructionRefusal() {
+    return failureOf([] { Provider refused{CIMObjectPath("KSV_DiskDrive.DeviceID=\"X\"")}; });
+}
+
+TEST(InstanceProviders, RefuseConstructionFromAnObjectPath) {
+    Strings expected;
+    for (const char* name : {"KSV_DiskDriveProvider", "KSV_DiskDrivePackageProvider",
+                             "KSV_DiskSoftwareIdentityProvider", "KSV_DiskStorageExtentProvider"})
+        expected.push_back(std::string("CIM_ERR_NOT_SUPPORTED: ") + name +
+                           " does not support constructor with object path.");
+    EXPECT_EQ(Strings({constructionRefusal<KSV_DiskDriveProvider>(),
+                       constructionRefusal<KSV_DiskDrivePackageProvider>(),
+                       constructionRefusal<KSV_DiskSoftwareIdentityProvider>(),
+                       constructionRefusal<KSV_DiskStorageExtentProvider>()}),
+              expected);
+}
 
 Strings tableCalls() {
     Strings calls;

@@ -6,7 +6,7 @@
 
 #include "SiblingProviderTestSupport.h"
 
-#include <algorithm>
+#include <KSV_Common.h>
 
 namespace ksv::test {
 namespace {
@@ -30,180 +30,154 @@ const char* const POOL_ARRAY = R"({
      "type": 4, "absent": true, "blockSize": 512, "numBlocks": 99}
   ]})";
 
-std::string spaceOf(const CIMInstance& pool) {
-    return valueOf(pool, "PoolID") + " primordial=" + valueOf(pool, "Primordial") +
-           " total=" + valueOf(pool, "TotalManagedSpace") +
-           " free=" + valueOf(pool, "RemainingManagedSpace");
-}
-
-bool loadArray(const char* json) {
-    const auto error = ksvsim::loadModelText(json);
-    EXPECT_FALSE(error) << error->describe();
-    return !error;
-}
+const char* const NOT_FOUND = " CIM Object not found.";
 
 class StoragePoolProviderTest : public ::testing::Test {
 protected:
     ProviderHarness harness;
     // Before the provider reads the array's identity.
-    bool loaded = loadArray(POOL_ARRAY);
-    ModuleProvider<KSV_StoragePoolProvider> pools{KSV_STORAGE_VOLUME_MODULE,
-                                                  "KSV_StoragePoolProvider", harness};
+    bool loaded = !ksvsim::loadModelText(POOL_ARRAY);
+    RunningProvider pools{harness, volumeModuleProvider("KSV_StoragePoolProvider"),
+                          "KSV_StoragePool"};
 };
 
 TEST_F(StoragePoolProviderTest, UsableDisksMakeThePrimordialPoolAndOnePoolPerTechnology) {
-    const Answer answer = enumerate(*pools.operator->(), "KSV_StoragePool");
-    ASSERT_EQ(answer.instances.size(), 3u);
-    EXPECT_EQ(spaceOf(answer.instances[0]), "primordial primordial=TRUE total=1576960 free=14336");
-    EXPECT_EQ(spaceOf(answer.instances[1]), "all-FC primordial=FALSE total=1536000 free=4096");
-    EXPECT_EQ(spaceOf(answer.instances[2]), "all-NL primordial=FALSE total=40960 free=10240");
-    EXPECT_EQ(render(answer.paths), Strings({"KSV_StoragePool InstanceID=QUANOR:primordial",
-                                             "KSV_StoragePool InstanceID=QUANOR:all-FC",
-                                             "KSV_StoragePool InstanceID=QUANOR:all-NL"}));
-    EXPECT_EQ(text(answer.paths[0].getHost()), "ksv-p1.example.net");
+    ASSERT_TRUE(loaded);
+    Strings served;
+    for (const CIMInstance& pool : pools.enumerateInstances().delivered) {
+        served.push_back(render(pool.getPath()) + " " +
+                         render(pool, "PoolID Primordial TotalManagedSpace RemainingManagedSpace"));
+    }
+    const std::string pool = "ksv-p1.example.net root/ksv:KSV_StoragePool InstanceID=QUANOR:";
+    EXPECT_EQ(served, Strings({pool + "primordial PoolID=primordial Primordial=TRUE "
+                                      "TotalManagedSpace=1576960 RemainingManagedSpace=14336",
+                               pool + "all-FC PoolID=all-FC Primordial=FALSE "
+                                      "TotalManagedSpace=1536000 RemainingManagedSpace=4096",
+                               pool + "all-NL PoolID=all-NL Primordial=FALSE "
+                                      "TotalManagedSpace=40960 RemainingManagedSpace=10240"}));
 }
 
 TEST_F(StoragePoolProviderTest, ThePrimordialPoolIsWhereTheDiskModuleLooksForIt) {
     const CIMObjectPath primordial =
         KSV_StoragePoolProvider::buildInstanceName("QUANOR:primordial", "ksv-p1.example.net");
-    const Answer answer = get(*pools.operator->(), primordial);
-    ASSERT_EQ(answer.events, kDeliveredOnce);
-    EXPECT_TRUE(answer.instances[0].getPath().identical(primordial));
-    EXPECT_EQ(valueOf(answer.instances[0], "InstanceID"), "QUANOR:primordial");
-}
-
-TEST_F(StoragePoolProviderTest, PoolsWithoutUsableDisksAreNotFound) {
-    EXPECT_EQ(
-        cimErrorOf([&] {
-            get(*pools.operator->(), pathOf("KSV_StoragePool", {{"InstanceID", "QUANOR:all-SSD"}}));
-        }),
-        "CIM_ERR_NOT_FOUND: KSV_StoragePoolProvider CIM Object not found.");
+    const RecordingInstanceHandler answer = pools.getInstance(primordial);
+    ASSERT_EQ(answer.events(), kDeliveredOnce);
+    EXPECT_TRUE(answer.delivered[0].getPath().identical(primordial));
+    EXPECT_EQ(render(answer.delivered[0], "InstanceID"), "InstanceID=QUANOR:primordial");
+    // A pool without usable disks is not served.
+    EXPECT_EQ(failureOf([&] {
+                  pools.getInstance(pathOf("KSV_StoragePool", {{"InstanceID", "QUANOR:all-SSD"}}));
+              }),
+              std::string("CIM_ERR_NOT_FOUND: KSV_StoragePoolProvider") + NOT_FOUND);
 }
 
 TEST_F(StoragePoolProviderTest, WithoutTheDisksThereAreNoPools) {
     ksvsim::forceResult("api_getSystemDisks", API_E_NO_MEMORY, 1);
-    EXPECT_EQ(enumerate(*pools.operator->(), "KSV_StoragePool").events,
-              Strings({"processing", "complete"}));
+    EXPECT_EQ(pools.enumerateInstances().events(), Strings({"processing", "complete"}));
     ksvsim::forceResult("cim_sem_wait", API_E_SEM_TIMEOUT, 1);
     ksvsim::clearCalls();
-    EXPECT_EQ(enumerateNames(*pools.operator->(), "KSV_StoragePool").paths.size(), 0u);
+    EXPECT_TRUE(pools.enumerateInstanceNames().delivered.empty());
     EXPECT_EQ(arrayCalls(), Strings({"api_ksvOpenForCimserver(admin)", "cim_sem_wait()"}));
 }
 
 class StorageVolumeProviderTest : public ::testing::Test {
 protected:
-    ProviderHarness harness;
-    ModuleProvider<KSV_StorageVolumeProvider> volumes{KSV_STORAGE_VOLUME_MODULE,
-                                                      "KSV_StorageVolumeProvider", harness};
-
-    // Every volume of the array as "WWN name".
-    static Strings arrayVolumes() {
-        api_VVList_t list = {0, nullptr};
-        api_getVVs(nullptr, &list);
-        Strings found;
-        for (Uint32 i = 0; i < list.count; i++)
-            found.push_back(std::string(list.vvs[i].wwn) + " " + list.vvs[i].name);
-        free(list.vvs);
-        return found;
+    CIMObjectPath volume(const char* deviceID, const char* system = "KSV-D7") {
+        return KSV_StorageVolumeProvider::createObjectPath(deviceID, system, "another.host");
     }
+
+    ProviderHarness harness;
+    RunningProvider volumes{harness, volumeModuleProvider("KSV_StorageVolumeProvider"),
+                            "KSV_StorageVolume"};
 };
 
-TEST_F(StorageVolumeProviderTest, OneVolumePerArrayVolumeNamedByItsWwn) {
-    const Answer answer = enumerate(*volumes.operator->(), "KSV_StorageVolume");
-    Strings served;
-    for (const CIMInstance& volume : answer.instances) {
-        served.push_back(valueOf(volume, "DeviceID") + " " + valueOf(volume, "ElementName"));
-        EXPECT_EQ(valueOf(volume, "Name"), valueOf(volume, "DeviceID"));
+TEST_F(StorageVolumeProviderTest, OneVolumePerArrayVolumeNamedByTheSystemAndItsWwn) {
+    EXPECT_EQ(
+        text(KSV_StorageVolumeProvider::createObjectPath("60002AC0000000000000000A00015F3C",
+                                                         "KSV-D7", "ksv-d7.example.net")
+                 .toString()),
+        "//ksv-d7.example.net/root/ksv:KSV_StorageVolume."
+        "CreationClassName=\"KSV_StorageVolume\",DeviceID=\"60002AC0000000000000000A00015F3C\","
+        "SystemCreationClassName=\"KSV_StorageSystem\",SystemName=\"KSV-D7\"");
+    api_VVList_t list = {0, nullptr};
+    api_getVVs(nullptr, &list);
+    Strings inArray;
+    for (Uint32 i = 0; i < list.count; i++)
+        inArray.push_back(std::string(list.vvs[i].wwn) + " " + list.vvs[i].name);
+    free(list.vvs);
+
+    const std::vector<CIMInstance> served = volumes.enumerateInstances().delivered;
+    Strings servedVolumes;
+    for (const CIMInstance& volume : served) {
+        const std::string deviceID = text(KSV_Common::getStringProperty(volume, "DeviceID"));
+        servedVolumes.push_back(deviceID + " " +
+                                text(KSV_Common::getStringProperty(volume, "ElementName")));
+        EXPECT_EQ(render(volume, "Name"), "Name=" + deviceID);
         EXPECT_TRUE(volume.getPath().identical(KSV_StorageVolumeProvider::createObjectPath(
-            valueOf(volume, "DeviceID").c_str(), "KSV-D7", "ksv-d7.example.net")));
+            deviceID.c_str(), "KSV-D7", "ksv-d7.example.net")));
+        for (Uint32 i = 0; i < volume.getPath().getKeyBindings().size(); i++)
+            EXPECT_EQ(volume.getPath().getKeyBindings()[i].getType(), CIMKeyBinding::STRING);
     }
-    EXPECT_EQ(served, arrayVolumes());
+    EXPECT_EQ(servedVolumes, inArray);
     EXPECT_EQ(served.size(), 10u);
-    EXPECT_EQ(render(enumerateNames(*volumes.operator->(), "KSV_StorageVolume").paths),
-              render(answer.paths));
+    EXPECT_EQ(volumes.enumerateInstanceNames().delivered, pathsOf(served));
 }
 
-TEST_F(StorageVolumeProviderTest, GetInstanceReadsOnlyTheVolumeItsDeviceIDNames) {
-    const std::string wwn = "60002AC00000000010D7000000001005";
+TEST_F(StorageVolumeProviderTest, GetInstanceReadsOnlyTheVolumeItsKeysNameExactly) {
     ksvsim::clearCalls();
-    const Answer answer =
-        get(*volumes.operator->(),
-            KSV_StorageVolumeProvider::createObjectPath(wwn.c_str(), "KSV-D7", "another.host"));
-    ASSERT_EQ(answer.events, kDeliveredOnce);
-    EXPECT_EQ(valueOf(answer.instances[0], "ElementName"), "vmware.ds1");
+    const RecordingInstanceHandler answer =
+        volumes.getInstance(volume("60002AC00000000010D7000000001005"));
+    ASSERT_EQ(answer.events(), kDeliveredOnce);
+    EXPECT_EQ(render(answer.delivered[0], "ElementName"), "ElementName=vmware.ds1");
     Strings reads = arrayCalls();
     reads.erase(std::remove(reads.begin(), reads.end(), "api_wwnIntToString()"), reads.end());
     EXPECT_EQ(reads, Strings({"api_ksvOpenForCimserver(admin)", "cim_sem_wait()",
-                              "api_getVVs(" + wwn + ")", "cim_sem_post()"}));
-}
+                              "api_getVVs(60002AC00000000010D7000000001005)", "cim_sem_post()"}));
 
-TEST_F(StorageVolumeProviderTest, KeysThatNameNoVolumeExactlyAreNotFound) {
-    const char* const notFound =
-        "CIM_ERR_NOT_FOUND: KSV_StorageVolumeProvider CIM Object not found.";
     // The library finds volumes by name and by WWN in any case; the keys are exact.
-    for (const char* deviceID : {"vmware.ds1", "60002ac00000000010d7000000001005",
-                                 "60002AC00000000010D70000000010FF", ""}) {
-        EXPECT_EQ(cimErrorOf([&] {
-                      get(*volumes.operator->(), KSV_StorageVolumeProvider::createObjectPath(
-                                                     deviceID, "KSV-D7", "ksv-d7.example.net"));
-                  }),
-                  notFound)
-            << deviceID;
+    for (const CIMObjectPath& missing :
+         {volume("vmware.ds1"), volume("60002ac00000000010d7000000001005"),
+          volume("60002AC00000000010D70000000010FF"), volume(""),
+          volume("60002AC00000000010D7000000001005", "KSV-OTHER")}) {
+        EXPECT_EQ(failureOf([&] { volumes.getInstance(missing); }),
+                  std::string("CIM_ERR_NOT_FOUND: KSV_StorageVolumeProvider") + NOT_FOUND)
+            << render(missing);
     }
-    EXPECT_EQ(cimErrorOf([&] {
-                  get(*volumes.operator->(),
-                      KSV_StorageVolumeProvider::createObjectPath(
-                          "60002AC00000000010D7000000001005", "KSV-OTHER", "ksv-d7.example.net"));
-              }),
-              notFound);
+
+    // A property list limits the properties but not the keys.
+    Query elementName;
+    elementName.propertyList = CIMPropertyList(Array<CIMName>(1, CIMName("ElementName")));
+    const std::vector<CIMInstance> narrowed =
+        volumes.getInstance(volume("60002AC00000000010D7000000001000"), elementName).delivered;
+    ASSERT_EQ(narrowed.size(), 1u);
+    EXPECT_EQ(narrowed[0].getPropertyCount(), 1u);
+    EXPECT_EQ(render(narrowed[0], "ElementName"), "ElementName=admin");
+    EXPECT_EQ(narrowed[0].getPath().getKeyBindings().size(), 4u);
 }
 
-TEST_F(StorageVolumeProviderTest, APropertyListLimitsThePropertiesButNotTheKeys) {
-    Array<CIMName> names;
-    names.append("ElementName");
-    const Answer answer =
-        get(*volumes.operator->(),
-            KSV_StorageVolumeProvider::createObjectPath("60002AC00000000010D7000000001000",
-                                                        "KSV-D7", "ksv-d7.example.net"),
-            "admin", CIMPropertyList(names));
-    ASSERT_EQ(answer.instances.size(), 1u);
-    EXPECT_EQ(answer.instances[0].getPropertyCount(), 1u);
-    EXPECT_EQ(valueOf(answer.instances[0], "ElementName"), "admin");
-    EXPECT_EQ(answer.instances[0].getPath().getKeyBindings().size(), 4u);
-}
-
-class StorageSystemProviderTest : public ::testing::Test {
-protected:
+TEST(StorageSystemProvider, TheOneSystemIsNamedAsTheInternalCacheNamesIt) {
     ProviderHarness harness;
-    ModuleProvider<KSV_StorageSystemProvider> system{KSV_STORAGE_VOLUME_MODULE,
-                                                     "KSV_StorageSystemProvider", harness};
-};
+    RunningProvider system{harness, volumeModuleProvider("KSV_StorageSystemProvider"),
+                           "KSV_StorageSystem"};
+    const std::vector<CIMInstance> served = system.enumerateInstances().delivered;
+    ASSERT_EQ(served.size(), 1u);
+    EXPECT_EQ(render(served[0].getPath()), "ksv-d7.example.net root/ksv:KSV_StorageSystem "
+                                           "CreationClassName=KSV_StorageSystem Name=KSV-D7");
+    EXPECT_EQ(render(served[0], "Name ElementName Dedicated OtherIdentifyingInfo"),
+              "Name=KSV-D7 ElementName=KSV-D7 Dedicated=[3 15] "
+              "OtherIdentifyingInfo=[ksv-d7.example.net 198.51.100.25 1400512]");
+    EXPECT_EQ(system.enumerateInstanceNames().delivered, pathsOf(served));
 
-TEST_F(StorageSystemProviderTest, TheOneSystemIsNamedAsTheInternalCacheNamesIt) {
-    const Answer answer = enumerate(*system.operator->(), "KSV_StorageSystem");
-    ASSERT_EQ(answer.instances.size(), 1u);
-    const CIMInstance& array = answer.instances[0];
-    EXPECT_EQ(render(array.getPath()),
-              "KSV_StorageSystem CreationClassName=KSV_StorageSystem Name=KSV-D7");
-    EXPECT_EQ(text(array.getPath().getHost()), "ksv-d7.example.net");
-    EXPECT_EQ(valueOf(array, "Name"), "KSV-D7");
-    EXPECT_EQ(valueOf(array, "ElementName"), "KSV-D7");
-    EXPECT_EQ(valueOf(array, "Dedicated"), "3 15 ");
-    EXPECT_EQ(valueOf(array, "OtherIdentifyingInfo"), "ksv-d7.example.net 198.51.100.25 1400512 ");
-    EXPECT_EQ(render(enumerateNames(*system.operator->(), "KSV_StorageSystem").paths),
-              Strings({render(array.getPath())}));
-}
-
-TEST_F(StorageSystemProviderTest, GetInstanceMatchesBothKeys) {
-    EXPECT_EQ(get(*system.operator->(),
-                  KSV_StorageSystemProvider::buildObjectPath("KSV-D7", "another.host"))
-                  .events,
-              kDeliveredOnce);
-    EXPECT_EQ(cimErrorOf([&] {
-                  get(*system.operator->(),
+    // getInstance matches both keys, but not the host.
+    EXPECT_EQ(
+        system.getInstance(KSV_StorageSystemProvider::buildObjectPath("KSV-D7", "another.host"))
+            .events(),
+        kDeliveredOnce);
+    EXPECT_EQ(failureOf([&] {
+                  system.getInstance(
                       KSV_StorageSystemProvider::buildObjectPath("KSV-D8", "ksv-d7.example.net"));
               }),
-              "CIM_ERR_NOT_FOUND: KSV_StorageSystemProvider CIM Object not found.");
+              std::string("CIM_ERR_NOT_FOUND: KSV_StorageSystemProvider") + NOT_FOUND);
 }
 
 // Every read-only provider of the module: the gate, the served classes, the refused changes.
@@ -215,51 +189,41 @@ struct ProviderCase {
 class ReadOnlyShapeTest : public ::testing::TestWithParam<ProviderCase> {
 protected:
     ProviderHarness harness;
-    ModuleProvider<CIMInstanceProvider> provider{KSV_STORAGE_VOLUME_MODULE, GetParam().providerName,
-                                                 harness};
-
-    // The first served object, to ask for it.
-    CIMObjectPath anObject() {
-        return enumerateNames(*provider.operator->(), GetParam().className).paths.at(0);
-    }
+    RunningProvider provider{harness, volumeModuleProvider(GetParam().providerName),
+                             GetParam().className};
+    CIMInstanceProvider& instances = *provider.as<CIMInstanceProvider>();
 };
 
-TEST_P(ReadOnlyShapeTest, RefusedUsersGetAccessDeniedBeforeTheArrayIsRead) {
-    const CIMObjectPath object = anObject();
+TEST_P(ReadOnlyShapeTest, RefusedUsersAreDeniedBeforeTheArrayIsReadAndChangesAreNotSupported) {
+    const CIMObjectPath object = provider.enumerateInstanceNames().delivered.at(0);
     const std::string denied = "CIM_ERR_ACCESS_DENIED: Insufficient privilege for the user";
     ksvsim::clearCalls();
     for (const char* user : {"auditor", "nobody", ""}) {
-        EXPECT_EQ(cimErrorOf([&] { get(*provider.operator->(), object, user); }), denied);
-        EXPECT_EQ(
-            cimErrorOf([&] { enumerate(*provider.operator->(), GetParam().className, user); }),
-            denied);
-        EXPECT_EQ(
-            cimErrorOf([&] { enumerateNames(*provider.operator->(), GetParam().className, user); }),
-            denied);
+        EXPECT_EQ(failureOf([&] { provider.getInstance(object, byUser(user)); }), denied);
+        EXPECT_EQ(failureOf([&] { provider.enumerateInstances(byUser(user)); }), denied);
+        EXPECT_EQ(failureOf([&] { provider.enumerateInstanceNames(byUser(user)); }), denied);
     }
     for (const ksvsim::CallRecord& call : ksvsim::calls())
         EXPECT_EQ(call.function, "api_ksvOpenForCimserver");
-}
 
-TEST_P(ReadOnlyShapeTest, OtherClassesAndChangesAreNotSupported) {
-    const std::string provider = GetParam().providerName;
-    EXPECT_EQ(cimErrorOf([&] { enumerateNames(*this->provider.operator->(), "KSV_DiskDrive"); }),
-              "CIM_ERR_NOT_SUPPORTED: " + provider + " Invalid class nameKSV_DiskDrive");
-    const CIMObjectPath object = anObject();
+    const std::string name = GetParam().providerName;
+    Query otherClass;
+    otherClass.className = "KSV_DiskDrive";
+    EXPECT_EQ(failureOf([&] { provider.enumerateInstanceNames(otherClass); }),
+              "CIM_ERR_NOT_SUPPORTED: " + name + " Invalid class nameKSV_DiskDrive");
     CIMInstance instance(object.getClassName());
     RecordingResponseHandler done;
     RecordingObjectPathHandler created;
     const OperationContext context = ProviderHarness::context();
-    EXPECT_EQ(cimErrorOf([&] {
-                  this->provider->modifyInstance(context, object, instance, false,
-                                                 CIMPropertyList(), done);
+    EXPECT_EQ(failureOf([&] {
+                  instances.modifyInstance(context, object, instance, false, CIMPropertyList(),
+                                           done);
               }),
-              "CIM_ERR_NOT_SUPPORTED: " + provider + " does not support modifyInstance.");
-    EXPECT_EQ(
-        cimErrorOf([&] { this->provider->createInstance(context, object, instance, created); }),
-        "CIM_ERR_NOT_SUPPORTED: " + provider + " does not support createInstance.");
-    EXPECT_EQ(cimErrorOf([&] { this->provider->deleteInstance(context, object, done); }),
-              "CIM_ERR_NOT_SUPPORTED: " + provider + " does not support deleteInstance.");
+              "CIM_ERR_NOT_SUPPORTED: " + name + " does not support modifyInstance.");
+    EXPECT_EQ(failureOf([&] { instances.createInstance(context, object, instance, created); }),
+              "CIM_ERR_NOT_SUPPORTED: " + name + " does not support createInstance.");
+    EXPECT_EQ(failureOf([&] { instances.deleteInstance(context, object, done); }),
+              "CIM_ERR_NOT_SUPPORTED: " + name + " does not support deleteInstance.");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -270,15 +234,14 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return std::string(info.param.className); });
 
 TEST(StorageVolumeModule, CreatesItsProvidersByNameInAnyCase) {
-    ProviderModule module(KSV_STORAGE_VOLUME_MODULE);
     for (const char* name : {"KSV_StorageSystemProvider", "ksv_storagepoolprovider",
                              "KSV_STORAGEVOLUMEPROVIDER", "KSV_InternalCacheProvider"}) {
-        CIMProvider* created = module.createProvider(name);
+        CIMProvider* created = volumeModuleProvider(name);
         EXPECT_NE(created, nullptr) << name;
         delete created;
     }
-    EXPECT_EQ(module.createProvider("KSV_StorageSystem"), nullptr);
-    EXPECT_EQ(module.createProvider("KSV_MagazineProvider"), nullptr);
+    EXPECT_EQ(volumeModuleProvider("KSV_StorageSystem"), nullptr);
+    EXPECT_EQ(volumeModuleProvider("KSV_MagazineProvider"), nullptr);
 }
 
 } // namespace

@@ -38,10 +38,6 @@ CIMObjectPath inNamespace(const CIMObjectPath& path, const CIMNamespaceName& nam
     return result;
 }
 
-[[noreturn]] void notSupported() {
-    throw CIMException(CIM_ERR_NOT_SUPPORTED);
-}
-
 // The internal cache's methods, the output each answers through and the datum from the array.
 struct CacheMethod {
     const char* method;
@@ -129,41 +125,43 @@ public:
     }
 
     Array<CIMName> enumerateClassNames(const CIMNamespaceName&, const CIMName&, Boolean) override {
-        notSupported();
+        InProcessServer::notSupported();
     }
     Array<CIMClass> enumerateClasses(const CIMNamespaceName&, const CIMName&, Boolean, Boolean,
                                      Boolean, Boolean) override {
-        notSupported();
+        InProcessServer::notSupported();
     }
     void modifyInstance(const CIMNamespaceName&, const CIMInstance&, Boolean,
                         const CIMPropertyList&) override {
-        notSupported();
+        InProcessServer::notSupported();
     }
     CIMObjectPath createInstance(const CIMNamespaceName&, const CIMInstance&) override {
-        notSupported();
+        InProcessServer::notSupported();
     }
-    void deleteInstance(const CIMNamespaceName&, const CIMObjectPath&) override { notSupported(); }
+    void deleteInstance(const CIMNamespaceName&, const CIMObjectPath&) override {
+        InProcessServer::notSupported();
+    }
     void setProperty(const CIMNamespaceName&, const CIMObjectPath&, const CIMName&,
                      const CIMValue&) override {
-        notSupported();
+        InProcessServer::notSupported();
     }
     Array<CIMObject> associators(const CIMNamespaceName&, const CIMObjectPath&, const CIMName&,
                                  const CIMName&, const String&, const String&, Boolean, Boolean,
                                  const CIMPropertyList&) override {
-        notSupported();
+        InProcessServer::notSupported();
     }
     Array<CIMObjectPath> associatorNames(const CIMNamespaceName&, const CIMObjectPath&,
                                          const CIMName&, const CIMName&, const String&,
                                          const String&) override {
-        notSupported();
+        InProcessServer::notSupported();
     }
     Array<CIMObject> references(const CIMNamespaceName&, const CIMObjectPath&, const CIMName&,
                                 const String&, Boolean, Boolean, const CIMPropertyList&) override {
-        notSupported();
+        InProcessServer::notSupported();
     }
     Array<CIMObjectPath> referenceNames(const CIMNamespaceName&, const CIMObjectPath&,
                                         const CIMName&, const String&) override {
-        notSupported();
+        InProcessServer::notSupported();
     }
 
 private:
@@ -382,98 +380,6 @@ CIMValue InProcessServer::serveInvokeMethod(Route route, const CIMNamespaceName&
         throw CIMException(CIM_ERR_FAILED, "internal cache unavailable");
     }
     return CIMValue(Uint32(0));
-}
-
-CIMClass InProcessServer::getClass(const OperationContext&, const CIMNamespaceName& nameSpace,
-                                   const CIMName& className, Boolean localOnly,
-                                   Boolean includeQualifiers, Boolean includeClassOrigin,
-                                   const CIMPropertyList& propertyList) {
-    return serveGetClass(Route::ServerHandle, nameSpace, className, localOnly, includeQualifiers,
-                         includeClassOrigin, propertyList);
-}
-
-CIMInstance InProcessServer::getInstance(const OperationContext&, const CIMNamespaceName& nameSpace,
-                                         const CIMObjectPath& instanceName, Boolean,
-                                         Boolean includeQualifiers, Boolean includeClassOrigin,
-                                         const CIMPropertyList& propertyList) {
-    return serveGetInstance(Route::ServerHandle, nameSpace, instanceName, includeQualifiers,
-                            includeClassOrigin, propertyList);
-}
-
-Array<CIMInstance> InProcessServer::enumerateInstances(const OperationContext&,
-                                                       const CIMNamespaceName& nameSpace,
-                                                       const CIMName& className, Boolean, Boolean,
-                                                       Boolean includeQualifiers,
-                                                       Boolean includeClassOrigin,
-                                                       const CIMPropertyList& propertyList) {
-    return serveEnumerateInstances(Route::ServerHandle, nameSpace, className, includeQualifiers,
-                                   includeClassOrigin, propertyList);
-}
-
-Array<CIMObjectPath> InProcessServer::enumerateInstanceNames(const OperationContext&,
-                                                             const CIMNamespaceName& nameSpace,
-                                                             const CIMName& className) {
-    return serveEnumerateInstanceNames(Route::ServerHandle, nameSpace, className);
-}
-
-CIMValue InProcessServer::getProperty(const OperationContext&, const CIMNamespaceName& nameSpace,
-                                      const CIMObjectPath& instanceName,
-                                      const CIMName& propertyName) {
-    return serveGetProperty(Route::ServerHandle, nameSpace, instanceName, propertyName);
-}
-
-CIMValue InProcessServer::invokeMethod(const OperationContext&, const CIMNamespaceName& nameSpace,
-                                       const CIMObjectPath& instanceName, const CIMName& methodName,
-                                       const Array<CIMParamValue>&,
-                                       Array<CIMParamValue>& outParameters) {
-    return serveInvokeMethod(Route::ServerHandle, nameSpace, instanceName, methodName,
-                             outParameters);
-}
-
-void InProcessServer::setProperty(const OperationContext&, const CIMNamespaceName&,
-                                  const CIMObjectPath&, const CIMName&, const CIMValue&) {
-    notSupported();
-}
-
-void InProcessServer::modifyInstance(const OperationContext&, const CIMNamespaceName&,
-                                     const CIMInstance&, Boolean, const CIMPropertyList&) {
-    notSupported();
-}
-
-CIMObjectPath InProcessServer::createInstance(const OperationContext&, const CIMNamespaceName&,
-                                              const CIMInstance&) {
-    notSupported();
-}
-
-void InProcessServer::deleteInstance(const OperationContext&, const CIMNamespaceName&,
-                                     const CIMObjectPath&) {
-    notSupported();
-}
-
-Array<CIMObject> InProcessServer::associators(const OperationContext&, const CIMNamespaceName&,
-                                              const CIMObjectPath&, const CIMName&, const CIMName&,
-                                              const String&, const String&, Boolean, Boolean,
-                                              const CIMPropertyList&) {
-    notSupported();
-}
-
-Array<CIMObjectPath> InProcessServer::associatorNames(const OperationContext&,
-                                                      const CIMNamespaceName&, const CIMObjectPath&,
-                                                      const CIMName&, const CIMName&, const String&,
-                                                      const String&) {
-    notSupported();
-}
-
-Array<CIMObject> InProcessServer::references(const OperationContext&, const CIMNamespaceName&,
-                                             const CIMObjectPath&, const CIMName&, const String&,
-                                             Boolean, Boolean, const CIMPropertyList&) {
-    notSupported();
-}
-
-Array<CIMObjectPath> InProcessServer::referenceNames(const OperationContext&,
-                                                     const CIMNamespaceName&, const CIMObjectPath&,
-                                                     const CIMName&, const String&) {
-    notSupported();
 }
 
 } // namespace ksv::test

@@ -10,6 +10,7 @@
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMParamValue.h>
+#include <Pegasus/Common/Exception.h>
 #include <Pegasus/Client/CIMClientBackend.h>
 #include <Pegasus/Provider/CIMOMHandleBackend.h>
 
@@ -121,64 +122,98 @@ public:
                                const Pegasus::CIMName& className, Pegasus::Boolean localOnly,
                                Pegasus::Boolean includeQualifiers,
                                Pegasus::Boolean includeClassOrigin,
-                               const Pegasus::CIMPropertyList& propertyList) override;
+                               const Pegasus::CIMPropertyList& propertyList) override {
+        return serveGetClass(Route::ServerHandle, nameSpace, className, localOnly,
+                             includeQualifiers, includeClassOrigin, propertyList);
+    }
     Pegasus::CIMInstance getInstance(const Pegasus::OperationContext&,
                                      const Pegasus::CIMNamespaceName& nameSpace,
-                                     const Pegasus::CIMObjectPath& instanceName,
-                                     Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
+                                     const Pegasus::CIMObjectPath& instanceName, Pegasus::Boolean,
+                                     Pegasus::Boolean includeQualifiers,
                                      Pegasus::Boolean includeClassOrigin,
-                                     const Pegasus::CIMPropertyList& propertyList) override;
+                                     const Pegasus::CIMPropertyList& propertyList) override {
+        return serveGetInstance(Route::ServerHandle, nameSpace, instanceName, includeQualifiers,
+                                includeClassOrigin, propertyList);
+    }
     Pegasus::Array<Pegasus::CIMInstance>
     enumerateInstances(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName& nameSpace,
-                       const Pegasus::CIMName& className, Pegasus::Boolean deepInheritance,
-                       Pegasus::Boolean localOnly, Pegasus::Boolean includeQualifiers,
-                       Pegasus::Boolean includeClassOrigin,
-                       const Pegasus::CIMPropertyList& propertyList) override;
+                       const Pegasus::CIMName& className, Pegasus::Boolean, Pegasus::Boolean,
+                       Pegasus::Boolean includeQualifiers, Pegasus::Boolean includeClassOrigin,
+                       const Pegasus::CIMPropertyList& propertyList) override {
+        return serveEnumerateInstances(Route::ServerHandle, nameSpace, className, includeQualifiers,
+                                       includeClassOrigin, propertyList);
+    }
     Pegasus::Array<Pegasus::CIMObjectPath>
     enumerateInstanceNames(const Pegasus::OperationContext&,
                            const Pegasus::CIMNamespaceName& nameSpace,
-                           const Pegasus::CIMName& className) override;
+                           const Pegasus::CIMName& className) override {
+        return serveEnumerateInstanceNames(Route::ServerHandle, nameSpace, className);
+    }
     Pegasus::CIMValue getProperty(const Pegasus::OperationContext&,
                                   const Pegasus::CIMNamespaceName& nameSpace,
                                   const Pegasus::CIMObjectPath& instanceName,
-                                  const Pegasus::CIMName& propertyName) override;
+                                  const Pegasus::CIMName& propertyName) override {
+        return serveGetProperty(Route::ServerHandle, nameSpace, instanceName, propertyName);
+    }
     Pegasus::CIMValue invokeMethod(const Pegasus::OperationContext&,
                                    const Pegasus::CIMNamespaceName& nameSpace,
                                    const Pegasus::CIMObjectPath& instanceName,
                                    const Pegasus::CIMName& methodName,
-                                   const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
-                                   Pegasus::Array<Pegasus::CIMParamValue>& outParameters) override;
+                                   const Pegasus::Array<Pegasus::CIMParamValue>&,
+                                   Pegasus::Array<Pegasus::CIMParamValue>& outParameters) override {
+        return serveInvokeMethod(Route::ServerHandle, nameSpace, instanceName, methodName,
+                                 outParameters);
+    }
 
     // Not served: CIM_ERR_NOT_SUPPORTED.
+    [[noreturn]] static void notSupported() {
+        throw Pegasus::CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED);
+    }
     void setProperty(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
                      const Pegasus::CIMObjectPath&, const Pegasus::CIMName&,
-                     const Pegasus::CIMValue&) override;
+                     const Pegasus::CIMValue&) override {
+        notSupported();
+    }
     void modifyInstance(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
                         const Pegasus::CIMInstance&, Pegasus::Boolean,
-                        const Pegasus::CIMPropertyList&) override;
+                        const Pegasus::CIMPropertyList&) override {
+        notSupported();
+    }
     Pegasus::CIMObjectPath createInstance(const Pegasus::OperationContext&,
                                           const Pegasus::CIMNamespaceName&,
-                                          const Pegasus::CIMInstance&) override;
+                                          const Pegasus::CIMInstance&) override {
+        notSupported();
+    }
     void deleteInstance(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
-                        const Pegasus::CIMObjectPath&) override;
+                        const Pegasus::CIMObjectPath&) override {
+        notSupported();
+    }
     Pegasus::Array<Pegasus::CIMObject>
     associators(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
                 const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::CIMName&,
                 const Pegasus::String&, const Pegasus::String&, Pegasus::Boolean, Pegasus::Boolean,
-                const Pegasus::CIMPropertyList&) override;
+                const Pegasus::CIMPropertyList&) override {
+        notSupported();
+    }
     Pegasus::Array<Pegasus::CIMObjectPath>
     associatorNames(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
                     const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::CIMName&,
-                    const Pegasus::String&, const Pegasus::String&) override;
+                    const Pegasus::String&, const Pegasus::String&) override {
+        notSupported();
+    }
     Pegasus::Array<Pegasus::CIMObject>
     references(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
                const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::String&,
-               Pegasus::Boolean, Pegasus::Boolean, const Pegasus::CIMPropertyList&) override;
+               Pegasus::Boolean, Pegasus::Boolean, const Pegasus::CIMPropertyList&) override {
+        notSupported();
+    }
     Pegasus::Array<Pegasus::CIMObjectPath> referenceNames(const Pegasus::OperationContext&,
                                                           const Pegasus::CIMNamespaceName&,
                                                           const Pegasus::CIMObjectPath&,
                                                           const Pegasus::CIMName&,
-                                                          const Pegasus::String&) override;
+                                                          const Pegasus::String&) override {
+        notSupported();
+    }
 
 private:
     void enter(Route route, const std::string& operation,

@@ -6,6 +6,7 @@
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/ResponseHandler.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,10 @@ namespace ksv::test {
 class ResponseRecord {
 public:
     const std::vector<std::string>& events() const { return _events; }
-    bool processingCalled() const { return count("processing") > 0; }
     bool completeCalled() const { return count("complete") > 0; }
-    size_t count(const std::string& event) const;
+    size_t count(const std::string& event) const {
+        return static_cast<size_t>(std::count(_events.begin(), _events.end(), event));
+    }
 
 protected:
     void note(const char* event) { _events.push_back(event); }
@@ -32,36 +34,28 @@ public:
     void complete() override { note("complete"); }
 };
 
-class RecordingInstanceHandler : public Pegasus::InstanceResponseHandler, public ResponseRecord {
+template <typename Handler, typename Result>
+class RecordingHandler : public Handler, public ResponseRecord {
 public:
     void processing() override { note("processing"); }
     void complete() override { note("complete"); }
-    void deliver(const Pegasus::CIMInstance& instance) override;
-    void deliver(const Pegasus::Array<Pegasus::CIMInstance>& instances) override;
+    void deliver(const Result& result) override {
+        note("deliver");
+        delivered.push_back(result);
+    }
+    void deliver(const Pegasus::Array<Result>& results) override {
+        for (Pegasus::Uint32 i = 0; i < results.size(); i++)
+            deliver(results[i]);
+    }
 
-    std::vector<Pegasus::CIMInstance> delivered;
+    std::vector<Result> delivered;
 };
 
-class RecordingObjectPathHandler : public Pegasus::ObjectPathResponseHandler,
-                                   public ResponseRecord {
-public:
-    void processing() override { note("processing"); }
-    void complete() override { note("complete"); }
-    void deliver(const Pegasus::CIMObjectPath& path) override;
-    void deliver(const Pegasus::Array<Pegasus::CIMObjectPath>& paths) override;
-
-    std::vector<Pegasus::CIMObjectPath> delivered;
-};
-
-class RecordingObjectHandler : public Pegasus::ObjectResponseHandler, public ResponseRecord {
-public:
-    void processing() override { note("processing"); }
-    void complete() override { note("complete"); }
-    void deliver(const Pegasus::CIMObject& object) override;
-    void deliver(const Pegasus::Array<Pegasus::CIMObject>& objects) override;
-
-    std::vector<Pegasus::CIMObject> delivered;
-};
+using RecordingInstanceHandler =
+    RecordingHandler<Pegasus::InstanceResponseHandler, Pegasus::CIMInstance>;
+using RecordingObjectPathHandler =
+    RecordingHandler<Pegasus::ObjectPathResponseHandler, Pegasus::CIMObjectPath>;
+using RecordingObjectHandler = RecordingHandler<Pegasus::ObjectResponseHandler, Pegasus::CIMObject>;
 
 } // namespace ksv::test
 

@@ -148,7 +148,7 @@ TEST_F(AssociationShapeTest, EachAssociationServesOrRefusesByItsOwnRules) {
         SCOPED_TRACE(std::string(row.provider) + " " + row.object + " role=" + row.role +
                      " resultRole=" + row.resultRole +
                      " resultClass=" + (row.resultClass ? row.resultClass : "(null)"));
-        RunningProvider provider(harness, row.provider);
+        DiskProvider provider(harness, row.provider);
         harness.clearLog();
         Query query;
         query.resultClass = row.resultClass;
@@ -195,7 +195,7 @@ TEST_F(AssociationShapeTest, RefusalsAreLoggedInEachProvidersOwnWords) {
          "GroupComponent, resultClass =  \n"}};
     for (const RejectionLine& expected : lines) {
         SCOPED_TRACE(expected.line);
-        RunningProvider provider(harness, expected.provider);
+        DiskProvider provider(harness, expected.provider);
         harness.clearLog();
         Query query;
         query.role = expected.role;
@@ -302,7 +302,7 @@ TEST_F(AssociationShapeTest, RequestsAreTracedInEachProvidersOwnWords) {
           "<--KSV_AssociatedPrimordialDisksProvider::references\n"}}};
     for (const Trace& trace : traces) {
         SCOPED_TRACE(trace.lines.front());
-        RunningProvider provider(harness, trace.provider);
+        DiskProvider provider(harness, trace.provider);
         harness.clearLog();
         trace.request(provider);
         EXPECT_TRUE(logged(harness.logTexts(4), trace.lines));
@@ -314,7 +314,7 @@ TEST_F(AssociationShapeTest, RefusedUserIsDeniedBeforeTheArrayIsRead) {
     auditor.user = "auditor";
     for (const char* name : PROVIDERS) {
         SCOPED_TRACE(name);
-        RunningProvider provider(harness, name);
+        DiskProvider provider(harness, name);
         const std::vector<std::function<void()>> requests = {
             [&] { provider.associators(paths.disk(D0), auditor); },
             [&] { provider.associatorNames(paths.disk(D0), auditor); },
@@ -341,7 +341,7 @@ TEST_F(AssociationShapeTest, GetInstanceWantsExactlyTwoKeys) {
     const CIMObjectPath threeKeys(String(), CIMNamespaceName("root/ksv"), "KSV_SystemDisk", keys);
     for (const std::string name : PROVIDERS) {
         SCOPED_TRACE(name);
-        RunningProvider provider(harness, name);
+        DiskProvider provider(harness, name);
         harness.clearLog();
         EXPECT_EQ(failureOf([&] { provider.getInstance(threeKeys); }),
                   "CIM_ERR_INVALID_PARAMETER: " + name + " Expect two keys.");

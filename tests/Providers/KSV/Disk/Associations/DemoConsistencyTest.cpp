@@ -61,7 +61,7 @@ protected:
     }
 
     ProviderHarness harness{"demo.json"};
-    RunningProvider provider{harness, GetParam()};
+    DiskProvider provider{harness, GetParam()};
 
 private:
     std::map<std::string, std::vector<CIMObjectPath>> _references;

@@ -20,7 +20,7 @@ protected:
 };
 
 TEST_F(DiskComponentTest, PackageAndExtentNameTheirDiskWhichNamesThemBack) {
-    RunningProvider realizes(harness, "KSV_DiskPackageRealizesProvider");
+    DiskProvider realizes(harness, "KSV_DiskPackageRealizesProvider");
     EXPECT_TRUE(
         sameObjects(realizes.associatorNames(paths.disk(D0)).delivered, {paths.package(D0)}));
     EXPECT_TRUE(
@@ -32,7 +32,7 @@ TEST_F(DiskComponentTest, PackageAndExtentNameTheirDiskWhichNamesThemBack) {
         EXPECT_TRUE(joins(names[0], "Antecedent", paths.package(D0), "Dependent", paths.disk(D0)));
     }
 
-    RunningProvider present(harness, "KSV_DiskPresentProvider");
+    DiskProvider present(harness, "KSV_DiskPresentProvider");
     EXPECT_TRUE(
         sameObjects(pathsOf(present.associators(paths.disk(D2)).delivered), {paths.extent(D2)}));
     EXPECT_TRUE(
@@ -76,7 +76,7 @@ TEST_F(DiskComponentTest, MissingKeysFailEveryRequestOfPackageMagazineAndExtent)
          "KSV_MagazineContainerProvider Tag key not found."}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.message);
-        RunningProvider provider(harness, c.provider);
+        DiskProvider provider(harness, c.provider);
         const std::string failure = std::string("CIM_ERR_INVALID_PARAMETER: ") + c.message;
         EXPECT_EQ(failureOf([&] { provider.associators(c.objectName); }), failure);
         EXPECT_EQ(failureOf([&] { provider.associatorNames(c.objectName); }), failure);
@@ -86,7 +86,7 @@ TEST_F(DiskComponentTest, MissingKeysFailEveryRequestOfPackageMagazineAndExtent)
 }
 
 TEST_F(DiskComponentTest, IdentityRunsOnEveryDiskWhoseVersionItContains) {
-    RunningProvider software(harness, "KSV_DiskSoftwareProvider");
+    DiskProvider software(harness, "KSV_DiskSoftwareProvider");
     const std::pair<const char*, std::vector<CIMObjectPath>> runs[] = {{"4.02", disks({D0, D1})},
                                                                        {"4.0", disks({D0})},
                                                                        {"2.10", disks({D4, D5})},
@@ -125,7 +125,7 @@ TEST_F(DiskComponentTest, IdentityRunsOnEveryDiskWhoseVersionItContains) {
 }
 
 TEST_F(DiskComponentTest, MagazineHoldsThePackagesOfItsPresentDisks) {
-    RunningProvider container(harness, "KSV_MagazineContainerProvider");
+    DiskProvider container(harness, "KSV_MagazineContainerProvider");
     EXPECT_TRUE(sameObjects(container.associatorNames(paths.magazine("cage0:0")).delivered,
                             {paths.package(D0), paths.package(D1)}));
     EXPECT_TRUE(sameObjects(container.associatorNames(paths.magazine("cage0:1")).delivered,

@@ -23,7 +23,7 @@ protected:
 
     ProviderHarness harness{TEST_MODEL};
     ModelPaths paths{harness};
-    RunningProvider provider{harness, PROVIDER};
+    DiskProvider provider{harness, PROVIDER};
 };
 
 TEST_F(PrimordialDisksTest, PoolHoldsThePresentDisksUpToHealth19AndTheyNameIt) {

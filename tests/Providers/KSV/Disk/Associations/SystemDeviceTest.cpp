@@ -36,7 +36,7 @@ protected:
 
     ProviderHarness harness{TEST_MODEL};
     ModelPaths paths{harness};
-    RunningProvider provider{harness, GetParam().provider};
+    DiskProvider provider{harness, GetParam().provider};
 };
 
 TEST_P(SystemDeviceTest, TheSystemHasEveryPresentDiskAndEachDiskTheSystem) {

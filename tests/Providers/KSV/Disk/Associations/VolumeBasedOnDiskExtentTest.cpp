@@ -40,7 +40,7 @@ protected:
 
     ProviderHarness harness{TEST_MODEL};
     ModelPaths paths{harness};
-    RunningProvider provider{harness, PROVIDER};
+    DiskProvider provider{harness, PROVIDER};
 };
 
 TEST_F(VolumeBasedOnDiskExtentTest, EachVolumeDiskPairOnceWithTheChunkletRangeOfAllRuns) {
@@ -117,7 +117,7 @@ TEST_F(VolumeBasedOnDiskExtentTest, EachSideIsReadFromItsOwnMaps) {
 }
 
 TEST_F(VolumeBasedOnDiskExtentTest, FarInstancesComeFromTheServer) {
-    RunningProvider extents(harness, "KSV_DiskStorageExtentProvider", "KSV_DiskStorageExtent");
+    DiskProvider extents(harness, "KSV_DiskStorageExtentProvider", "KSV_DiskStorageExtent");
     for (const CIMInstance& extent : extents.enumerateInstances().delivered)
         harness.server().putInstance(CIMNamespaceName("root/ksv"), extent);
     EXPECT_TRUE(sameObjects(pathsOf(provider.associators(paths.volume(VOL0)).delivered),
@@ -225,7 +225,7 @@ protected:
         EXPECT_FALSE(error.has_value()) << (error ? error->describe() : "");
         ScopedCap cap(1);
         EXPECT_TRUE(cap.applied()) << "needs an unlimited hard address-space limit";
-        auto capped = std::make_unique<RunningProvider>(harness, PROVIDER);
+        auto capped = std::make_unique<DiskProvider>(harness, PROVIDER);
         harness.clearLog();
         harness.clearArrayCalls();
         return capped;

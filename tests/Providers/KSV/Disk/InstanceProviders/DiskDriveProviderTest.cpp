@@ -21,7 +21,7 @@ protected:
         return propertiesAt(provider, devicePath(deviceID), names);
     }
 
-    RunningProvider provider{harness, "KSV_DiskDriveProvider", "KSV_DiskDrive"};
+    DiskProvider provider{harness, "KSV_DiskDriveProvider", "KSV_DiskDrive"};
 };
 
 struct Mapping {
@@ -104,7 +104,7 @@ TEST_F(DiskDriveProviderTest, QuadPortSystemsKeepAPlaceForEachPathWithoutAPort) 
         { "id": 1, "wwn": "5000CCA0000000A1", "cage": "cage0", "magazine": 0, "position": 1,
           "paths": { "A1": { "lpid": "4:0:7", "primary": true }, "B": { "lpid": "7:15:7" } } }
       ] })");
-    RunningProvider quadPort(harness, "KSV_DiskDriveProvider", "KSV_DiskDrive");
+    DiskProvider quadPort(harness, "KSV_DiskDriveProvider", "KSV_DiskDrive");
     const std::vector<CIMInstance> instances = quadPort.enumerateInstances().delivered;
     ASSERT_EQ(instances.size(), 2u);
     const std::string names = "InitiatorPortA InitiatorPortB PrimaryPortPath";

@@ -23,7 +23,7 @@ CIMObjectPath packagePath(const std::string& tag) {
 using DiskObjectProvidersTest = MappingArrayTest;
 
 TEST_F(DiskObjectProvidersTest, PackagesCarryTheManufacturingDataAndAreFoundByTag) {
-    RunningProvider packages(harness, "KSV_DiskDrivePackageProvider", "KSV_DiskDrivePackage");
+    DiskProvider packages(harness, "KSV_DiskDrivePackageProvider", "KSV_DiskDrivePackage");
     const std::vector<CIMInstance> all = packages.enumerateInstances().delivered;
     ASSERT_EQ(all.size(), 5u);
     EXPECT_EQ(render(all[2], "CreationClassName Tag Manufacturer Model SerialNumber ElementName"),
@@ -59,8 +59,8 @@ TEST_F(DiskObjectProvidersTest, PackagesCarryTheManufacturingDataAndAreFoundByTa
 }
 
 TEST_F(DiskObjectProvidersTest, ExtentsCarryTheDiskSizesAndStatusUnderTheDisksNames) {
-    RunningProvider extents(harness, "KSV_DiskStorageExtentProvider", "KSV_DiskStorageExtent");
-    RunningProvider drives(harness, "KSV_DiskDriveProvider", "KSV_DiskDrive");
+    DiskProvider extents(harness, "KSV_DiskStorageExtentProvider", "KSV_DiskStorageExtent");
+    DiskProvider drives(harness, "KSV_DiskDriveProvider", "KSV_DiskDrive");
     const std::vector<CIMInstance> all = extents.enumerateInstances().delivered;
     const std::vector<CIMInstance> disks = drives.enumerateInstances().delivered;
     ASSERT_EQ(all.size(), 5u);
@@ -122,8 +122,8 @@ std::string arrayWithVersions(const Strings& versions) {
 }
 
 TEST_F(DiskObjectProvidersTest, OneIdentityPerVersionDescribedByItsFirstDisk) {
-    RunningProvider identities(harness, "KSV_DiskSoftwareIdentityProvider",
-                               "KSV_DiskSoftwareIdentity");
+    DiskProvider identities(harness, "KSV_DiskSoftwareIdentityProvider",
+                            "KSV_DiskSoftwareIdentity");
     const auto rendered = [&](const std::string& names) {
         std::string all;
         for (const CIMInstance& identity : identities.enumerateInstances().delivered)

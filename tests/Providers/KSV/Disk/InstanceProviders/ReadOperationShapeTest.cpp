@@ -74,7 +74,7 @@ protected:
     Answer run() { return run(kind().className); }
     size_t expectedCount() const { return operation() == "getInstance" ? 1 : kind().instanceCount; }
 
-    RunningProvider provider{harness, kind().provider};
+    DiskProvider provider{harness, kind().provider};
 };
 
 TEST_P(ReadOperationShapeTest, GateFirstThenEachDiskReadUnderTheSemaphore) {

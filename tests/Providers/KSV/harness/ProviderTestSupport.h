@@ -1,0 +1,227 @@
+// What the provider suites share: a provider run from initialize to terminate with its requests
+// going through recording handlers, the CIM error a request ends in, compact renderings of paths
+// and properties, and the simulated library's call log.
+#ifndef KSV_TESTS_PROVIDERTESTSUPPORT_H
+#define KSV_TESTS_PROVIDERTESTSUPPORT_H
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMProperty.h>
+#include <Pegasus/Common/CIMStatusCode.h>
+#include <Pegasus/Provider/CIMAssociationProvider.h>
+#include <Pegasus/Provider/CIMInstanceProvider.h>
+
+#include <ksvapi_sim.h>
+
+#include "ProviderHarness.h"
+#include "RecordingHandlers.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace ksv::test {
+
+using namespace Pegasus;
+using Strings = std::vector<std::string>;
+
+inline std::string text(const String& value) {
+    return std::string(value.getCString());
+}
+
+// "CIM_ERR_...: <message>" of the CIM error the request throws, or what else happened.
+inline std::string failureOf(const std::function<void()>& request) {
+    try {
+        request();
+    } catch (const CIMException& error) {
+        return std::string(cimStatusCodeToString(error.getCode())) + ": " +
+               text(error.getMessage());
+    } catch (...) {
+        return "another exception";
+    }
+    return "no exception";
+}
+
+// Library calls since the log was last cleared, "function(argument)".
+inline Strings arrayCalls() {
+    Strings calls;
+    for (const ksvsim::CallRecord& call : ksvsim::calls())
+        calls.push_back(call.function + "(" + call.argument + ")");
+    return calls;
+}
+
+inline size_t callCount(const std::string& function) {
+    const std::vector<ksvsim::CallRecord> calls = ksvsim::calls();
+    return static_cast<size_t>(std::count_if(
+        calls.begin(), calls.end(), [&](const auto& call) { return call.function == function; }));
+}
+
+template <typename Object>
+std::vector<CIMObjectPath> pathsOf(const std::vector<Object>& objects) {
+    std::vector<CIMObjectPath> paths;
+    for (const Object& object : objects)
+        paths.push_back(object.getPath());
+    return paths;
+}
+
+// "host root/ksv:Class Key=value ..." with the keys sorted by name.
+inline std::string render(const CIMObjectPath& path) {
+    std::map<std::string, std::string> keys;
+    for (Uint32 i = 0; i < path.getKeyBindings().size(); i++) {
+        const CIMKeyBinding& key = path.getKeyBindings()[i];
+        keys[text(key.getName().getString())] = text(key.getValue());
+    }
+    std::string rendered = text(path.getHost()) + " " + text(path.getNameSpace().getString()) +
+                           ":" + text(path.getClassName().getString());
+    for (const auto& [name, value] : keys)
+        rendered += " " + name + "=" + value;
+    return rendered;
+}
+
+// "Name=value ..." of the named properties: "absent", "null", arrays as "[a b]".
+inline std::string render(const CIMInstance& instance, const std::string& names) {
+    std::istringstream words(names);
+    std::string rendered;
+    for (std::string name; words >> name;) {
+        const Uint32 index = instance.findProperty(CIMName(name.c_str()));
+        std::string value = "absent";
+        if (index != PEG_NOT_FOUND) {
+            const CIMValue cimValue = instance.getProperty(index).getValue();
+            value = cimValue.isNull() ? "null" : text(cimValue.toString());
+            if (!cimValue.isNull() && cimValue.isArray())
+                value = "[" + value.substr(0, value.empty() ? 0 : value.size() - 1) + "]";
+        }
+        rendered += (rendered.empty() ? "" : " ") + name + "=" + value;
+    }
+    return rendered;
+}
+
+inline CIMObjectPath pathOf(const std::string& className,
+                            const std::vector<std::pair<std::string, std::string>>& keys,
+                            const std::string& host = "ksv-map.example.net") {
+    Array<CIMKeyBinding> bindings;
+    for (const auto& [name, value] : keys)
+        bindings.append(CIMKeyBinding(name.c_str(), value.c_str(), CIMKeyBinding::STRING));
+    return CIMObjectPath(host.c_str(), "root/ksv", className.c_str(), bindings);
+}
+
+// The optional parts of a request.
+struct Query {
+    const char* resultClass = nullptr;
+    const char* role = "";
+    const char* resultRole = "";
+    CIMPropertyList propertyList;
+    std::string user = "admin";
+    // The class an enumeration names, when not the one the provider was made for.
+    const char* className = nullptr;
+};
+
+inline Query byUser(const std::string& user) {
+    Query query;
+    query.user = user;
+    return query;
+}
+
+// A provider initialized against the harness's server as the CIM server does it, terminated (it
+// deletes itself) with this object; the requests go through recording handlers.
+class RunningProvider {
+public:
+    // servedClass: the class that enumerations name, as the server passes it.
+    RunningProvider(ProviderHarness& harness, CIMProvider* created,
+                    const char* servedClass = nullptr)
+        : _provider(created), _associations(dynamic_cast<CIMAssociationProvider*>(created)),
+          _instances(dynamic_cast<CIMInstanceProvider*>(created)),
+          _classReference(String(), CIMNamespaceName("root/ksv"), className(servedClass)) {
+        if (!_provider)
+            throw std::runtime_error("no such provider");
+        CIMOMHandle cimom = harness.cimom();
+        _provider->initialize(cimom);
+    }
+    ~RunningProvider() { _provider->terminate(); }
+    RunningProvider(const RunningProvider&) = delete;
+    RunningProvider& operator=(const RunningProvider&) = delete;
+
+    RecordingObjectHandler associators(const CIMObjectPath& objectName, const Query& query = {},
+                                       const char* associationClass = nullptr) {
+        RecordingObjectHandler handler;
+        _associations->associators(ProviderHarness::context(query.user), objectName,
+                                   className(associationClass), className(query.resultClass),
+                                   query.role, query.resultRole, false, false, query.propertyList,
+                                   handler);
+        return handler;
+    }
+    RecordingObjectPathHandler associatorNames(const CIMObjectPath& objectName,
+                                               const Query& query = {},
+                                               const char* associationClass = nullptr) {
+        RecordingObjectPathHandler handler;
+        _associations->associatorNames(ProviderHarness::context(query.user), objectName,
+                                       className(associationClass), className(query.resultClass),
+                                       query.role, query.resultRole, handler);
+        return handler;
+    }
+    RecordingObjectHandler references(const CIMObjectPath& objectName, const Query& query = {}) {
+        RecordingObjectHandler handler;
+        _associations->references(ProviderHarness::context(query.user), objectName,
+                                  className(query.resultClass), query.role, false, false,
+                                  query.propertyList, handler);
+        return handler;
+    }
+    RecordingObjectPathHandler referenceNames(const CIMObjectPath& objectName,
+                                              const Query& query = {}) {
+        RecordingObjectPathHandler handler;
+        _associations->referenceNames(ProviderHarness::context(query.user), objectName,
+                                      className(query.resultClass), query.role, handler);
+        return handler;
+    }
+    RecordingInstanceHandler getInstance(const CIMObjectPath& instanceName,
+                                         const Query& query = {}) {
+        RecordingInstanceHandler handler;
+        _instances->getInstance(ProviderHarness::context(query.user), instanceName, false, false,
+                                query.propertyList, handler);
+        return handler;
+    }
+    RecordingInstanceHandler enumerateInstances(const Query& query = {}) {
+        RecordingInstanceHandler handler;
+        enumerateInstances(handler, query);
+        return handler;
+    }
+    void enumerateInstances(InstanceResponseHandler& handler, const Query& query = {}) {
+        _instances->enumerateInstances(ProviderHarness::context(query.user), classReference(query),
+                                       false, false, query.propertyList, handler);
+    }
+    RecordingObjectPathHandler enumerateInstanceNames(const Query& query = {}) {
+        RecordingObjectPathHandler handler;
+        _instances->enumerateInstanceNames(ProviderHarness::context(query.user),
+                                           classReference(query), handler);
+        return handler;
+    }
+
+    // The provider itself, for what only its own class offers.
+    template <typename Provider>
+    Provider* as() const {
+        return dynamic_cast<Provider*>(_provider);
+    }
+
+private:
+    static CIMName className(const char* name) { return name ? CIMName(name) : CIMName(); }
+    CIMObjectPath classReference(const Query& query) const {
+        return query.className
+                   ? CIMObjectPath(String(), CIMNamespaceName("root/ksv"), query.className)
+                   : _classReference;
+    }
+
+    CIMProvider* _provider;
+    CIMAssociationProvider* _associations;
+    CIMInstanceProvider* _instances;
+    const CIMObjectPath _classReference;
+};
+
+} // namespace ksv::test
+
+#endif
