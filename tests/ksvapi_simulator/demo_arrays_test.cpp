@@ -42,23 +42,6 @@ TEST_F(DemoArray, DisksOfEveryTechnologyInFourCagesWithPrefixedFirmware) {
     EXPECT_EQ(versions, (std::set<std::string>{"2.1", "2.10", "3.1", "4.0", "4.02", "4.1"}));
 }
 
-TEST_F(DemoArray, EveryListedDeviceIdLeadsBackToItsDisk) {
-    api_DiskDeviceIDList_t list{};
-    ASSERT_EQ(getDiskDeviceIDs(API_ALL_DISK_IDS, &list), API_OK);
-    EXPECT_EQ(list.count, 37u);
-    for (uint32_t i = 0; i < list.count; ++i) {
-        int64_t selector = API_ALL_DISKS;
-        uint32_t diskId = API_ALL_DISK_IDS;
-        ASSERT_EQ(api_deReferenceDiskDeviceID(list.entries[i].deviceID, &selector, &diskId),
-                  API_OK);
-        EXPECT_EQ(diskId, list.entries[i].diskId);
-        const auto disks = readDisks(selector);
-        ASSERT_EQ(disks.size(), 1u);
-        EXPECT_STREQ(disks[0].deviceID, list.entries[i].deviceID);
-    }
-    freeDiskDeviceIDs(&list);
-}
-
 TEST_F(DemoArray, VolumeMapsAgreeWithTheDisks) {
     std::map<int32_t, uint64_t> wwnById;
     for (const api_Disk_t& disk : readDisks()) {
@@ -99,23 +82,6 @@ TEST_F(DemoArray, VolumeMapsAgreeWithTheDisks) {
 
 class OtherArrays : public SimulatorTest {};
 
-TEST_F(OtherArrays, SomeThirdAndFourthPathsOfTheQuadPortDemoHaveNoPort) {
-    ASSERT_FALSE(ksvsim::loadModelFile(examplePath("demo-quadport.json")));
-    int withoutPort = 0;
-    int missing = 0;
-    int withPort = 0;
-    for (const api_Disk_t& disk : readDisks()) {
-        for (const api_Loop_t* loop : {&disk.loopA1, &disk.loopB1}) {
-            withoutPort += loop->lpid == API_LPID_NONE;
-            missing += !disk.isAbsent && loop->lpid == 0;
-            withPort += loop->lpid != 0 && loop->lpid != API_LPID_NONE;
-        }
-    }
-    EXPECT_GT(withoutPort, 0);
-    EXPECT_GT(missing, 0);
-    EXPECT_GT(withPort, withoutPort + missing);
-}
-
 TEST_F(OtherArrays, GeneratedArrayLoadsWithEveryDiskAndVolume) {
     tools::GeneratorOptions options;
     options.disks = 500;
@@ -131,22 +97,6 @@ TEST_F(OtherArrays, GeneratedArrayLoadsWithEveryDiskAndVolume) {
     api_SystemInfo_t info{};
     ASSERT_EQ(api_getSystemInfo(&info), API_OK);
     EXPECT_EQ(info.isQuadPort, 1);
-}
-
-TEST_F(OtherArrays, GeneratorRepeatsItsSeedAndRefusesImpossibleOptions) {
-    tools::GeneratorOptions options;
-    options.disks = 100;
-    options.volumes = 50;
-    options.seed = 9;
-    const nlohmann::json first = tools::generateArray(options);
-    EXPECT_EQ(tools::generateArray(options), first);
-    options.seed = 10;
-    EXPECT_NE(tools::generateArray(options)["disks"], first["disks"]);
-    options.disks = 0;
-    EXPECT_THROW(tools::generateArray(options), std::invalid_argument);
-    options.disks = 2;
-    options.volumes = 100;
-    EXPECT_THROW(tools::generateArray(options), std::invalid_argument);
 }
 
 } // namespace

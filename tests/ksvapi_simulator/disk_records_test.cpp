@@ -161,20 +161,6 @@ TEST_F(DiskRecords, MalformedDeviceIdsAreNotParsed) {
     EXPECT_EQ(id, -7);
 }
 
-TEST_F(DiskRecords, UnknownDeviceIdOrSelectorFindsNothing) {
-    int64_t selector = API_ALL_DISKS;
-    uint32_t diskId = API_ALL_DISK_IDS;
-    EXPECT_EQ(api_deReferenceDiskDeviceID("5001517A0B1C2D30-id-5", &selector, &diskId),
-              API_E_NOT_FOUND);
-    EXPECT_EQ(selector, API_ALL_DISKS);
-    EXPECT_EQ(diskId, API_ALL_DISK_IDS);
-    api_DiskList_t list{};
-    EXPECT_EQ(api_getSystemDisks(0x5000000000000001, &list), API_E_NOT_FOUND);
-    EXPECT_EQ(list.count, 0u);
-    EXPECT_EQ(list.disks, nullptr);
-    EXPECT_EQ(api_getSystemDisks(API_ALL_DISKS, nullptr), API_E_INVALID);
-}
-
 TEST_F(DiskRecords, DeviceIdListsHoldPresentDisksWithTheirStatus) {
     api_DiskDeviceIDList_t list{};
     ASSERT_EQ(getDiskDeviceIDs(API_ALL_DISK_IDS, &list), API_OK);
@@ -227,17 +213,6 @@ TEST_F(DiskRecords, LocateSwitchesEveryDiskOfOneMagazineOnly) {
 
     ksvsim::useBuiltInModel();
     EXPECT_FALSE(locateStates()[0]) << "loading a model restores its LED states";
-}
-
-TEST_F(DiskRecords, LocateOfAnUnknownMagazineOrValueChangesNothing) {
-    const auto before = locateStates();
-    EXPECT_EQ(api_locateMagazine("cage9", 0, API_LOCATE_ON), API_E_NOT_FOUND);
-    EXPECT_EQ(api_locateMagazine("cage0", 2, API_LOCATE_ON), API_E_NOT_FOUND);
-    EXPECT_EQ(api_locateMagazine(nullptr, 0, API_LOCATE_ON), API_E_INVALID);
-    for (int value : {0, 2, 3, 254, 256, -1}) {
-        EXPECT_EQ(api_locateMagazine("cage0", 0, value), API_E_INVALID) << value;
-    }
-    EXPECT_EQ(locateStates(), before);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// System identity, addresses, ports, the status record and the rights of users.
+// System identity and addresses, and the rights of users.
 #include "simulator_test_support.h"
 
 #include <arpa/inet.h>
@@ -32,64 +32,6 @@ TEST_F(SystemIdentity, IdentityAndAddressesOfTheModel) {
     ASSERT_EQ(api_getSystemInfo(&info), API_OK);
     EXPECT_EQ(info.isQuadPort, 1);
     EXPECT_EQ(getNumberOfNodes(), 4);
-}
-
-TEST_F(SystemIdentity, ValidateConvertIpNormalisesAddressesOnly) {
-    const struct {
-        const char* text;
-        int family;
-        const char* normalised;
-    } cases[] = {
-        {"192.0.2.10", 2, "192.0.2.10"},
-        {"2001:DB8:0:0:0:0:0:A", 10, "2001:db8::a"},
-        {"::ffff:192.0.2.1", 10, "::ffff:192.0.2.1"},
-        {"fe80:0000::0001", 10, "fe80::1"},
-    };
-    for (const auto& c : cases) {
-        char normalised[API_IP_TEXT_SIZE] = "untouched";
-        EXPECT_EQ(validateConvertIP(c.text, normalised), c.family) << c.text;
-        EXPECT_STREQ(normalised, c.normalised) << c.text;
-    }
-    for (const char* text :
-         {"", "ksv-s1.example.net", "192.0.2", "192.0.2.256", "2001:db8:::1", "[2001:db8::a]"}) {
-        char normalised[API_IP_TEXT_SIZE] = "untouched";
-        EXPECT_EQ(validateConvertIP(text, normalised), -1) << text;
-        EXPECT_STREQ(normalised, "untouched") << text;
-    }
-    EXPECT_EQ(validateConvertIP(nullptr, nullptr), -1);
-}
-
-TEST_F(SystemIdentity, PortsAreFoundByWwnOrNameAndLocationsPacked) {
-    uint16_t lpid = 0;
-    ASSERT_EQ(api_getFCPortLPID(0x21210002AC00A001, &lpid), API_OK);
-    EXPECT_EQ(lpid, (1 << 7) | (2 << 3) | 1);
-    ASSERT_EQ(api_getiSCSIPortLPID("iqn.2000-05.net.example:ksv-s1.0.3.1", &lpid), API_OK);
-    EXPECT_EQ(lpid, (0 << 7) | (3 << 3) | 1);
-    lpid = 7;
-    EXPECT_EQ(api_getFCPortLPID(0x21210002AC00A002, &lpid), API_E_NOT_FOUND);
-    EXPECT_EQ(api_getiSCSIPortLPID("iqn.2000-05.net.example:other", &lpid), API_E_NOT_FOUND);
-    EXPECT_EQ(lpid, 7);
-
-    ASSERT_EQ(api_convertStrLPIDtoPortID("7:15:7", &lpid), API_OK);
-    EXPECT_EQ(lpid, 0x3FF);
-    ASSERT_EQ(api_convertStrLPIDtoPortID("1:6:1", &lpid), API_OK);
-    EXPECT_EQ(lpid, 0x0B1);
-    for (const char* text : {"", "1:6", "8:0:0", "0:16:0", "0:0:8", "1:6:1:0", "a:b:c", "-1:0:0"}) {
-        lpid = 99;
-        EXPECT_EQ(api_convertStrLPIDtoPortID(text, &lpid), API_E_INVALID) << text;
-        EXPECT_EQ(lpid, 99) << text;
-    }
-}
-
-TEST_F(SystemIdentity, StatusRecordKeepsCodeAndTextCutToFit) {
-    api_status_t status;
-    const std::string longText(400, 'x');
-    errinfo_set_str(&status, 29, longText.c_str());
-    EXPECT_EQ(status.code, 29);
-    EXPECT_EQ(std::string(status.text), longText.substr(0, sizeof status.text - 1));
-    api_initStatus(&status);
-    EXPECT_EQ(status.code, 0);
-    EXPECT_STREQ(status.text, "");
 }
 
 class UserRights : public SimulatorTest {};

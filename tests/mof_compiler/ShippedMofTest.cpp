@@ -1,14 +1,11 @@
-// The MOF shipped under mof/: it compiles, every property the providers set
-// resolves with the type they write, classes and associations have the bases
-// and keys their paths use, and the registration names what exists.
+// The MOF shipped under mof/: it compiles, classes and associations have the
+// bases and keys their paths use, only the locate indicator is writable, and the
+// registration names what exists.
 
 #include <map>
 #include <set>
-#include <sstream>
 
 #include <Pegasus/Common/Config.h>
-#include <Pegasus/Common/CIMMethod.h>
-#include <Pegasus/Common/CIMParameter.h>
 #include <Pegasus/Common/CIMProperty.h>
 
 #include "MofTestSupport.h"
@@ -59,60 +56,6 @@ TEST(ShippedMofFiles, EachNamespaceFileCompilesOverTheSchemaItNeeds) {
         for (const char* file : files)
             EXPECT_NO_THROW(compiler.compileFile(shippedMof(file))) << file;
         EXPECT_EQ(compiler.repository().enumerateNameSpaces().size(), 1u) << nameSpace;
-    }
-}
-
-// Every property the instance providers write, grouped by the type they write.
-TEST_F(ShippedMof, ProviderPropertiesResolveWithTheirTypes) {
-    const char* const drive = "KSV_DiskDrive";
-    const char* const extent = "KSV_DiskStorageExtent";
-    const char* const identity = "KSV_DiskSoftwareIdentity";
-    const struct {
-        const char* className;
-        const char* type;
-        const char* properties;
-    } rows[] = {
-        {drive, "string",
-         "SystemCreationClassName SystemName CreationClassName DeviceID Name ElementName "
-         "PrimaryPortPath"},
-        {drive, "string[]", "InitiatorPortA InitiatorPortB"},
-        {drive, "uint16",
-         "Position CageType OtherOperationalStatus Availability HealthState DeviceType "
-         "InterconnectType DiskType LocationIndicator FormFactor Encryption Temperature "
-         "StateOnLoopA StateOnLoopB AlpaOnLoopA AlpaOnLoopB SystemLED ESIState"},
-        {drive, "uint16[]", "OperationalStatus Capabilities"},
-        {drive, "uint32",
-         "ID ChunksNormalUsedOK ChunksNormalUsedFail ChunksNormalUnusedFree "
-         "ChunksNormalUnusedUninit ChunksNormalUnusedFail ChunksSpareUsedOK ChunksSpareUsedFail "
-         "ChunksSpareUnusedFree ChunksSpareUnusedUninit ChunksSpareUnusedFail WearLevelRemain "
-         "DiskSpeed RPM MediaType"},
-        {drive, "uint64",
-         "MaxMediaSize ChunkSize DefaultBlockSize MaxBlockSize MinBlockSize CorrectableReadErrors "
-         "UncorrectableReadErrors CorrectableWriteErrors UncorrectableWriteErrors"},
-        {drive, "boolean", "IsLDAllocateable IsESI"},
-        {"KSV_DiskDrivePackage", "string", "CreationClassName Tag Manufacturer Model SerialNumber"},
-        {identity, "string", "InstanceID Manufacturer VersionString"},
-        {identity, "uint16", "FirmwareStatus"},
-        {extent, "string", "SystemCreationClassName SystemName CreationClassName DeviceID"},
-        {extent, "string[]", "ExtentDiscriminator"},
-        {extent, "uint16", "Access HealthState"},
-        {extent, "uint16[]", "OperationalStatus ExtentStatus"},
-        {extent, "uint64", "BlockSize NumberOfBlocks ConsumableBlocks"},
-        {extent, "boolean", "Primordial"},
-        {"KSV_VolumeBasedOnDiskExtent", "uint64", "StartingAddress EndingAddress"},
-    };
-    for (const auto& row : rows) {
-        CIMClass cimClass = classIn(ksv, row.className);
-        std::istringstream names(row.properties);
-        for (std::string name; names >> name;) {
-            Uint32 index = cimClass.findProperty(name.c_str());
-            ASSERT_NE(index, PEG_NOT_FOUND) << row.className << "." << name;
-            CIMConstProperty property = cimClass.getProperty(index);
-            EXPECT_EQ(cimTypeToString(property.getType()) +
-                          std::string(property.isArray() ? "[]" : ""),
-                      row.type)
-                << row.className << "." << name;
-        }
     }
 }
 
@@ -182,37 +125,6 @@ TEST_F(ShippedMof, OnlyTheLocateIndicatorOfADiskIsWritable) {
             writable.push_back(utf8(property.getName().getString()));
     }
     EXPECT_EQ(writable, std::vector<std::string>{"LocationIndicator"});
-}
-
-TEST_F(ShippedMof, InternalCacheMethodsHaveOneOutputEach) {
-    CIMClass cache = classIn("root/PG_Internal", "KSV_InternalCache");
-    Array<CIMName> keys;
-    cache.getKeyNames(keys);
-    ASSERT_EQ(keys.size(), 1u);
-    EXPECT_EQ(utf8(keys[0].getString()), "InstanceID");
-    std::vector<std::string> signatures;
-    for (Uint32 i = 0; i < cache.getMethodCount(); ++i) {
-        CIMConstMethod method = cache.getMethod(i);
-        std::string signature = std::string(cimTypeToString(method.getType())) + " " +
-                                utf8(method.getName().getString()) + "(";
-        for (Uint32 j = 0; j < method.getParameterCount(); ++j) {
-            CIMConstParameter parameter = method.getParameter(j);
-            signature += "[IN(" + qualifierText(parameter, "In") + "), OUT(" +
-                         qualifierText(parameter, "Out") + ")] " +
-                         cimTypeToString(parameter.getType()) + " " +
-                         utf8(parameter.getName().getString());
-        }
-        signatures.push_back(signature + ")");
-    }
-    EXPECT_EQ(signatures,
-              (std::vector<std::string>{
-                  "uint32 GetSystemName([IN(FALSE), OUT(TRUE)] string SystemName)",
-                  "uint32 GetSystemID([IN(FALSE), OUT(TRUE)] uint32 SystemID)",
-                  "uint32 IsQuadPortSystem([IN(FALSE), OUT(TRUE)] uint8 IsQuadPort)",
-                  "uint32 GetSystemType([IN(FALSE), OUT(TRUE)] sint32 SystemType)",
-                  "uint32 GetSystemHostName([IN(FALSE), OUT(TRUE)] string SystemHostName)",
-                  "uint32 GetSystemAddress([IN(FALSE), OUT(TRUE)] string SystemAddress)",
-              }));
 }
 
 // The disk module with its twelve providers; every capability belongs to a

@@ -35,62 +35,6 @@ Array<CIMKeyBinding> keys(std::initializer_list<CIMKeyBinding> list) {
 }
 
 //------------------------------------------------------------------------------
-// Text form
-//------------------------------------------------------------------------------
-
-TEST(ObjectPathText, ParsedPathsPrintBackToTheSameText) {
-    for (const char* text :
-         {"//array1.example.com:5989/root/ksv:KSV_DiskDrive.CreationClassName=\"KSV_DiskDrive\","
-          "DeviceID=\"5000C500A1B2C3D4-id-7\"",
-          "//10.0.0.7/root/ksv:KSV_SystemDisk.GroupComponent=\"//h/root/ksv:KSV_StorageSystem."
-          "Name=\\\"S1\\\"\",PartComponent=\"KSV_DiskDrive.DeviceID=\\\"X\\\"\"",
-          "KSV_DiskDrive.Flag=FALSE,ID=-12,Mask=0xFF,Name=\"a\\\\b\\\"c\"",
-          "root/ksv:KSV_DiskDrive"}) {
-        const CIMObjectPath parsed = path(text);
-        EXPECT_EQ(text, utf8(parsed.toString()));
-        EXPECT_EQ(parsed.toString(), path(utf8(parsed.toString()).c_str()).toString());
-    }
-}
-
-TEST(ObjectPathText, BuiltPathsQuoteAndEscapeOnlyStringsAndReferences) {
-    const CIMObjectPath built(
-        "host1", CIMNamespaceName("root/ksv"), CIMName("KSV_Thing"),
-        keys({CIMKeyBinding(CIMName("Name"), "say \"hi\" \\o/", CIMKeyBinding::STRING),
-              CIMKeyBinding(CIMName("Count"), "3", CIMKeyBinding::NUMERIC),
-              CIMKeyBinding(CIMName("On"), "TRUE", CIMKeyBinding::BOOLEAN)}));
-    EXPECT_EQ("//host1/root/ksv:KSV_Thing.Count=3,Name=\"say \\\"hi\\\" \\\\o/\",On=TRUE",
-              utf8(built.toString()));
-    const CIMObjectPath parsed = path(utf8(built.toString()).c_str());
-    EXPECT_EQ("say \"hi\" \\o/", utf8(parsed.getKeyBindings()[1].getValue()));
-}
-
-TEST(ObjectPathText, ColonsAndDotsInsideValuesAreNotDelimiters) {
-    const CIMObjectPath parsed = path("KSV_Thing.ID=\"a:b.c=d,e\"");
-    EXPECT_TRUE(parsed.getNameSpace().isNull());
-    EXPECT_EQ("KSV_Thing", utf8(parsed.getClassName().getString()));
-    ASSERT_EQ(1u, parsed.getKeyBindings().size());
-    EXPECT_EQ("a:b.c=d,e", utf8(parsed.getKeyBindings()[0].getValue()));
-    EXPECT_EQ(CIMKeyBinding::STRING, parsed.getKeyBindings()[0].getType());
-}
-
-TEST(ObjectPathText, NestedReferencesAreStoredWithTheirKeysSorted) {
-    const CIMObjectPath parsed = path("A.R=\"B.z=1,Y=\\\"v\\\"\"");
-    ASSERT_EQ(1u, parsed.getKeyBindings().size());
-    EXPECT_EQ(CIMKeyBinding::REFERENCE, parsed.getKeyBindings()[0].getType());
-    EXPECT_EQ("B.Y=\"v\",z=1", utf8(parsed.getKeyBindings()[0].getValue()));
-}
-
-TEST(ObjectPathText, ClearAndAssignmentFromText) {
-    CIMObjectPath p = path("//h/root:A.k=1");
-    p.clear();
-    EXPECT_EQ("", utf8(p.toString()));
-    p = String("root:B.k=\"x\"");
-    EXPECT_EQ("root:B.k=\"x\"", utf8(p.toString()));
-    EXPECT_THROW(p = String("root:B.k="), MalformedObjectNameException);
-    EXPECT_EQ("", utf8(p.toString()));
-}
-
-//------------------------------------------------------------------------------
 // Parse errors
 //------------------------------------------------------------------------------
 

@@ -49,16 +49,6 @@ TEST(ExceptionMessages, MessageParmsFillNumberedArguments) {
               utf8(MalformedObjectNameException(reason).getMessage()));
 }
 
-TEST(ExceptionCopies, AssignmentReplacesTheMessageAndDefaultsAreEmpty) {
-    Exception original("first");
-    Exception copy(original);
-    copy = Exception("second");
-    EXPECT_EQ("first", utf8(original.getMessage()));
-    EXPECT_EQ("second", utf8(copy.getMessage()));
-    EXPECT_EQ(CIM_ERR_SUCCESS, CIMException().getCode());
-    EXPECT_EQ("", utf8(CIMException().getMessage()));
-}
-
 TEST(CIMExceptionTracing, MacroRecordsFileAndLine) {
     // clang-format off
     const Uint32 line = __LINE__; TraceableCIMException e = PEGASUS_CIM_EXCEPTION(CIM_ERR_ACCESS_DENIED, "Insufficient privilege");

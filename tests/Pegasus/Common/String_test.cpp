@@ -2,8 +2,7 @@
 #include <Pegasus/Common/String.h>
 #include <Pegasus/Common/InternalException.h>
 
-#include <cstring>
-#include <sstream>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -108,26 +107,6 @@ TEST(StringEditing, SubStringIsForgivingButRemoveAndIndexingCheckBounds) {
     r[1] = 'z';
     EXPECT_EQ("az", utf8(r));
     EXPECT_EQ(0, Uint16(r.getChar16Data()[2]));
-}
-
-TEST(StringEditing, AppendAndConcatenationBuildNewText) {
-    String s("ab");
-    s.append(Char16('c')).append(String("de"));
-    s.append(s);
-    EXPECT_EQ("abcdeabcde", utf8(s));
-    EXPECT_EQ("x-y", utf8(String("x") + "-" + String("y")));
-    String printed("n=");
-    printed.appendPrintf("%d/%s", 42, "ok");
-    EXPECT_EQ("n=42/ok", utf8(printed));
-    EXPECT_EQ("ab", utf8(String(String("abc"), 2)));
-    EXPECT_THROW(String(String("abc"), 4), IndexOutOfBoundsException);
-    String copy(s);
-    copy[0] = 'X';
-    s.clear();
-    EXPECT_TRUE(String::EMPTY == s);
-    std::ostringstream out;
-    out << copy;
-    EXPECT_EQ("Xbcdeabcde", out.str());
 }
 
 } // namespace

@@ -42,12 +42,6 @@ TEST_F(Identity, AnswersComeFromTheInternalCacheThroughTheLocalClient) {
     EXPECT_EQ(calls[3].target, "IsQuadPortSystem");
 }
 
-TEST(InternalCachePath, NamesTheLocalhostInstance) {
-    EXPECT_EQ(text(KSV_Common::buildInternalCacheObjectPath("localhost", "localhost").toString()),
-              "//localhost/root/PG_Internal:KSV_InternalCache.InstanceID=\"localhost-"
-              "InternalCache\"");
-}
-
 TEST_F(Identity, OutputNamedInAnotherCaseIsAcceptedOnEitherRoute) {
     harness.server().setCacheAnswer("GetSystemName", Route::LocalClient,
                                     {CacheAnswer::Kind::RenamedOutput, "systemname"});

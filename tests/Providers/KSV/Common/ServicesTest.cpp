@@ -1,4 +1,4 @@
-// The user gate, the semaphore discipline and the response-handler helpers.
+// The user gate and the semaphore discipline.
 #include "CommonTestSupport.h"
 
 #include <Pegasus/Common/MessageLoader.h>
@@ -76,47 +76,6 @@ TEST_F(Semaphore, CallRunsWhileHeldKeepsItsCodeOrExceptionAndIsFollowedByOnePost
     EXPECT_FALSE(ksvsim::semaphoreHeld());
     EXPECT_EQ(harness.arrayCalls(), (Strings{"cim_sem_wait", "cim_sem_post"}));
     EXPECT_EQ(ksvsim::semaphoreMisuseCount(), 0u);
-}
-
-// Each operation kind reaches exactly the handler of its kind, names operations with the
-// instance's path; an unknown kind is ignored.
-TEST(HandlerHelpers, EachOperationKindUsesTheHandlerOfItsKind) {
-    enum Expected { OBJECTS, PATHS, INSTANCES, NONE };
-    const struct {
-        cim_method_e method;
-        Expected handler;
-    } kinds[] = {{KSVCIM_ASSOCIATORS, OBJECTS},          {KSVCIM_ASSOCIATORNAMES, PATHS},
-                 {KSVCIM_REFERENCES, OBJECTS},           {KSVCIM_REFERENCENAMES, PATHS},
-                 {KSVCIM_GETINSTANCE, INSTANCES},        {KSVCIM_ENUMERATEINSTANCES, INSTANCES},
-                 {KSVCIM_ENUMERATEINSTANCENAMES, PATHS}, {static_cast<cim_method_e>(7), NONE}};
-    CIMInstance instance("KSV_DiskDrive");
-    instance.setPath(path("KSV_DiskDrive.DeviceID=\"X\""));
-    const std::vector<std::string> served = {"processing", "deliver", "complete"};
-    for (const auto& kind : kinds) {
-        RecordingObjectHandler objects;
-        RecordingObjectPathHandler paths;
-        RecordingInstanceHandler instances;
-        cim_handler_u handler;
-        if (kind.handler == OBJECTS)
-            handler.objectHandler = &objects;
-        else if (kind.handler == PATHS)
-            handler.objectPathHandler = &paths;
-        else
-            handler.instanceHandler = &instances; // an unknown kind must not use it
-
-        KSV_Common::handleProcessing(handler, kind.method);
-        KSV_Common::handleDeliver(handler, kind.method, instance);
-        KSV_Common::handleComplete(handler, kind.method);
-
-        SCOPED_TRACE(kind.method);
-        EXPECT_EQ(objects.events(), kind.handler == OBJECTS ? served : std::vector<std::string>());
-        EXPECT_EQ(paths.events(), kind.handler == PATHS ? served : std::vector<std::string>());
-        EXPECT_EQ(instances.events(),
-                  kind.handler == INSTANCES ? served : std::vector<std::string>());
-        if (kind.handler == PATHS) {
-            EXPECT_EQ(text(paths.delivered.at(0).toString()), "KSV_DiskDrive.DeviceID=\"X\"");
-        }
-    }
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// The instance cap, date-time conversions, random names, node pairs, identifiers, the
-// system's addresses and the controller-port conversions.
+// The instance cap, date-time conversions, the random-name guard, identifiers, the system's
+// addresses and the controller-port conversions.
 #include "CommonTestSupport.h"
 
 #include <sys/resource.h>
@@ -8,9 +8,7 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
-#include <set>
 
 namespace ksv::test {
 namespace {
@@ -100,11 +98,6 @@ TEST_F(InTimeZone, DateTimeConvertsBackAlsoInSummerTime) {
         EXPECT_EQ(KSV_Common::getDateTime(KSV_Common::getCIMDateTime(t)), t) << t;
 }
 
-TEST_F(InTimeZone, IntervalsConvertToZero) {
-    use("UTC0");
-    EXPECT_EQ(KSV_Common::getDateTime(CIMDateTime("00000001020304.000000:000")), 0);
-}
-
 TEST(FormatDateTime, ReadsTheFieldsAndRefusesNegativeOnes) {
     struct tm fields;
     EXPECT_GT(KSV_Common::_formatDateTime("20240229123456.000000+060", &fields), 0);
@@ -131,39 +124,11 @@ TEST_F(InTimeZone, ZoneLabelCountsWholeHoursAndCallsUtcMinus) {
     EXPECT_EQ(text(KSV_Common::getTimeZone()), "GMT+5");
 }
 
-TEST(RandomString, FillsAllButTheTerminatorFromTheAlphabet) {
-    char buffer[20];
-    memset(buffer, '#', sizeof(buffer));
-    KSV_Common::generate_random_string(buffer, 16);
-    EXPECT_EQ(strlen(buffer), 15u);
-    EXPECT_EQ(strspn(buffer, "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_"),
-              15u);
-    EXPECT_EQ(buffer[16], '#');
-
-    std::set<std::string> drawn;
-    for (int i = 0; i < 20; i++) {
-        KSV_Common::generate_random_string(buffer, 16);
-        drawn.insert(buffer);
-    }
-    EXPECT_EQ(drawn.size(), 20u);
-
-    const std::string before(buffer + 1, sizeof(buffer) - 1);
-    KSV_Common::generate_random_string(buffer, 1);
-    EXPECT_EQ(buffer[0], '\0');
-    EXPECT_EQ(std::string(buffer + 1, sizeof(buffer) - 1), before);
-}
-
 TEST(RandomStringDeathTest, EmptyBufferStopsTheProcess) {
     char buffer[4];
     EXPECT_DEATH(KSV_Common::generate_random_string(buffer, 0),
                  "Assertion point: file: KSV_Common, line: 5332");
     EXPECT_DEATH(KSV_Common::generate_random_string(nullptr, 4), "Assertion point");
-}
-
-TEST(NodePairs, TwoNodesAPairUpToEight) {
-    const int expected[] = {-1, 0, 0, 1, 1, 2, 2, 3, 3, -1};
-    for (int node = -1; node <= 8; node++)
-        EXPECT_EQ(KSV_Common::getNodePairIndex(node), expected[node + 1]) << node;
 }
 
 TEST(InstanceIDs, KeyFollowsTheFirstQuanorMarker) {

@@ -9,9 +9,6 @@
 
 #include <KSV_Common.h>
 
-#include <cctype>
-#include <set>
-
 namespace ksv::test {
 namespace {
 
@@ -102,23 +99,6 @@ TEST(InternalCacheService, OneServicePerProcessUntilDestroyed) {
     EXPECT_EQ(service->getPolicy(), 5u);
     KSV_InternalCacheService::destroy();
     EXPECT_EQ(KSV_Common::getPolicy(), 0u);
-}
-
-TEST(InternalCacheService, ClassesSpreadOverFourTablesWithoutRegardToCase) {
-    std::set<Uint32> used;
-    for (const char* name : {"KSV_DiskDrive", "KSV_DiskDrivePackage", "KSV_DiskStorageExtent",
-                             "KSV_DiskSoftwareIdentity", "KSV_SystemDisk", "KSV_SystemExtent",
-                             "KSV_DiskPresent", "KSV_DiskSoftware", "KSV_MagazineContainer",
-                             "KSV_StoragePool", "KSV_StorageVolume", "KSV_StorageSystem"}) {
-        std::string lower = name;
-        for (char& c : lower)
-            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        const Uint32 index = KSV_InternalCacheService::getClassHashArrayIndex(name);
-        EXPECT_LT(index, 4u);
-        EXPECT_EQ(KSV_InternalCacheService::getClassHashArrayIndex(lower.c_str()), index) << name;
-        used.insert(index);
-    }
-    EXPECT_GT(used.size(), 1u);
 }
 
 CIMPropertyList listOf(std::initializer_list<const char*> names) {

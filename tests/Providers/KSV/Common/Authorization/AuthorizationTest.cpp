@@ -226,7 +226,6 @@ const struct Case {
     const char* keys; // tails of the keys asked for, in order, joined by "|"
 } kCases[] = {
     {authorize_CreateOrModifyElemFromStoragePool, "", 0, "createvolume"},
-    {authorize_CreateOrModifyElemFromStoragePool, "Size ElementName", 0, "createvolume"},
     {authorize_CreateOrModifyElemFromStoragePool, "TheElement=base Size", 0, "growvolume"},
     {authorize_CreateOrModifyElemFromStoragePool, "ElementName TheElement=base Size", 0,
      "growvolume|setvolume"},
@@ -371,9 +370,6 @@ TEST_F(Authorization, TheFirstRefusalEndsTheCheck) {
          "growvolume|setvolume"},
         {"nobody", authorize_CreateOrModifyElemFromStoragePool, "TheElement=base Size ElementName",
          "growvolume"},
-        {"grower", authorize_DeleteStorageVolume, "TheElements=snap,base", "virtcopyvv"},
-        {"nobody", authorize_AllocatedFromStoragePoolModifyInstance,
-         "Antecedent=KSV_DynamicStoragePool Dependent=base", "modifyinstance.setcpg"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.user) + " " + c.params);
