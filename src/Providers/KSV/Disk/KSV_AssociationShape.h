@@ -325,16 +325,12 @@ public:
     template <typename Stream>
     void streamInstances(const OperationContext& context, const String& failurePrefix,
                          Stream&& stream) const {
-        KSV_AssociationShape::enter(_texts.enumerateInstances.entry, _texts, context);
-        KSV_AssociationShape::runGuarded(failurePrefix, stream);
-        log_message(4, "%s", _texts.enumerateInstances.exit);
+        _streamGuarded(_texts.enumerateInstances, context, failurePrefix, stream);
     }
     template <typename Stream>
     void streamInstanceNames(const OperationContext& context, const String& failurePrefix,
                              Stream&& stream) const {
-        KSV_AssociationShape::enter(_texts.enumerateInstanceNames.entry, _texts, context);
-        KSV_AssociationShape::runGuarded(failurePrefix, stream);
-        log_message(4, "%s", _texts.enumerateInstanceNames.exit);
+        _streamGuarded(_texts.enumerateInstanceNames, context, failurePrefix, stream);
     }
 
     bool isFirstEnd(const CIMObjectPath& path) const;
@@ -384,6 +380,14 @@ public:
     }
 
 private:
+    template <typename Stream>
+    void _streamGuarded(const KSV_TraceTexts& trace, const OperationContext& context,
+                        const String& failurePrefix, Stream& stream) const {
+        KSV_AssociationShape::enter(trace.entry, _texts, context);
+        KSV_AssociationShape::runGuarded(failurePrefix, stream);
+        log_message(4, "%s", trace.exit);
+    }
+
     const KSV_AssociationTexts& _texts;
     const KSV_AssociationRules& _rules;
     const KSV_AssociationEnds _ends;
