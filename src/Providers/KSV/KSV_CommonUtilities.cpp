@@ -98,9 +98,6 @@ time_t KSV_Common::getDateTime(const CIMDateTime& dateTime) {
     struct tm fields;
     if (_formatDateTime(text.getCString(), &fields) < 1)
         return 0;
-    // Let mktime decide on daylight saving time, so that a value made by getCIMDateTime
-    // converts back to the same time in summer too.
-    fields.tm_isdst = -1;
     const time_t t = mktime(&fields);
     if (t == time_t(-1))
         throw DateTimeOutOfRangeException(text);
