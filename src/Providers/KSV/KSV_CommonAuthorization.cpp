@@ -403,8 +403,8 @@ int authorize_ModifyReplicaSynchronization(const String& userName, const String&
     return retCode != 0 ? retCode : authorizeKeys(userName, ipAddr, keys);
 }
 
-// Returning a group's replicas to the pool removes the target group (when one is named) and
-// deletes the synced volumes: each needs its right.
+// Returning a group's replicas to the pool deletes the group and the synced volumes: each
+// needs its right, the group's always.
 int authorize_ModifyListSynchronization(const String& userName, const String& ipAddr,
                                         const Array<CIMParamValue>& inParameters) {
     Uint16 operation = 0;
@@ -413,13 +413,10 @@ int authorize_ModifyListSynchronization(const String& userName, const String& ip
     if (operation != kReturnToPool)
         return authorizeCode(userName, ipAddr, keyFor(kModifyListSynchronizationKeys, operation));
     Array<String> keys;
-    if (hasParameter(inParameters, "TargetGroup"))
-        keys.append(kDeleteGroupKey);
+    keys.append(kDeleteGroupKey);
     const int retCode = returnToPoolKeys(syncedElements(inParameters), keys);
     if (retCode != 0)
         return retCode;
-    if (keys.size() == 0)
-        return kNoOperationKey;
     return authorizeKeys(userName, ipAddr, keys);
 }
 
