@@ -9,9 +9,7 @@
 PEGASUS_NAMESPACE_BEGIN
 
 String KSV_Common::getUserName(const OperationContext& context) {
-    // A request without an identity is anonymous: the library decides on the empty name.
-    if (!context.contains(IdentityContainer::NAME))
-        return String();
+    // The server always names the caller; a context without an identity fails here.
     IdentityContainer identity(context.get(IdentityContainer::NAME));
     return identity.getUserName();
 }
