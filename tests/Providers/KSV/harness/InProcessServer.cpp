@@ -1,5 +1,7 @@
 #include "InProcessServer.h"
 
+#include "cimserver/InProcessAccess.h"
+
 #include <Pegasus/Common/CIMProperty.h>
 
 #include <ksvapi.h>
@@ -80,92 +82,54 @@ bool isInternalCache(const CIMNamespaceName& nameSpace, const CIMObjectPath& pat
            path.getClassName().equal(CIMName("KSV_InternalCache"));
 }
 
-// Serves one connection of CIMClient::connectLocal() from the server.
-class LocalConnection : public CIMClientBackend {
+// One route into the server, through the server's own in-process access: what the stand-in
+// does not serve fails as it does in a server that is not running.
+class RouteBackend : public ksv::server::ServerHandleBackend {
 public:
-    explicit LocalConnection(std::shared_ptr<InProcessServer> server)
-        : _server(std::move(server)) {}
+    RouteBackend(std::shared_ptr<InProcessServer> server, Route route)
+        : _server(std::move(server)), _route(route) {}
 
-    void setTimeout(Uint32) override {}
-    void disconnect() override {}
-
-    CIMClass getClass(const CIMNamespaceName& nameSpace, const CIMName& className,
-                      Boolean localOnly, Boolean includeQualifiers, Boolean includeClassOrigin,
-                      const CIMPropertyList& propertyList) override {
-        return _server->serveGetClass(Route::LocalClient, nameSpace, className, localOnly,
-                                      includeQualifiers, includeClassOrigin, propertyList);
+    CIMClass getClass(const OperationContext&, const CIMNamespaceName& nameSpace,
+                      const CIMName& className, Boolean localOnly, Boolean includeQualifiers,
+                      Boolean includeClassOrigin, const CIMPropertyList& propertyList) override {
+        return _server->serveGetClass(_route, nameSpace, className, localOnly, includeQualifiers,
+                                      includeClassOrigin, propertyList);
     }
-    CIMInstance getInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
-                            Boolean, Boolean includeQualifiers, Boolean includeClassOrigin,
+    CIMInstance getInstance(const OperationContext&, const CIMNamespaceName& nameSpace,
+                            const CIMObjectPath& instanceName, Boolean, Boolean includeQualifiers,
+                            Boolean includeClassOrigin,
                             const CIMPropertyList& propertyList) override {
-        return _server->serveGetInstance(Route::LocalClient, nameSpace, instanceName,
-                                         includeQualifiers, includeClassOrigin, propertyList);
+        return _server->serveGetInstance(_route, nameSpace, instanceName, includeQualifiers,
+                                         includeClassOrigin, propertyList);
     }
-    Array<CIMInstance> enumerateInstances(const CIMNamespaceName& nameSpace,
+    Array<CIMInstance> enumerateInstances(const OperationContext&,
+                                          const CIMNamespaceName& nameSpace,
                                           const CIMName& className, Boolean, Boolean,
                                           Boolean includeQualifiers, Boolean includeClassOrigin,
                                           const CIMPropertyList& propertyList) override {
-        return _server->serveEnumerateInstances(Route::LocalClient, nameSpace, className,
-                                                includeQualifiers, includeClassOrigin,
-                                                propertyList);
+        return _server->serveEnumerateInstances(_route, nameSpace, className, includeQualifiers,
+                                                includeClassOrigin, propertyList);
     }
-    Array<CIMObjectPath> enumerateInstanceNames(const CIMNamespaceName& nameSpace,
+    Array<CIMObjectPath> enumerateInstanceNames(const OperationContext&,
+                                                const CIMNamespaceName& nameSpace,
                                                 const CIMName& className) override {
-        return _server->serveEnumerateInstanceNames(Route::LocalClient, nameSpace, className);
+        return _server->serveEnumerateInstanceNames(_route, nameSpace, className);
     }
-    CIMValue getProperty(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
-                         const CIMName& propertyName) override {
-        return _server->serveGetProperty(Route::LocalClient, nameSpace, instanceName, propertyName);
+    CIMValue getProperty(const OperationContext&, const CIMNamespaceName& nameSpace,
+                         const CIMObjectPath& instanceName, const CIMName& propertyName) override {
+        return _server->serveGetProperty(_route, nameSpace, instanceName, propertyName);
     }
-    CIMValue invokeMethod(const CIMNamespaceName& nameSpace, const CIMObjectPath& instanceName,
-                          const CIMName& methodName, const Array<CIMParamValue>&,
+    CIMValue invokeMethod(const OperationContext&, const CIMNamespaceName& nameSpace,
+                          const CIMObjectPath& instanceName, const CIMName& methodName,
+                          const Array<CIMParamValue>&,
                           Array<CIMParamValue>& outParameters) override {
-        return _server->serveInvokeMethod(Route::LocalClient, nameSpace, instanceName, methodName,
+        return _server->serveInvokeMethod(_route, nameSpace, instanceName, methodName,
                                           outParameters);
-    }
-
-    Array<CIMName> enumerateClassNames(const CIMNamespaceName&, const CIMName&, Boolean) override {
-        InProcessServer::notSupported();
-    }
-    Array<CIMClass> enumerateClasses(const CIMNamespaceName&, const CIMName&, Boolean, Boolean,
-                                     Boolean, Boolean) override {
-        InProcessServer::notSupported();
-    }
-    void modifyInstance(const CIMNamespaceName&, const CIMInstance&, Boolean,
-                        const CIMPropertyList&) override {
-        InProcessServer::notSupported();
-    }
-    CIMObjectPath createInstance(const CIMNamespaceName&, const CIMInstance&) override {
-        InProcessServer::notSupported();
-    }
-    void deleteInstance(const CIMNamespaceName&, const CIMObjectPath&) override {
-        InProcessServer::notSupported();
-    }
-    void setProperty(const CIMNamespaceName&, const CIMObjectPath&, const CIMName&,
-                     const CIMValue&) override {
-        InProcessServer::notSupported();
-    }
-    Array<CIMObject> associators(const CIMNamespaceName&, const CIMObjectPath&, const CIMName&,
-                                 const CIMName&, const String&, const String&, Boolean, Boolean,
-                                 const CIMPropertyList&) override {
-        InProcessServer::notSupported();
-    }
-    Array<CIMObjectPath> associatorNames(const CIMNamespaceName&, const CIMObjectPath&,
-                                         const CIMName&, const CIMName&, const String&,
-                                         const String&) override {
-        InProcessServer::notSupported();
-    }
-    Array<CIMObject> references(const CIMNamespaceName&, const CIMObjectPath&, const CIMName&,
-                                const String&, Boolean, Boolean, const CIMPropertyList&) override {
-        InProcessServer::notSupported();
-    }
-    Array<CIMObjectPath> referenceNames(const CIMNamespaceName&, const CIMObjectPath&,
-                                        const CIMName&, const String&) override {
-        InProcessServer::notSupported();
     }
 
 private:
     std::shared_ptr<InProcessServer> _server;
+    const Route _route;
 };
 
 } // namespace
@@ -252,13 +216,18 @@ void InProcessServer::clearCalls() {
     _calls.clear();
 }
 
+std::shared_ptr<CIMOMHandleBackend> InProcessServer::serverHandle() {
+    return std::make_shared<RouteBackend>(shared_from_this(), Route::ServerHandle);
+}
+
 CIMClientConnector::LocalFactory InProcessServer::localConnector() {
     std::weak_ptr<InProcessServer> server = weak_from_this();
     return [server]() -> std::unique_ptr<CIMClientBackend> {
         std::shared_ptr<InProcessServer> alive = server.lock();
         if (!alive)
             return nullptr;
-        return std::make_unique<LocalConnection>(alive);
+        return std::make_unique<ksv::server::LocalClientConnection>(
+            std::make_shared<RouteBackend>(alive, Route::LocalClient));
     };
 }
 

@@ -1,8 +1,8 @@
 // An in-process stand-in for the CIM server that hosts the array's providers: it serves
 // classes from the shipped MOF, instances that other modules would serve from an editable
 // store, and the internal cache's identity methods from the simulated array. Providers reach
-// it through their CIMOMHandle (the server route) and through CIMClient::connectLocal() (the
-// local-client route).
+// it through the server's own in-process access: their CIMOMHandle (the server route) and
+// CIMClient::connectLocal() (the local-client route).
 #ifndef KSV_TESTS_INPROCESSSERVER_H
 #define KSV_TESTS_INPROCESSSERVER_H
 
@@ -60,8 +60,7 @@ struct ServerCall {
     std::string target;
 };
 
-class InProcessServer : public Pegasus::CIMOMHandleBackend,
-                        public std::enable_shared_from_this<InProcessServer> {
+class InProcessServer : public std::enable_shared_from_this<InProcessServer> {
 public:
     explicit InProcessServer(ksv::mof::ClassRepository classes);
 
@@ -89,6 +88,8 @@ public:
     std::vector<ServerCall> calls(const std::string& operation) const;
     void clearCalls();
 
+    // The backend of the providers' CIMOMHandle: the server route.
+    std::shared_ptr<Pegasus::CIMOMHandleBackend> serverHandle();
     // A factory for CIMClientConnector::setLocal: each connection serves the local route.
     Pegasus::CIMClientConnector::LocalFactory localConnector();
 
@@ -115,105 +116,6 @@ public:
                                         const Pegasus::CIMObjectPath& instanceName,
                                         const Pegasus::CIMName& methodName,
                                         Pegasus::Array<Pegasus::CIMParamValue>& outParameters);
-
-    // ---- CIMOMHandleBackend: the server route -----------------------------------------------
-    Pegasus::CIMClass getClass(const Pegasus::OperationContext&,
-                               const Pegasus::CIMNamespaceName& nameSpace,
-                               const Pegasus::CIMName& className, Pegasus::Boolean localOnly,
-                               Pegasus::Boolean includeQualifiers,
-                               Pegasus::Boolean includeClassOrigin,
-                               const Pegasus::CIMPropertyList& propertyList) override {
-        return serveGetClass(Route::ServerHandle, nameSpace, className, localOnly,
-                             includeQualifiers, includeClassOrigin, propertyList);
-    }
-    Pegasus::CIMInstance getInstance(const Pegasus::OperationContext&,
-                                     const Pegasus::CIMNamespaceName& nameSpace,
-                                     const Pegasus::CIMObjectPath& instanceName, Pegasus::Boolean,
-                                     Pegasus::Boolean includeQualifiers,
-                                     Pegasus::Boolean includeClassOrigin,
-                                     const Pegasus::CIMPropertyList& propertyList) override {
-        return serveGetInstance(Route::ServerHandle, nameSpace, instanceName, includeQualifiers,
-                                includeClassOrigin, propertyList);
-    }
-    Pegasus::Array<Pegasus::CIMInstance>
-    enumerateInstances(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName& nameSpace,
-                       const Pegasus::CIMName& className, Pegasus::Boolean, Pegasus::Boolean,
-                       Pegasus::Boolean includeQualifiers, Pegasus::Boolean includeClassOrigin,
-                       const Pegasus::CIMPropertyList& propertyList) override {
-        return serveEnumerateInstances(Route::ServerHandle, nameSpace, className, includeQualifiers,
-                                       includeClassOrigin, propertyList);
-    }
-    Pegasus::Array<Pegasus::CIMObjectPath>
-    enumerateInstanceNames(const Pegasus::OperationContext&,
-                           const Pegasus::CIMNamespaceName& nameSpace,
-                           const Pegasus::CIMName& className) override {
-        return serveEnumerateInstanceNames(Route::ServerHandle, nameSpace, className);
-    }
-    Pegasus::CIMValue getProperty(const Pegasus::OperationContext&,
-                                  const Pegasus::CIMNamespaceName& nameSpace,
-                                  const Pegasus::CIMObjectPath& instanceName,
-                                  const Pegasus::CIMName& propertyName) override {
-        return serveGetProperty(Route::ServerHandle, nameSpace, instanceName, propertyName);
-    }
-    Pegasus::CIMValue invokeMethod(const Pegasus::OperationContext&,
-                                   const Pegasus::CIMNamespaceName& nameSpace,
-                                   const Pegasus::CIMObjectPath& instanceName,
-                                   const Pegasus::CIMName& methodName,
-                                   const Pegasus::Array<Pegasus::CIMParamValue>&,
-                                   Pegasus::Array<Pegasus::CIMParamValue>& outParameters) override {
-        return serveInvokeMethod(Route::ServerHandle, nameSpace, instanceName, methodName,
-                                 outParameters);
-    }
-
-    // Not served: CIM_ERR_NOT_SUPPORTED.
-    [[noreturn]] static void notSupported() {
-        throw Pegasus::CIMException(Pegasus::CIM_ERR_NOT_SUPPORTED);
-    }
-    void setProperty(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
-                     const Pegasus::CIMObjectPath&, const Pegasus::CIMName&,
-                     const Pegasus::CIMValue&) override {
-        notSupported();
-    }
-    void modifyInstance(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
-                        const Pegasus::CIMInstance&, Pegasus::Boolean,
-                        const Pegasus::CIMPropertyList&) override {
-        notSupported();
-    }
-    Pegasus::CIMObjectPath createInstance(const Pegasus::OperationContext&,
-                                          const Pegasus::CIMNamespaceName&,
-                                          const Pegasus::CIMInstance&) override {
-        notSupported();
-    }
-    void deleteInstance(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
-                        const Pegasus::CIMObjectPath&) override {
-        notSupported();
-    }
-    Pegasus::Array<Pegasus::CIMObject>
-    associators(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
-                const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::CIMName&,
-                const Pegasus::String&, const Pegasus::String&, Pegasus::Boolean, Pegasus::Boolean,
-                const Pegasus::CIMPropertyList&) override {
-        notSupported();
-    }
-    Pegasus::Array<Pegasus::CIMObjectPath>
-    associatorNames(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
-                    const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::CIMName&,
-                    const Pegasus::String&, const Pegasus::String&) override {
-        notSupported();
-    }
-    Pegasus::Array<Pegasus::CIMObject>
-    references(const Pegasus::OperationContext&, const Pegasus::CIMNamespaceName&,
-               const Pegasus::CIMObjectPath&, const Pegasus::CIMName&, const Pegasus::String&,
-               Pegasus::Boolean, Pegasus::Boolean, const Pegasus::CIMPropertyList&) override {
-        notSupported();
-    }
-    Pegasus::Array<Pegasus::CIMObjectPath> referenceNames(const Pegasus::OperationContext&,
-                                                          const Pegasus::CIMNamespaceName&,
-                                                          const Pegasus::CIMObjectPath&,
-                                                          const Pegasus::CIMName&,
-                                                          const Pegasus::String&) override {
-        notSupported();
-    }
 
 private:
     void enter(Route route, const std::string& operation,

@@ -71,7 +71,7 @@ ProviderHarness::ProviderHarness(const std::string& model)
     if (const auto error = ksvsim::loadModelFile(modelPath(model)))
         throw std::runtime_error(error->describe());
     KSV_InternalCacheService::destroy();
-    CIMOMHandleBackend::setDefault(_server);
+    CIMOMHandleBackend::setDefault(_server->serverHandle());
     CIMClientConnector::setLocal(_server->localConnector());
     fillStore();
     _server->clearCalls();
@@ -87,7 +87,7 @@ ProviderHarness::~ProviderHarness() {
 }
 
 CIMOMHandle ProviderHarness::cimom() const {
-    return CIMOMHandle(_server);
+    return CIMOMHandle(_server->serverHandle());
 }
 
 OperationContext ProviderHarness::context(const std::string& userName) {
