@@ -1,0 +1,520 @@
+// End-to-end figures of CIM-XML enumerations over loopback, taken as a client that does not
+// decode: each client writes a raw HTTP request, then counts the bytes of the response as they
+// arrive. Per case it prints the time to the last byte, to the first byte and to the first
+// result element, the rate, and the server's resident memory before, at its peak and after;
+// then the same byte count sent by a trivial loopback sender, and the ratio to it.
+//
+//   cimxml_wire_bench --model array.json         starts the built ksv-cimserver over that model
+//   cimxml_wire_bench --url http://host:port --user U --password P [--pid PID]
+//                                                 measures a server that already runs (its
+//                                                 memory only when --pid names its process)
+//
+// Columns: items~ result elements seen in the raw bytes (one split by chunk framing is missed);
+// MB/cli response bytes per client; time_ms first request sent to last byte of all clients;
+// ttfb_ms and 1st_ms the slowest client's first byte and first result element; med_ms the
+// median client's time; MB/s all bytes over time_ms; cpu_ms the server's CPU time for the case;
+// base_ms the trivial sender's time for the same byte counts and ratio time_ms to it; rss0,
+// peak and rss1 the server's resident memory before, at most during, and after the case;
+// extra/enum (peak - rss0) per client.
+#include <CLI/CLI.hpp>
+
+#include <arpa/inet.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <mutex>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double millisecondsBetween(Clock::time_point from, Clock::time_point to) {
+    return std::chrono::duration<double, std::milli>(to - from).count();
+}
+
+// ---- The server measured
+// -------------------------------------------------------------------------
+
+struct Target {
+    std::string host = "127.0.0.1";
+    std::string port;
+    std::string nameSpace = "root/ksv";
+    std::string user = "admin";
+    std::string password = "admin-pw";
+    pid_t pid = 0;
+};
+
+void parseUrl(const std::string& url, Target& target) {
+    const std::string scheme = "http://";
+    if (url.compare(0, scheme.size(), scheme) != 0)
+        throw std::runtime_error("--url: only http://host:port is measured");
+    std::string rest = url.substr(scheme.size());
+    rest = rest.substr(0, rest.find('/'));
+    const std::size_t colon = rest.rfind(':');
+    if (colon == std::string::npos)
+        throw std::runtime_error("--url: the port is missing");
+    target.host = rest.substr(0, colon);
+    target.port = rest.substr(colon + 1);
+}
+
+// The built server over the model, on a port the system chooses; it prints where it listens.
+class StartedServer {
+public:
+    StartedServer(const std::string& binary, const std::string& model, Target& target) {
+        int output[2];
+        if (pipe(output) != 0)
+            throw std::runtime_error("pipe failed");
+        _pid = fork();
+        if (_pid == 0) {
+            dup2(output[1], STDOUT_FILENO);
+            close(output[0]);
+            execl(binary.c_str(), binary.c_str(), "--address", "127.0.0.1", "--port", "0",
+                  "--socket", "", "--array-model", model.c_str(), static_cast<char*>(nullptr));
+            _exit(127);
+        }
+        close(output[1]);
+        target.port = readPort(output[0]);
+        close(output[0]);
+        target.pid = _pid;
+    }
+    ~StartedServer() {
+        kill(_pid, SIGTERM);
+        waitpid(_pid, nullptr, 0);
+    }
+
+private:
+    static std::string readPort(int fd) {
+        std::string text;
+        char buffer[256];
+        const std::string marker = "http://127.0.0.1:";
+        for (ssize_t got; (got = read(fd, buffer, sizeof buffer)) > 0;) {
+            text.append(buffer, static_cast<std::size_t>(got));
+            const std::size_t at = text.find(marker);
+            const std::size_t end = at == std::string::npos ? at : text.find_first_of(" \n", at);
+            if (end != std::string::npos)
+                return text.substr(at + marker.size(), end - at - marker.size());
+        }
+        throw std::runtime_error("the server did not start: " + text);
+    }
+
+    pid_t _pid = 0;
+};
+
+// ---- Memory of the server process ---------------------------------------------------------------
+
+std::optional<long> statusKilobytes(pid_t pid, const char* field) {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.compare(0, std::strlen(field), field) == 0)
+            return std::stol(line.substr(std::strlen(field) + 1));
+    }
+    return std::nullopt;
+}
+
+// User plus system CPU time of the process so far, in milliseconds: on a busy machine a
+// steadier figure than the time a client waits.
+double cpuMilliseconds(pid_t pid) {
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string text((std::istreambuf_iterator<char>(stat)), std::istreambuf_iterator<char>());
+    std::istringstream fields(text.substr(text.rfind(')') + 2));
+    std::string field;
+    for (int i = 3; i < 14 && fields >> field; ++i) {
+    }
+    unsigned long long user = 0, system = 0;
+    fields >> user >> system;
+    return static_cast<double>(user + system) * 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+// Peak resident memory over a case: the kernel's high-water mark, reset at the start where the
+// process is ours to reset, and samples of the resident size every millisecond regardless.
+class MemoryWatch {
+public:
+    explicit MemoryWatch(pid_t pid) : _pid(pid) {
+        if (_pid == 0)
+            return;
+        _before = statusKilobytes(_pid, "VmRSS:").value_or(0);
+        _peak = _before;
+        _hwmReset = static_cast<bool>(std::ofstream("/proc/" + std::to_string(_pid) + "/clear_refs")
+                                      << "5");
+        _sampler = std::thread([this] {
+            while (!_stop.load()) {
+                _peak = std::max(_peak.load(), statusKilobytes(_pid, "VmRSS:").value_or(0));
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+        });
+    }
+    // The figures once the case is over and `settle` has passed.
+    struct Figures {
+        long beforeKb = 0, peakKb = 0, afterKb = 0;
+    };
+    Figures finish(std::chrono::milliseconds settle) {
+        if (_pid == 0)
+            return {};
+        _stop = true;
+        _sampler.join();
+        long peak = _peak.load();
+        if (_hwmReset)
+            peak = std::max(peak, statusKilobytes(_pid, "VmHWM:").value_or(0));
+        std::this_thread::sleep_for(settle);
+        return {_before, peak, statusKilobytes(_pid, "VmRSS:").value_or(0)};
+    }
+
+private:
+    pid_t _pid;
+    long _before = 0;
+    std::atomic<long> _peak{0};
+    bool _hwmReset = false;
+    std::atomic<bool> _stop{false};
+    std::thread _sampler;
+};
+
+// ---- Raw exchanges
+// -------------------------------------------------------------------------------
+
+std::string base64(const std::string& text) {
+    static const char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); i += 3) {
+        unsigned chunk = static_cast<unsigned char>(text[i]) << 16;
+        if (i + 1 < text.size())
+            chunk |= static_cast<unsigned char>(text[i + 1]) << 8;
+        if (i + 2 < text.size())
+            chunk |= static_cast<unsigned char>(text[i + 2]);
+        out += digits[(chunk >> 18) & 63];
+        out += digits[(chunk >> 12) & 63];
+        out += i + 1 < text.size() ? digits[(chunk >> 6) & 63] : '=';
+        out += i + 2 < text.size() ? digits[chunk & 63] : '=';
+    }
+    return out;
+}
+
+std::string namespaceElement(const std::string& nameSpace) {
+    std::string xml = "<LOCALNAMESPACEPATH>";
+    std::istringstream parts(nameSpace);
+    for (std::string part; std::getline(parts, part, '/');)
+        xml += "<NAMESPACE NAME=\"" + part + "\"/>";
+    return xml + "</LOCALNAMESPACEPATH>";
+}
+
+// The request as OpenPegasus' own client sends it, with the client's default arguments.
+std::string httpRequest(const Target& target, const std::string& operation,
+                        const std::string& className) {
+    const std::string body =
+        "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n"
+        "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\">"
+        "<SIMPLEREQ><IMETHODCALL NAME=\"" +
+        operation + "\">" + namespaceElement(target.nameSpace) +
+        "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"" + className +
+        "\"/></IPARAMVALUE></IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>\n";
+    return "POST /cimom HTTP/1.1\r\nHost: " + target.host + ":" + target.port +
+           "\r\nContent-Type: application/xml; charset=\"utf-8\"\r\nContent-Length: " +
+           std::to_string(body.size()) +
+           "\r\nConnection: close\r\nTE: trailers\r\nCIMOperation: MethodCall\r\nCIMMethod: " +
+           operation + "\r\nCIMObject: " + target.nameSpace + "\r\nAuthorization: Basic " +
+           base64(target.user + ":" + target.password) + "\r\n\r\n" + body;
+}
+
+int connectTo(const std::string& host, const std::string& port) {
+    addrinfo hints{};
+    hints.ai_socktype = SOCK_STREAM;
+    addrinfo* found = nullptr;
+    if (getaddrinfo(host.c_str(), port.c_str(), &hints, &found) != 0 || found == nullptr)
+        throw std::runtime_error("cannot resolve " + host + ":" + port);
+    const int fd = socket(found->ai_family, SOCK_STREAM, 0);
+    const bool connected = fd >= 0 && connect(fd, found->ai_addr, found->ai_addrlen) == 0;
+    freeaddrinfo(found);
+    if (!connected) {
+        if (fd >= 0)
+            close(fd);
+        throw std::runtime_error("cannot connect to " + host + ":" + port);
+    }
+    const int one = 1;
+    setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
+    return fd;
+}
+
+// Counts the occurrences of a marker in a stream that arrives in pieces.
+class MarkerCounter {
+public:
+    explicit MarkerCounter(std::string marker) : _marker(std::move(marker)) {}
+    // True when this piece completed the first occurrence.
+    bool feed(const char* data, std::size_t size) {
+        const std::size_t before = _count;
+        _window.append(data, size);
+        for (std::size_t at = 0; (at = _window.find(_marker, at)) != std::string::npos;
+             at += _marker.size())
+            ++_count;
+        _window.erase(0, _window.size() - std::min(_window.size(), _marker.size() - 1));
+        return before == 0 && _count > 0;
+    }
+    std::size_t count() const { return _count; }
+
+private:
+    std::string _marker;
+    std::string _window;
+    std::size_t _count = 0;
+};
+
+struct ExchangeFigures {
+    Clock::time_point sent, firstByte, firstItem, end;
+    std::size_t bytes = 0;
+    std::size_t items = 0;
+    std::string statusLine;
+    bool failed = false; // a CIM error, in the body or in a trailer
+};
+
+constexpr std::size_t kReceiveBytes = 256 * 1024;
+constexpr std::size_t kSampleBytes = 1024 * 1024;
+
+// One request on its own connection, read to the end. The first MiB of the response is kept in
+// `sample` when one is given.
+ExchangeFigures exchange(const Target& target, const std::string& request, const char* marker,
+                         std::string* sample) {
+    const int fd = connectTo(target.host, target.port);
+    ExchangeFigures figures;
+    MarkerCounter items(marker);
+    MarkerCounter errors("<ERROR");
+    MarkerCounter errorTrailer("CIMStatusCode:");
+    std::vector<char> buffer(kReceiveBytes);
+    figures.sent = Clock::now();
+    for (std::size_t written = 0; written < request.size();) {
+        const ssize_t put = write(fd, request.data() + written, request.size() - written);
+        if (put <= 0)
+            throw std::runtime_error("the request could not be sent");
+        written += static_cast<std::size_t>(put);
+    }
+    for (ssize_t got; (got = read(fd, buffer.data(), buffer.size())) > 0;) {
+        const auto size = static_cast<std::size_t>(got);
+        if (figures.bytes == 0)
+            figures.firstByte = Clock::now();
+        if (items.feed(buffer.data(), size))
+            figures.firstItem = Clock::now();
+        errors.feed(buffer.data(), size);
+        errorTrailer.feed(buffer.data(), size);
+        if (sample != nullptr && sample->size() < kSampleBytes)
+            sample->append(buffer.data(), std::min(size, kSampleBytes - sample->size()));
+        if (figures.statusLine.empty())
+            figures.statusLine = std::string(buffer.data(), std::min<std::size_t>(size, 64));
+        figures.bytes += size;
+    }
+    figures.end = Clock::now();
+    close(fd);
+    figures.statusLine = figures.statusLine.substr(0, figures.statusLine.find('\r'));
+    figures.items = items.count();
+    figures.failed = errors.count() != 0 || errorTrailer.count() > 1 ||
+                     figures.statusLine.find(" 200") == std::string::npos;
+    if (figures.items == 0)
+        figures.firstItem = figures.end;
+    return figures;
+}
+
+// Runs `work(i)` on `count` threads released together.
+template <typename Work>
+void inParallel(unsigned count, Work work) {
+    std::mutex mutex;
+    std::condition_variable released;
+    bool go = false;
+    std::vector<std::thread> threads;
+    for (unsigned i = 0; i < count; ++i) {
+        threads.emplace_back([&, i] {
+            {
+                std::unique_lock<std::mutex> lock(mutex);
+                released.wait(lock, [&] { return go; });
+            }
+            work(i);
+        });
+    }
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        go = true;
+    }
+    released.notify_all();
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+// ---- The baseline: a trivial loopback sender
+// -----------------------------------------------------
+
+// Sends `bytes` bytes, cycling `sample`, to each of `clients` connections at once; returns the
+// time from the first connection to the last byte read.
+double trivialSenderMilliseconds(const std::string& sample, std::size_t bytes, unsigned clients) {
+    const int listener = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    if (bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
+        listen(listener, SOMAXCONN) != 0 ||
+        getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        throw std::runtime_error("the trivial sender cannot listen");
+    const std::string port = std::to_string(ntohs(address.sin_port));
+    std::thread acceptor([&] {
+        std::vector<std::thread> senders;
+        for (unsigned i = 0; i < clients; ++i) {
+            const int fd = accept(listener, nullptr, nullptr);
+            senders.emplace_back([&, fd] {
+                for (std::size_t sent = 0; sent < bytes;) {
+                    const std::size_t offset = sent % sample.size();
+                    const ssize_t put = write(fd, sample.data() + offset,
+                                              std::min(sample.size() - offset, bytes - sent));
+                    if (put <= 0)
+                        break;
+                    sent += static_cast<std::size_t>(put);
+                }
+                close(fd);
+            });
+        }
+        for (std::thread& sender : senders)
+            sender.join();
+    });
+    const Clock::time_point start = Clock::now();
+    inParallel(clients, [&](unsigned) {
+        const int fd = connectTo("127.0.0.1", port);
+        std::vector<char> buffer(kReceiveBytes);
+        while (read(fd, buffer.data(), buffer.size()) > 0) {
+        }
+        close(fd);
+    });
+    const double elapsed = millisecondsBetween(start, Clock::now());
+    acceptor.join();
+    close(listener);
+    return elapsed;
+}
+
+// ---- Cases
+// ---------------------------------------------------------------------------------------
+
+struct Case {
+    std::string operation;
+    std::string className;
+    const char* marker;
+};
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+void printHeader() {
+    std::printf("%-46s %4s %6s %8s %8s %8s %6s %8s %8s %8s | %8s %6s | %7s %7s %7s %9s\n", "case",
+                "cli", "items~", "MB/cli", "time_ms", "ttfb_ms", "1st_ms", "med_ms", "MB/s",
+                "cpu_ms", "base_ms", "ratio", "rss0_MB", "peak_MB", "rss1_MB", "extra/enum");
+}
+
+void runCase(const Target& target, const Case& measured, unsigned clients,
+             std::chrono::milliseconds settle) {
+    const std::string request = httpRequest(target, measured.operation, measured.className);
+    std::string sample;
+    exchange(target, request, measured.marker, &sample); // warms the providers up
+    std::this_thread::sleep_for(settle);
+    std::vector<ExchangeFigures> figures(clients);
+    MemoryWatch memory(target.pid);
+    const double cpuBefore = target.pid != 0 ? cpuMilliseconds(target.pid) : 0;
+    const Clock::time_point start = Clock::now();
+    inParallel(clients, [&](unsigned i) {
+        figures[i] = exchange(target, request, measured.marker, nullptr);
+    });
+    const double wall = millisecondsBetween(start, Clock::now());
+    const double cpu = target.pid != 0 ? cpuMilliseconds(target.pid) - cpuBefore : 0;
+    const MemoryWatch::Figures rss = memory.finish(settle);
+
+    double ttfb = 0, firstItem = 0;
+    std::vector<double> times;
+    std::size_t bytes = 0;
+    bool failed = false;
+    for (const ExchangeFigures& each : figures) {
+        ttfb = std::max(ttfb, millisecondsBetween(each.sent, each.firstByte));
+        firstItem = std::max(firstItem, millisecondsBetween(each.sent, each.firstItem));
+        times.push_back(millisecondsBetween(each.sent, each.end));
+        bytes += each.bytes;
+        failed = failed || each.failed;
+    }
+    const double baseline = trivialSenderMilliseconds(sample, figures[0].bytes, clients);
+    const double megabytes = static_cast<double>(bytes) / 1e6;
+    std::printf("%-46s %4u %6zu %8.2f %8.1f %8.1f %6.1f %8.1f %8.1f %8.0f | %8.1f %6.1f | %7.1f "
+                "%7.1f "
+                "%7.1f %9.1f%s\n",
+                (measured.operation + " " + measured.className).c_str(), clients, figures[0].items,
+                megabytes / clients, wall, ttfb, firstItem, median(times),
+                megabytes / (wall / 1000), cpu, baseline, wall / baseline, rss.beforeKb / 1024.0,
+                rss.peakKb / 1024.0, rss.afterKb / 1024.0,
+                (rss.peakKb - rss.beforeKb) / 1024.0 / clients,
+                failed ? ("  FAILED: " + figures[0].statusLine).c_str() : "");
+    std::fflush(stdout);
+}
+
+std::vector<unsigned> parseClientCounts(const std::string& list) {
+    std::vector<unsigned> counts;
+    std::istringstream parts(list);
+    for (std::string part; std::getline(parts, part, ',');)
+        counts.push_back(static_cast<unsigned>(std::stoul(part)));
+    return counts;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("End-to-end CIM-XML enumerations over loopback, against a trivial sender");
+    Target target;
+    std::string url, model, server = KSV_CIMSERVER_BINARY, clientList = "1,8,32";
+    std::vector<std::string> classes = {"KSV_DiskDrive", "KSV_VolumeBasedOnDiskExtent"};
+    unsigned settleMs = 1000;
+    app.add_option("--model", model, "array model for the server this benchmark starts");
+    app.add_option("--server", server, "the server binary started over --model")
+        ->capture_default_str();
+    app.add_option("--url", url, "http://host:port of a running server, instead of --model");
+    app.add_option("--user", target.user)->capture_default_str();
+    app.add_option("--password", target.password)->capture_default_str();
+    app.add_option("--pid", target.pid, "process of the running server, for its memory");
+    app.add_option("--namespace", target.nameSpace)->capture_default_str();
+    app.add_option("--clients", clientList, "parallel clients per case, comma-separated")
+        ->capture_default_str();
+    app.add_option("--class", classes, "classes enumerated; repeatable")->capture_default_str();
+    app.add_option("--settle-ms", settleMs, "wait before reading the memory after each case")
+        ->capture_default_str();
+    CLI11_PARSE(app, argc, argv);
+    if (url.empty() == model.empty()) {
+        std::fprintf(stderr, "give either --model or --url\n");
+        return 2;
+    }
+    signal(SIGPIPE, SIG_IGN);
+    try {
+        std::optional<StartedServer> started;
+        if (!url.empty())
+            parseUrl(url, target);
+        else
+            started.emplace(server, model, target);
+        printHeader();
+        for (const std::string& className : classes) {
+            for (const Case& measured :
+                 {Case{"EnumerateInstances", className, "<VALUE.NAMEDINSTANCE>"},
+                  Case{"EnumerateInstanceNames", className, "<INSTANCENAME "}}) {
+                for (unsigned clients : parseClientCounts(clientList))
+                    runCase(target, measured, clients, std::chrono::milliseconds(settleMs));
+            }
+        }
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
