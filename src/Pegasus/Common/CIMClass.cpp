@@ -117,7 +117,7 @@ CIMQualifier CIMClass::getQualifier(Uint32 index) {
 }
 
 CIMConstQualifier CIMClass::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 void CIMClass::removeQualifier(Uint32 index) {
@@ -142,7 +142,7 @@ CIMProperty CIMClass::getProperty(Uint32 index) {
 }
 
 CIMConstProperty CIMClass::getProperty(Uint32 index) const {
-    return checkedRep(_rep).properties.at(index);
+    return constRep(_rep).properties.at(index);
 }
 
 void CIMClass::removeProperty(Uint32 index) {
@@ -167,7 +167,7 @@ CIMMethod CIMClass::getMethod(Uint32 index) {
 }
 
 CIMConstMethod CIMClass::getMethod(Uint32 index) const {
-    return checkedRep(_rep).methods.at(index);
+    return constRep(_rep).methods.at(index);
 }
 
 void CIMClass::removeMethod(Uint32 index) {
@@ -205,14 +205,18 @@ CIMInstance CIMClass::buildInstance(Boolean includeQualifiers, Boolean includeCl
     CIMObjectRep& instanceRep = *instance._rep;
     if (includeQualifiers) {
         for (Uint32 i = 0; i < rep.qualifiers.size(); i++)
-            instanceRep.qualifiers.add(rep.qualifiers.at(i).clone());
+            instanceRep.qualifiers.appendCopyOf(rep.qualifiers.at(i));
     }
     for (Uint32 i = 0; i < rep.properties.size(); i++) {
         const CIMProperty& classProperty = rep.properties.at(i);
-        if (propertyList.useThisProperty(classProperty.getName())) {
+        if (!propertyList.useThisProperty(classProperty.getName()))
+            continue;
+        // A whole copy of the class property is shared with the class until either changes.
+        if (includeQualifiers && includeClassOrigin)
+            instanceRep.properties.appendCopyOf(classProperty);
+        else
             instanceRep.properties.add(
                 instanceProperty(classProperty, includeQualifiers, includeClassOrigin));
-        }
     }
     return instance;
 }
@@ -264,7 +268,7 @@ Uint32 CIMConstClass::findQualifier(const CIMName& name) const {
 }
 
 CIMConstQualifier CIMConstClass::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 Uint32 CIMConstClass::getQualifierCount() const {
@@ -276,7 +280,7 @@ Uint32 CIMConstClass::findProperty(const CIMName& name) const {
 }
 
 CIMConstProperty CIMConstClass::getProperty(Uint32 index) const {
-    return checkedRep(_rep).properties.at(index);
+    return constRep(_rep).properties.at(index);
 }
 
 Uint32 CIMConstClass::getPropertyCount() const {
@@ -288,7 +292,7 @@ Uint32 CIMConstClass::findMethod(const CIMName& name) const {
 }
 
 CIMConstMethod CIMConstClass::getMethod(Uint32 index) const {
-    return checkedRep(_rep).methods.at(index);
+    return constRep(_rep).methods.at(index);
 }
 
 Uint32 CIMConstClass::getMethodCount() const {

@@ -29,6 +29,12 @@ Rep& checkedRep(const std::shared_ptr<Rep>& rep) {
     return *rep;
 }
 
+/** The same, for reading: member lists hand out shared members only to readers. */
+template <class Rep>
+const Rep& constRep(const std::shared_ptr<Rep>& rep) {
+    return checkedRep(rep);
+}
+
 /**
     How many member lists hold an element. An element that belongs to a list
     keeps its name, since lists find their members by name. A copied element
@@ -43,6 +49,7 @@ public:
     void add() { _count.fetch_add(1); }
     void drop() { _count.fetch_sub(1); }
     bool any() const { return _count.load() != 0; }
+    Uint32 count() const { return _count.load(); }
 
 private:
     std::atomic<Uint32> _count{0};
@@ -69,8 +76,14 @@ inline const CIMName& checkedName(const CIMName& name) {
 
 /**
     The named members of an element, in order: qualifiers, properties,
-    methods or parameters. Names are unique without regard to case. Copying
-    a list clones its members, so a copied element owns members of its own.
+    methods or parameters. Names are unique without regard to case.
+
+    Copying a list gives it members of its own, as clones would be; until
+    either list changes a member, though, both hold the same one. A member
+    held by more than one list is read only: the non-const at() first
+    replaces it with a clone of its own. Members that some handle outside
+    the lists still refers to are cloned at once, since that handle may
+    change them.
 */
 template <class Member>
 class CIMMemberList {
@@ -80,10 +93,18 @@ public:
     CIMMemberList(const CIMMemberList& other) : _kind(other._kind) {
         _members.reserve(other._members.size());
         for (const Member& member : other._members)
-            _append(member.clone());
+            appendCopyOf(member);
     }
     CIMMemberList& operator=(const CIMMemberList&) = delete;
     ~CIMMemberList() { clear(); }
+
+    /** Appends what a clone of the member would be, sharing it while nobody changes it. */
+    void appendCopyOf(const Member& member) {
+        if (member._rep.use_count() == long(member._rep->owners.count()))
+            _append(member);
+        else
+            _append(member.clone());
+    }
 
     Uint32 size() const { return Uint32(_members.size()); }
 
@@ -98,7 +119,14 @@ public:
 
     Member& at(Uint32 index) {
         _checkIndex(index);
-        return _members[index];
+        Member& member = _members[index];
+        if (member._rep->owners.count() > 1) {
+            Member own = member.clone();
+            own._rep->owners.add();
+            member._rep->owners.drop();
+            member = own;
+        }
+        return member;
     }
     const Member& at(Uint32 index) const {
         _checkIndex(index);

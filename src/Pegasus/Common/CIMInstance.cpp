@@ -73,7 +73,7 @@ CIMQualifier CIMInstance::getQualifier(Uint32 index) {
 }
 
 CIMConstQualifier CIMInstance::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 void CIMInstance::removeQualifier(Uint32 index) {
@@ -98,7 +98,7 @@ CIMProperty CIMInstance::getProperty(Uint32 index) {
 }
 
 CIMConstProperty CIMInstance::getProperty(Uint32 index) const {
-    return checkedRep(_rep).properties.at(index);
+    return constRep(_rep).properties.at(index);
 }
 
 void CIMInstance::removeProperty(Uint32 index) {
@@ -164,7 +164,7 @@ Uint32 CIMConstInstance::findQualifier(const CIMName& name) const {
 }
 
 CIMConstQualifier CIMConstInstance::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 Uint32 CIMConstInstance::getQualifierCount() const {
@@ -176,7 +176,7 @@ Uint32 CIMConstInstance::findProperty(const CIMName& name) const {
 }
 
 CIMConstProperty CIMConstInstance::getProperty(Uint32 index) const {
-    return checkedRep(_rep).properties.at(index);
+    return constRep(_rep).properties.at(index);
 }
 
 Uint32 CIMConstInstance::getPropertyCount() const {

@@ -84,7 +84,7 @@ CIMQualifier CIMMethod::getQualifier(Uint32 index) {
 }
 
 CIMConstQualifier CIMMethod::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 void CIMMethod::removeQualifier(Uint32 index) {
@@ -109,7 +109,7 @@ CIMParameter CIMMethod::getParameter(Uint32 index) {
 }
 
 CIMConstParameter CIMMethod::getParameter(Uint32 index) const {
-    return checkedRep(_rep).parameters.at(index);
+    return constRep(_rep).parameters.at(index);
 }
 
 void CIMMethod::removeParameter(Uint32 index) {
@@ -172,7 +172,7 @@ Uint32 CIMConstMethod::findQualifier(const CIMName& name) const {
 }
 
 CIMConstQualifier CIMConstMethod::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 Uint32 CIMConstMethod::getQualifierCount() const {
@@ -184,7 +184,7 @@ Uint32 CIMConstMethod::findParameter(const CIMName& name) const {
 }
 
 CIMConstParameter CIMConstMethod::getParameter(Uint32 index) const {
-    return checkedRep(_rep).parameters.at(index);
+    return constRep(_rep).parameters.at(index);
 }
 
 Uint32 CIMConstMethod::getParameterCount() const {

@@ -130,7 +130,7 @@ CIMQualifier CIMObject::getQualifier(Uint32 index) {
 }
 
 CIMConstQualifier CIMObject::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 void CIMObject::removeQualifier(Uint32 index) {
@@ -155,7 +155,7 @@ CIMProperty CIMObject::getProperty(Uint32 index) {
 }
 
 CIMConstProperty CIMObject::getProperty(Uint32 index) const {
-    return checkedRep(_rep).properties.at(index);
+    return constRep(_rep).properties.at(index);
 }
 
 void CIMObject::removeProperty(Uint32 index) {
@@ -226,7 +226,7 @@ Uint32 CIMConstObject::findQualifier(const CIMName& name) const {
 }
 
 CIMConstQualifier CIMConstObject::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 Uint32 CIMConstObject::getQualifierCount() const {
@@ -238,7 +238,7 @@ Uint32 CIMConstObject::findProperty(const CIMName& name) const {
 }
 
 CIMConstProperty CIMConstObject::getProperty(Uint32 index) const {
-    return checkedRep(_rep).properties.at(index);
+    return constRep(_rep).properties.at(index);
 }
 
 Uint32 CIMConstObject::getPropertyCount() const {

@@ -87,7 +87,7 @@ void CIMParameter::removeQualifier(Uint32 index) {
 }
 
 CIMConstQualifier CIMParameter::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 Uint32 CIMParameter::getQualifierCount() const {
@@ -150,7 +150,7 @@ Uint32 CIMConstParameter::findQualifier(const CIMName& name) const {
 }
 
 CIMConstQualifier CIMConstParameter::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 Uint32 CIMConstParameter::getQualifierCount() const {

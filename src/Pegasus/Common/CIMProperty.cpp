@@ -143,7 +143,7 @@ CIMQualifier CIMProperty::getQualifier(Uint32 index) {
 }
 
 CIMConstQualifier CIMProperty::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 void CIMProperty::removeQualifier(Uint32 index) {
@@ -224,7 +224,7 @@ Uint32 CIMConstProperty::findQualifier(const CIMName& name) const {
 }
 
 CIMConstQualifier CIMConstProperty::getQualifier(Uint32 index) const {
-    return checkedRep(_rep).qualifiers.at(index);
+    return constRep(_rep).qualifiers.at(index);
 }
 
 Uint32 CIMConstProperty::getQualifierCount() const {

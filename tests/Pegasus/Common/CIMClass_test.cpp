@@ -49,6 +49,26 @@ TEST(CIMClassBuildInstance, InstanceIsIndependentOfTheClass) {
     EXPECT_EQ(cimClass.getPropertyCount(), 3u);
 }
 
+// Built instances and clones share members with their source until one side changes them,
+// also through a handle taken before the copy.
+TEST(CIMClassBuildInstance, ChangesOnEitherSideOfACopyStayThere) {
+    CIMClass cimClass = diskClass();
+    CIMProperty heldSpeed = cimClass.getProperty(1);
+    CIMInstance disk = cimClass.buildInstance(true, true, CIMPropertyList());
+    CIMInstance copy = disk.clone();
+    heldSpeed.setValue(CIMValue(Uint64(10000)));
+    cimClass.getProperty(0).getQualifier(0).setValue(CIMValue(false));
+    disk.getProperty(2).setValue(CIMValue(Array<String>(1, String("0:1:2"))));
+
+    for (const CIMInstance& built : {disk, copy}) {
+        EXPECT_EQ(built.getProperty(1).getValue(), CIMValue(Uint64(15000)));
+        EXPECT_EQ(built.getProperty(0).getQualifier(0).getValue(), CIMValue(true));
+    }
+    EXPECT_TRUE(copy.getProperty(2).getValue().isNull());
+    EXPECT_EQ(cimClass.getProperty(1).getValue(), CIMValue(Uint64(10000)));
+    EXPECT_TRUE(cimClass.getProperty(2).getValue().isNull());
+}
+
 TEST(CIMClassKeys, KeyNamesInPropertyOrderOnlyForTrueBooleanKeys) {
     CIMClass cimClass(CIMName("KSV_Pair"));
     cimClass.addProperty(keyProperty("Second", CIMValue(true)));
