@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 
 namespace ksv::server {
 
@@ -35,10 +36,16 @@ Pegasus::String localHostName() {
     return name;
 }
 
-// What a request's objects took is freed into the allocator's per-thread arenas, which keep it
-// from the system unless asked: without this, each enumeration's peak would stay resident.
-void returnFreedMemory() {
-    malloc_trim(0);
+// What a request's objects took is freed into the allocator's per-thread arenas, which may keep
+// it from the system. It is handed back once no request is being answered: trimming under load
+// would only return pages that the next request faults in again. Process-wide, as the heap is.
+std::atomic<unsigned> requestsInFlight{0};
+
+void answerCounted(const CimXmlService& service, HttpRequest& request, ResponseStream& response) {
+    ++requestsInFlight;
+    service.process(request, response);
+    if (--requestsInFlight == 0)
+        malloc_trim(0);
 }
 
 bool checkPassword(const std::string& user, const std::string& password) {
@@ -63,8 +70,7 @@ CimServer::CimServer(const ServerConfig& config)
       _http(
           config.http, _workers,
           [this](HttpRequest& request, ResponseStream& response) {
-              _cimXml.process(request, response);
-              returnFreedMemory();
+              answerCounted(_cimXml, request, response);
           },
           &checkPassword) {}
 
