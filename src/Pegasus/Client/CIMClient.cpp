@@ -1,5 +1,6 @@
 #include <Pegasus/Client/CIMClient.h>
 #include <Pegasus/Client/CIMClientBackend.h>
+#include <Pegasus/Client/CIMXmlClientBackend.h>
 
 #include <utility>
 
@@ -8,6 +9,10 @@ PEGASUS_NAMESPACE_BEGIN
 namespace {
 
 const Uint32 defaultTimeoutMilliseconds = 20000;
+
+String remoteHost(const String& host, Uint32 portNumber) {
+    return (host.size() == 0 && portNumber != 0) ? String("localhost") : host;
+}
 
 } // namespace
 
@@ -35,8 +40,15 @@ void CIMClient::setTimeout(Uint32 timeoutMilliseconds) {
 void CIMClient::connect(const String& host, const Uint32 portNumber, const String& userName,
                         const String& password) {
     _requireDisconnected();
-    const String hostName = (host.size() == 0 && portNumber != 0) ? String("localhost") : host;
-    _attach(CIMClientConnector::connectRemote(hostName, portNumber, userName, password));
+    _attach(CIMClientConnector::connectRemote(remoteHost(host, portNumber), portNumber, userName,
+                                              password));
+}
+
+void CIMClient::connect(const String& host, const Uint32 portNumber, const SSLContext& sslContext,
+                        const String& userName, const String& password) {
+    _requireDisconnected();
+    _attach(CIMXmlClientConnector::connectRemoteSecure(remoteHost(host, portNumber), portNumber,
+                                                       sslContext, userName, password));
 }
 
 void CIMClient::connectLocal() {

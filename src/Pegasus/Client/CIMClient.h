@@ -12,6 +12,7 @@
 #include <Pegasus/Common/CIMParamValue.h>
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/Exception.h>
+#include <Pegasus/Common/SSLContext.h>
 #include <Pegasus/Client/CIMClientException.h>
 #include <Pegasus/Client/Linkage.h>
 
@@ -39,6 +40,11 @@ public:
     /// An empty host with a port other than 0 means "localhost".
     void connect(const String& host, const Uint32 portNumber, const String& userName,
                  const String& password);
+
+    /// Like connect() above, over HTTPS: the server's certificate is verified against the
+    /// context's trust store, and the context's client certificate, if any, is presented.
+    void connect(const String& host, const Uint32 portNumber, const SSLContext& sslContext,
+                 const String& userName, const String& password);
 
     /// Connects to the CIM server on this machine as the user running the process.
     void connectLocal();

@@ -301,6 +301,16 @@ std::string describeRemote(const std::string& host, Uint32 portNumber) {
     return urlHost(host) + ":" + std::to_string(portNumber);
 }
 
+CIMXmlEndpoint remoteEndpoint(const char* scheme, const String& host, Uint32 portNumber,
+                              const String& userName, const String& password) {
+    CIMXmlEndpoint endpoint;
+    endpoint.description = describeRemote(utf8(host), portNumber);
+    endpoint.url = scheme + endpoint.description + cimxml::http::kRequestUri;
+    endpoint.userName = utf8(userName);
+    endpoint.password = utf8(password);
+    return endpoint;
+}
+
 } // namespace
 
 String CIMXmlClientConnector::localSocketPath() {
@@ -325,11 +335,23 @@ std::unique_ptr<CIMClientBackend> CIMXmlClientConnector::connectRemote(const Str
                                                                        Uint32 portNumber,
                                                                        const String& userName,
                                                                        const String& password) {
-    CIMXmlEndpoint endpoint;
-    endpoint.description = describeRemote(utf8(host), portNumber);
-    endpoint.url = "http://" + endpoint.description + cimxml::http::kRequestUri;
-    endpoint.userName = utf8(userName);
-    endpoint.password = utf8(password);
+    return std::make_unique<CIMXmlClientBackend>(
+        remoteEndpoint("http://", host, portNumber, userName, password));
+}
+
+std::unique_ptr<CIMClientBackend>
+CIMXmlClientConnector::connectRemoteSecure(const String& host, Uint32 portNumber,
+                                           const SSLContext& sslContext, const String& userName,
+                                           const String& password) {
+    if (sslContext.getSSLCertificateVerifyFunction() != nullptr) {
+        throw SSLException("certificate verification callbacks are not supported; verify the "
+                           "server's certificate against a trust store");
+    }
+    CIMXmlEndpoint endpoint = remoteEndpoint("https://", host, portNumber, userName, password);
+    endpoint.trustStore = utf8(sslContext.getTrustStore());
+    endpoint.crlPath = utf8(sslContext.getCRLPath());
+    endpoint.certificatePath = utf8(sslContext.getCertPath());
+    endpoint.keyPath = utf8(sslContext.getKeyPath());
     return std::make_unique<CIMXmlClientBackend>(std::move(endpoint));
 }
 

@@ -3,6 +3,7 @@
 
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/String.h>
+#include <Pegasus/Common/SSLContext.h>
 #include <Pegasus/Client/CIMClientBackend.h>
 #include <Pegasus/Client/Linkage.h>
 
@@ -39,6 +40,11 @@ public:
     static std::unique_ptr<CIMClientBackend> connectRemote(const String& host, Uint32 portNumber,
                                                            const String& userName,
                                                            const String& password);
+    /// Like connectRemote(), over HTTPS as the context says. SSLException for a context with
+    /// a verification callback, which this transport cannot call.
+    static std::unique_ptr<CIMClientBackend>
+    connectRemoteSecure(const String& host, Uint32 portNumber, const SSLContext& sslContext,
+                        const String& userName, const String& password);
 };
 
 PEGASUS_NAMESPACE_END

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <mutex>
 #include <utility>
 
@@ -71,6 +72,28 @@ size_t collectField(char* data, size_t size, size_t count, void* context) {
     return size * count;
 }
 
+void setOptionalPath(CURL* curl, CURLoption option, const std::string& path) {
+    if (!path.empty()) {
+        curl_easy_setopt(curl, option, path.c_str());
+    }
+}
+
+// curl verifies against the system's CAs unless told otherwise; only the given store counts.
+void setTls(CURL* curl, const CIMXmlEndpoint& endpoint) {
+    const bool verify = !endpoint.trustStore.empty();
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, verify ? 1L : 0L);
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, verify ? 2L : 0L);
+    std::error_code ignored;
+    const bool directory = std::filesystem::is_directory(endpoint.trustStore, ignored);
+    curl_easy_setopt(curl, CURLOPT_CAINFO,
+                     verify && !directory ? endpoint.trustStore.c_str() : nullptr);
+    curl_easy_setopt(curl, CURLOPT_CAPATH,
+                     verify && directory ? endpoint.trustStore.c_str() : nullptr);
+    setOptionalPath(curl, CURLOPT_CRLFILE, endpoint.crlPath);
+    setOptionalPath(curl, CURLOPT_SSLCERT, endpoint.certificatePath);
+    setOptionalPath(curl, CURLOPT_SSLKEY, endpoint.keyPath);
+}
+
 void setTarget(CURL* curl, const CIMXmlEndpoint& endpoint) {
     curl_easy_setopt(curl, CURLOPT_URL, endpoint.url.c_str());
     if (!endpoint.socketPath.empty()) {
@@ -79,6 +102,9 @@ void setTarget(CURL* curl, const CIMXmlEndpoint& endpoint) {
     // Environment proxies must not capture connections meant for the CIM server.
     curl_easy_setopt(curl, CURLOPT_PROXY, "");
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    if (endpoint.url.compare(0, 8, "https://") == 0) {
+        setTls(curl, endpoint);
+    }
 }
 
 void setTimeout(CURL* curl, Uint32 timeoutMilliseconds) {

@@ -16,6 +16,13 @@ struct CIMXmlEndpoint {
     std::string url;
     /// Non-empty for a Unix socket.
     std::string socketPath;
+    /// HTTPS only, paths as SSLContext takes them: the server's certificate is verified against
+    /// the trust store, with its host name, when the trust store is not empty; the client's own
+    /// certificate and key are presented when given.
+    std::string trustStore;
+    std::string crlPath;
+    std::string certificatePath;
+    std::string keyPath;
     /// Basic authentication is sent only when the user name is not empty.
     std::string userName;
     std::string password;
