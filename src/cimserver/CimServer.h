@@ -33,6 +33,7 @@ public:
     void start();
     std::vector<std::string> addresses() const { return _http.addresses(); }
     std::uint16_t httpPort() const { return _http.tcpPort(); }
+    std::uint16_t httpsPort() const { return _http.httpsPort(); }
     const mof::ClassRepository& repository() const { return _repository; }
 
     // Stops listening, lets requests in progress finish within the grace period, abandons the

@@ -146,6 +146,18 @@ MHD_Response* wholeResponse(std::string body) {
                                                                   &releaseWholeBody, owned);
 }
 
+// libmicrohttpd keeps pointers to the PEM texts, which the credentials own for as long.
+void addTlsOptions(const TlsCredentials& tls, std::vector<MHD_OptionItem>& options) {
+    options.push_back(
+        {MHD_OPTION_HTTPS_MEM_CERT, 0, const_cast<char*>(tls.certificatePem().c_str())});
+    options.push_back({MHD_OPTION_HTTPS_MEM_KEY, 0, const_cast<char*>(tls.keyPem().c_str())});
+    // Asks clients for a certificate, which they may decline.
+    if (!tls.clientTrustPem().empty()) {
+        options.push_back(
+            {MHD_OPTION_HTTPS_MEM_TRUST, 0, const_cast<char*>(tls.clientTrustPem().c_str())});
+    }
+}
+
 void logFromLibrary(void*, const char* format, va_list arguments) {
     char line[512];
     std::vsnprintf(line, sizeof line, format, arguments);
@@ -159,6 +171,7 @@ void logFromLibrary(void*, const char* format, va_list arguments) {
 struct HttpFrontEnd::Listener {
     HttpFrontEnd* owner;
     bool local;
+    bool tls = false;
 };
 
 struct HttpFrontEnd::Exchange {
@@ -242,6 +255,10 @@ int HttpFrontEnd::beginRequest(const Listener& listener, MHD_Connection* connect
         return queueStatus(connection, status, "CIM operations are POSTed",
                            {{MHD_HTTP_HEADER_ALLOW, MHD_HTTP_METHOD_POST}});
     }
+    if (refusesPasswordOn(listener, connection)) {
+        return queueStatus(connection, MHD_HTTP_FORBIDDEN,
+                           "passwords are refused over plain HTTP; use HTTPS");
+    }
     std::optional<Caller> caller = authenticate(listener, connection);
     if (!caller) {
         if (listener.local)
@@ -271,6 +288,8 @@ std::optional<Caller> HttpFrontEnd::authenticate(const Listener& listener,
         const std::optional<std::string>& user = connectionState(connection).peerUser;
         return user ? std::optional<Caller>(Caller{*user}) : std::nullopt;
     }
+    if (std::optional<Caller> caller = certificateCaller(listener, connection))
+        return caller;
     char* password = nullptr;
     char* user = MHD_basic_auth_get_username_password(connection, &password);
     std::optional<Caller> caller;
@@ -279,6 +298,25 @@ std::optional<Caller> HttpFrontEnd::authenticate(const Listener& listener,
     MHD_free(user);
     MHD_free(password);
     return caller;
+}
+
+std::optional<Caller> HttpFrontEnd::certificateCaller(const Listener& listener,
+                                                      MHD_Connection* connection) const {
+    if (!listener.tls)
+        return std::nullopt;
+    const MHD_ConnectionInfo* info =
+        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_GNUTLS_SESSION);
+    if (info == nullptr)
+        return std::nullopt;
+    std::optional<std::string> user = _tls->userOf(info->tls_session);
+    return user ? std::optional<Caller>(Caller{*user}) : std::nullopt;
+}
+
+// Only a request that carries a password is refused, so that clients without one still learn
+// from the 401 that the server wants credentials.
+bool HttpFrontEnd::refusesPasswordOn(const Listener& listener, MHD_Connection* connection) const {
+    return _settings.refuseBasicOverHttp && !listener.local && !listener.tls &&
+           header(connection, MHD_HTTP_HEADER_AUTHORIZATION).has_value();
 }
 
 // A body that outgrows the limit without having declared its length closes the connection:
@@ -353,55 +391,69 @@ void HttpFrontEnd::forget(Exchange& exchange) {
 // ---- Listeners ---------------------------------------------------------------------------------
 
 void HttpFrontEnd::start() {
-    if (!_settings.listenAddress.empty())
-        _tcpDaemon = startTcpDaemon();
+    if (!_settings.listenAddress.empty() && _settings.httpEnabled) {
+        _tcpListener = std::make_unique<Listener>(Listener{this, false});
+        _tcpDaemon = startTcpDaemon(*_tcpListener, _settings.port, _tcpPort);
+    }
+    if (!_settings.listenAddress.empty() && _settings.https.enabled) {
+        try {
+            _tls = std::make_unique<TlsCredentials>(_settings.https);
+        } catch (const TlsConfigurationError& error) {
+            throw ListenError(error.what());
+        }
+        _httpsListener = std::make_unique<Listener>(Listener{this, false, true});
+        _httpsDaemon = startTcpDaemon(*_httpsListener, _settings.https.port, _httpsPort);
+    }
     if (!_settings.socketPath.empty())
         _socketDaemon = startSocketDaemon();
 }
 
-MHD_Daemon* HttpFrontEnd::startDaemon(Listener& listener, unsigned flags, int listenSocket,
-                                      const void* address) {
+MHD_Daemon* HttpFrontEnd::startDaemon(Listener& listener, unsigned flags, std::uint16_t port,
+                                      int listenSocket, const void* address) {
     flags |= MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_EPOLL | MHD_ALLOW_SUSPEND_RESUME |
              MHD_USE_ERROR_LOG;
-    std::uint16_t port = listenSocket >= 0 ? 0 : _settings.port;
+    if (listener.tls)
+        flags |= MHD_USE_TLS;
     // The logger must come first to catch what the other options report.
-    MHD_OptionItem options[] = {
+    std::vector<MHD_OptionItem> options = {
         {MHD_OPTION_EXTERNAL_LOGGER, reinterpret_cast<intptr_t>(&logFromLibrary), nullptr},
         {MHD_OPTION_NOTIFY_COMPLETED, reinterpret_cast<intptr_t>(&requestCompleted), &listener},
         {MHD_OPTION_NOTIFY_CONNECTION, reinterpret_cast<intptr_t>(&connectionNotified), &listener},
         {MHD_OPTION_CONNECTION_LIMIT, _settings.maxConnections + kRefusalSlots, nullptr},
         {MHD_OPTION_CONNECTION_TIMEOUT, _settings.connectionTimeoutSeconds, nullptr},
         {listenSocket >= 0 ? MHD_OPTION_LISTEN_SOCKET : MHD_OPTION_SOCK_ADDR,
-         listenSocket >= 0 ? listenSocket : 0, const_cast<void*>(address)},
-        {MHD_OPTION_END, 0, nullptr}};
+         listenSocket >= 0 ? listenSocket : 0, const_cast<void*>(address)}};
+    if (listener.tls)
+        addTlsOptions(*_tls, options);
+    options.push_back({MHD_OPTION_END, 0, nullptr});
     return MHD_start_daemon(flags, port, nullptr, nullptr, &accessHandler, &listener,
-                            MHD_OPTION_ARRAY, options, MHD_OPTION_END);
+                            MHD_OPTION_ARRAY, options.data(), MHD_OPTION_END);
 }
 
-MHD_Daemon* HttpFrontEnd::startTcpDaemon() {
-    _tcpListener = std::make_unique<Listener>(Listener{this, false});
+MHD_Daemon* HttpFrontEnd::startTcpDaemon(Listener& listener, std::uint16_t port,
+                                         std::uint16_t& boundPort) {
     sockaddr_in6 address6{};
     sockaddr_in address4{};
     const void* address = nullptr;
     unsigned flags = 0;
     if (inet_pton(AF_INET, _settings.listenAddress.c_str(), &address4.sin_addr) == 1) {
         address4.sin_family = AF_INET;
-        address4.sin_port = htons(_settings.port);
+        address4.sin_port = htons(port);
         address = &address4;
     } else if (inet_pton(AF_INET6, _settings.listenAddress.c_str(), &address6.sin6_addr) == 1) {
         address6.sin6_family = AF_INET6;
-        address6.sin6_port = htons(_settings.port);
+        address6.sin6_port = htons(port);
         address = &address6;
         flags = MHD_USE_IPv6;
     } else {
         throw ListenError("not an IP address: " + _settings.listenAddress);
     }
-    MHD_Daemon* daemon = startDaemon(*_tcpListener, flags, -1, address);
+    MHD_Daemon* daemon = startDaemon(listener, flags, port, -1, address);
     if (daemon == nullptr) {
         throw ListenError(systemError("cannot listen on " + _settings.listenAddress + " port " +
-                                      std::to_string(_settings.port)));
+                                      std::to_string(port)));
     }
-    _tcpPort = MHD_get_daemon_info(daemon, MHD_DAEMON_INFO_BIND_PORT)->port;
+    boundPort = MHD_get_daemon_info(daemon, MHD_DAEMON_INFO_BIND_PORT)->port;
     return daemon;
 }
 
@@ -448,7 +500,7 @@ int listenOnSocketFile(const std::string& path) {
 MHD_Daemon* HttpFrontEnd::startSocketDaemon() {
     _socketListener = std::make_unique<Listener>(Listener{this, true});
     _socketFd = listenOnSocketFile(_settings.socketPath);
-    MHD_Daemon* daemon = startDaemon(*_socketListener, 0, _socketFd, nullptr);
+    MHD_Daemon* daemon = startDaemon(*_socketListener, 0, 0, _socketFd, nullptr);
     if (daemon == nullptr) {
         close(_socketFd);
         _socketFd = -1;
@@ -458,14 +510,18 @@ MHD_Daemon* HttpFrontEnd::startSocketDaemon() {
     return daemon;
 }
 
+std::string HttpFrontEnd::tcpAddress(const char* scheme, std::uint16_t port) const {
+    bool v6 = _settings.listenAddress.find(':') != std::string::npos;
+    return scheme + (v6 ? "[" + _settings.listenAddress + "]" : _settings.listenAddress) + ":" +
+           std::to_string(port);
+}
+
 std::vector<std::string> HttpFrontEnd::addresses() const {
     std::vector<std::string> result;
-    if (_tcpDaemon != nullptr) {
-        bool v6 = _settings.listenAddress.find(':') != std::string::npos;
-        result.push_back("http://" +
-                         (v6 ? "[" + _settings.listenAddress + "]" : _settings.listenAddress) +
-                         ":" + std::to_string(_tcpPort));
-    }
+    if (_tcpDaemon != nullptr)
+        result.push_back(tcpAddress("http://", _tcpPort));
+    if (_httpsDaemon != nullptr)
+        result.push_back(tcpAddress("https://", _httpsPort));
     if (_socketDaemon != nullptr)
         result.push_back("unix:" + _settings.socketPath);
     return result;
@@ -474,8 +530,8 @@ std::vector<std::string> HttpFrontEnd::addresses() const {
 // ---- Shutdown ----------------------------------------------------------------------------------
 
 void HttpFrontEnd::stopAccepting() {
-    if (_tcpDaemon != nullptr) {
-        int fd = MHD_quiesce_daemon(_tcpDaemon);
+    for (MHD_Daemon* daemon : {_tcpDaemon, _httpsDaemon}) {
+        int fd = daemon != nullptr ? MHD_quiesce_daemon(daemon) : -1;
         if (fd >= 0)
             close(fd);
     }
@@ -511,7 +567,7 @@ void HttpFrontEnd::stop() {
     abandonAll();
     // Abandoned exchanges were woken up; they must have closed before the daemons go.
     waitUntilIdle(std::chrono::steady_clock::now() + std::chrono::seconds(5));
-    for (MHD_Daemon** daemon : {&_tcpDaemon, &_socketDaemon}) {
+    for (MHD_Daemon** daemon : {&_tcpDaemon, &_httpsDaemon, &_socketDaemon}) {
         if (*daemon != nullptr)
             MHD_stop_daemon(*daemon);
         *daemon = nullptr;

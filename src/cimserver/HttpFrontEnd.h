@@ -1,12 +1,13 @@
-// The HTTP/1.1 side of the server (libmicrohttpd): a TCP listener with Basic authentication and
-// a local Unix-socket listener that knows its clients from their socket credentials. Requests
-// are read here and handed to the worker pool; their responses are sent as the workers
-// produce them, whole when short, chunked when long.
+// The HTTP/1.1 side of the server (libmicrohttpd): TCP listeners for HTTP and HTTPS with Basic
+// authentication (and client certificates over HTTPS), and a local Unix-socket listener that knows
+// its clients from their socket credentials. Requests are read here and handed to the worker pool;
+// their responses are sent as the workers produce them, whole when short, chunked when long.
 #ifndef KSV_CIMSERVER_HTTPFRONTEND_H
 #define KSV_CIMSERVER_HTTPFRONTEND_H
 
 #include "cimserver/Caller.h"
 #include "cimserver/ResponseStream.h"
+#include "cimserver/TlsCredentials.h"
 #include "cimserver/WorkerPool.h"
 
 #include <atomic>
@@ -29,8 +30,13 @@ namespace ksv::server {
 
 struct HttpSettings {
     // Empty: no TCP listener.
-    std::string listenAddress = "0.0.0.0";
+    std::string listenAddress = "127.0.0.1";
+    // Plain HTTP on `port`.
+    bool httpEnabled = true;
     std::uint16_t port = 5988;
+    TlsSettings https;
+    // Requests with a password over plain HTTP are refused: passwords travel encrypted only.
+    bool refuseBasicOverHttp = false;
     // Empty: no Unix-socket listener.
     std::string socketPath;
     unsigned maxConnections = 64;
@@ -68,9 +74,10 @@ public:
 
     // Opens the listeners; ListenError when one cannot be opened.
     void start();
-    // The TCP port listened on, which the system chose when the settings asked for port 0.
+    // The TCP ports listened on, which the system chose when the settings asked for port 0.
     std::uint16_t tcpPort() const { return _tcpPort; }
-    // "http://address:port" and "unix:path", for each listener.
+    std::uint16_t httpsPort() const { return _httpsPort; }
+    // "http://address:port", "https://address:port" and "unix:path", for each listener.
     std::vector<std::string> addresses() const;
 
     // Shutdown, in order: no new connections; wait for the requests in progress; abandon the
@@ -93,15 +100,19 @@ private:
     int beginRequest(const Listener& listener, MHD_Connection* connection, const char* method,
                      void** requestContext);
     std::optional<Caller> authenticate(const Listener& listener, MHD_Connection* connection);
+    std::optional<Caller> certificateCaller(const Listener& listener,
+                                            MHD_Connection* connection) const;
+    bool refusesPasswordOn(const Listener& listener, MHD_Connection* connection) const;
     int receiveBody(Exchange& exchange, const char* uploadData, std::size_t* uploadSize);
     int dispatch(Exchange& exchange);
     int respond(Exchange& exchange);
     void forget(Exchange& exchange);
 
-    MHD_Daemon* startTcpDaemon();
+    MHD_Daemon* startTcpDaemon(Listener& listener, std::uint16_t port, std::uint16_t& boundPort);
     MHD_Daemon* startSocketDaemon();
-    MHD_Daemon* startDaemon(Listener& listener, unsigned flags, int listenSocket,
-                            const void* address);
+    MHD_Daemon* startDaemon(Listener& listener, unsigned flags, std::uint16_t port,
+                            int listenSocket, const void* address);
+    std::string tcpAddress(const char* scheme, std::uint16_t port) const;
 
     const HttpSettings _settings;
     WorkerPool& _workers;
@@ -109,11 +120,15 @@ private:
     const PasswordCheck _checkPassword;
 
     std::unique_ptr<Listener> _tcpListener;
+    std::unique_ptr<Listener> _httpsListener;
     std::unique_ptr<Listener> _socketListener;
+    std::unique_ptr<TlsCredentials> _tls;
     MHD_Daemon* _tcpDaemon = nullptr;
+    MHD_Daemon* _httpsDaemon = nullptr;
     MHD_Daemon* _socketDaemon = nullptr;
     int _socketFd = -1;
     std::uint16_t _tcpPort = 0;
+    std::uint16_t _httpsPort = 0;
 
     std::atomic<unsigned> _connections{0};
     std::mutex _mutex;

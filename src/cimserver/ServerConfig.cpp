@@ -24,7 +24,8 @@ std::vector<std::string> splitPathList(const std::string& list) {
 
 void addListenOptions(CLI::App& app, HttpSettings& http) {
     app.add_option("--address", http.listenAddress,
-                   "IP address to listen on for CIM-XML over HTTP; empty for none")
+                   "IP address to listen on for CIM-XML over HTTP and HTTPS (0.0.0.0: every "
+                   "interface); empty for none")
         ->capture_default_str();
     app.add_option("--port", http.port, "TCP port; 0 lets the system choose")
         ->capture_default_str();
@@ -42,6 +43,26 @@ void addListenOptions(CLI::App& app, HttpSettings& http) {
                    "largest request body in bytes; larger ones are answered 413")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
+}
+
+void addTlsOptions(CLI::App& app, HttpSettings& http) {
+    app.add_option("--enable-http", http.httpEnabled, "serve CIM-XML over plain HTTP on --port")
+        ->capture_default_str();
+    app.add_option("--enable-https", http.https.enabled,
+                   "serve CIM-XML over HTTPS on --https-port; needs --ssl-certificate and "
+                   "--ssl-key")
+        ->capture_default_str();
+    app.add_option("--https-port", http.https.port, "TCP port for HTTPS; 0 lets the system choose")
+        ->capture_default_str();
+    app.add_option("--ssl-certificate", http.https.certificateFile,
+                   "PEM file of the server's certificate");
+    app.add_option("--ssl-key", http.https.keyFile, "PEM file of the server's private key");
+    app.add_option("--ssl-client-certificate", http.https.clientCertificates,
+                   "USER=FILE: a client presenting the PEM certificate in FILE, or one it "
+                   "issued, is USER without a password; repeatable");
+    app.add_option("--refuse-basic-over-http", http.refuseBasicOverHttp,
+                   "answer 403 to requests with a password over plain HTTP")
+        ->capture_default_str();
 }
 
 void addContentOptions(CLI::App& app, ServerConfig& config) {
@@ -89,10 +110,11 @@ ServerConfig defaultServerConfig() {
 
 ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
     ServerConfig config = defaultServerConfig();
-    CLI::App app("CIM server: CIM-XML over HTTP for the storage array's provider modules",
+    CLI::App app("CIM server: CIM-XML over HTTP and HTTPS for the storage array's provider modules",
                  "ksv-cimserver");
     app.set_config("--config", "", "configuration file (TOML or INI; keys are option names)");
     addListenOptions(app, config.http);
+    addTlsOptions(app, config.http);
     addContentOptions(app, config);
     addRuntimeOptions(app, config);
     ParsedCommandLine parsed;
