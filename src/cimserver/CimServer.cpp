@@ -4,6 +4,7 @@
 #include <Pegasus/Client/CIMXmlClientBackend.h>
 #include <ksvapi.h>
 
+#include "cimserver/InteropProvider.h"
 #include "cimserver/ProviderRegistration.h"
 #include "cimserver/RepositoryLoader.h"
 
@@ -52,6 +53,16 @@ bool checkPassword(const std::string& user, const std::string& password) {
     return api_checkUserPassword(user.c_str(), password.c_str()) == API_OK;
 }
 
+BuiltInModules builtInModules(const mof::ClassRepository& repository,
+                              const Pegasus::String& hostName) {
+    return {{kInteropModuleLocation,
+             [&repository, hostName](const Pegasus::String& name) -> Pegasus::CIMProvider* {
+                 if (name != kInteropProviderName)
+                     return nullptr;
+                 return new InteropProvider(repository, hostName);
+             }}};
+}
+
 // Every connection may have a request waiting for a worker.
 std::size_t queueCapacity(const ServerConfig& config) {
     return std::max<std::size_t>(config.http.maxConnections, config.threads);
@@ -64,7 +75,8 @@ CimServer::CimServer(const ServerConfig& config)
       _serverHandle(std::make_shared<ServerHandleBackend>()),
       _providers(readProviderRegistration(
                      _repository, Pegasus::CIMNamespaceName(config.registrationNamespace.c_str())),
-                 config.providerDirectories, Pegasus::CIMOMHandle(_serverHandle), &warn),
+                 config.providerDirectories, Pegasus::CIMOMHandle(_serverHandle), &warn,
+                 builtInModules(_repository, localHostName())),
       _dispatcher(_repository, _providers, localHostName()), _cimXml(_dispatcher),
       _workers(config.threads, queueCapacity(config)),
       _http(

@@ -36,16 +36,21 @@ ProviderLibrary::ProviderLibrary(const std::string& location,
     _handle = dlopen(_path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (_handle == nullptr)
         throw ModuleLoadError(lastLoaderError());
-    _create = reinterpret_cast<CreateProvider>(dlsym(_handle, "PegasusCreateProvider"));
-    if (_create == nullptr) {
+    auto create = reinterpret_cast<CreateProvider>(dlsym(_handle, "PegasusCreateProvider"));
+    _create = create;
+    if (create == nullptr) {
         std::string error = _path + " has no PegasusCreateProvider: " + lastLoaderError();
         dlclose(_handle);
         throw ModuleLoadError(error);
     }
 }
 
+ProviderLibrary::ProviderLibrary(std::string name, Factory create)
+    : _path(std::move(name)), _create(std::move(create)) {}
+
 ProviderLibrary::~ProviderLibrary() {
-    dlclose(_handle);
+    if (_handle != nullptr)
+        dlclose(_handle);
 }
 
 Pegasus::CIMProvider* ProviderLibrary::createProvider(const Pegasus::String& providerName) const {

@@ -1,4 +1,5 @@
-// A provider module's shared library and its entry point PegasusCreateProvider.
+// A provider module's shared library and its entry point PegasusCreateProvider, or a module
+// built into the server.
 #ifndef KSV_CIMSERVER_PROVIDERLIBRARY_H
 #define KSV_CIMSERVER_PROVIDERLIBRARY_H
 
@@ -6,6 +7,7 @@
 #include <Pegasus/Common/String.h>
 #include <Pegasus/Provider/CIMProvider.h>
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,6 +21,10 @@ public:
 
 class ProviderLibrary {
 public:
+    using Factory = std::function<Pegasus::CIMProvider*(const Pegasus::String& providerName)>;
+
+    // A built-in module: `create` makes its providers; `name` stands for the path in messages.
+    ProviderLibrary(std::string name, Factory create);
     // Opens lib<location>.so from the first of `directories` that holds it.
     ProviderLibrary(const std::string& location, const std::vector<std::string>& directories);
     ~ProviderLibrary();
@@ -35,7 +41,7 @@ private:
 
     std::string _path;
     void* _handle = nullptr;
-    CreateProvider _create = nullptr;
+    Factory _create;
 };
 
 } // namespace ksv::server

@@ -22,13 +22,23 @@ std::string routeKey(ProviderType type, const std::string& nameSpaceKey, const C
 
 using Libraries = std::map<std::string, std::shared_ptr<const ProviderLibrary>>;
 
+std::shared_ptr<const ProviderLibrary> openModule(const std::string& location,
+                                                  const std::vector<std::string>& directories,
+                                                  const BuiltInModules& builtIns) {
+    auto builtIn = builtIns.find(location);
+    if (builtIn != builtIns.end())
+        return std::make_shared<const ProviderLibrary>("built-in " + location, builtIn->second);
+    return std::make_shared<const ProviderLibrary>(location, directories);
+}
+
 } // namespace
 
 ProviderTable::ProviderTable(const ProviderRegistration& registration,
                              const std::vector<std::string>& moduleDirectories,
                              Pegasus::CIMOMHandle cimom,
-                             const std::function<void(const std::string&)>& warn) {
-    addProviders(registration, moduleDirectories, std::move(cimom), warn);
+                             const std::function<void(const std::string&)>& warn,
+                             const BuiltInModules& builtIns) {
+    addProviders(registration, moduleDirectories, std::move(cimom), warn, builtIns);
     addCapabilities(registration, warn);
 }
 
@@ -37,7 +47,8 @@ ProviderTable::~ProviderTable() = default;
 void ProviderTable::addProviders(const ProviderRegistration& registration,
                                  const std::vector<std::string>& moduleDirectories,
                                  Pegasus::CIMOMHandle cimom,
-                                 const std::function<void(const std::string&)>& warn) {
+                                 const std::function<void(const std::string&)>& warn,
+                                 const BuiltInModules& builtIns) {
     std::map<std::string, const ModuleRegistration*> modules;
     for (const ModuleRegistration& module : registration.modules)
         modules.emplace(mof::foldName(module.name), &module);
@@ -53,8 +64,8 @@ void ProviderTable::addProviders(const ProviderRegistration& registration,
         }
         if (libraries.count(moduleKey) == 0 && loadErrors.count(moduleKey) == 0) {
             try {
-                libraries.emplace(moduleKey, std::make_shared<const ProviderLibrary>(
-                                                 module->second->location, moduleDirectories));
+                libraries.emplace(
+                    moduleKey, openModule(module->second->location, moduleDirectories, builtIns));
             } catch (const ModuleLoadError& error) {
                 loadErrors.emplace(moduleKey, error.what());
                 warn("provider module " + provider.moduleName +

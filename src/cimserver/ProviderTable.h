@@ -25,13 +25,18 @@ struct ProviderRoute {
     Pegasus::CIMName className;
 };
 
+// Modules built into the server, by the location their registration gives.
+using BuiltInModules = std::map<std::string, ProviderLibrary::Factory>;
+
 class ProviderTable {
 public:
-    // Opens every registered module from `moduleDirectories`. A module that cannot be opened is
-    // reported through `warn`; its providers then fail each call with the reason.
+    // Opens every registered module from `moduleDirectories`, unless it is built in. A module
+    // that cannot be opened is reported through `warn`; its providers then fail each call with
+    // the reason.
     ProviderTable(const ProviderRegistration& registration,
                   const std::vector<std::string>& moduleDirectories, Pegasus::CIMOMHandle cimom,
-                  const std::function<void(const std::string&)>& warn);
+                  const std::function<void(const std::string&)>& warn,
+                  const BuiltInModules& builtIns = {});
     ~ProviderTable();
     ProviderTable(const ProviderTable&) = delete;
     ProviderTable& operator=(const ProviderTable&) = delete;
@@ -62,7 +67,8 @@ private:
 
     void addProviders(const ProviderRegistration& registration,
                       const std::vector<std::string>& moduleDirectories, Pegasus::CIMOMHandle cimom,
-                      const std::function<void(const std::string&)>& warn);
+                      const std::function<void(const std::string&)>& warn,
+                      const BuiltInModules& builtIns);
     void addCapabilities(const ProviderRegistration& registration,
                          const std::function<void(const std::string&)>& warn);
     const Entry* findEntry(ProviderType type, const Pegasus::CIMNamespaceName& nameSpace,
