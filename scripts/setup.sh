@@ -6,8 +6,9 @@ set -euo pipefail
 packages=(
     build-essential cmake ninja-build pkg-config clang-format
     libgtest-dev libgmock-dev libbenchmark-dev
-    nlohmann-json3-dev libmicrohttpd-dev libcurl4-openssl-dev libtinyxml2-dev libcli11-dev
-    sblim-wbemcli
+    nlohmann-json3-dev libmicrohttpd-dev libgnutls28-dev libcurl4-openssl-dev libtinyxml2-dev
+    libcli11-dev
+    sblim-wbemcli openssl
 )
 
 missing=()
