@@ -49,7 +49,7 @@ TEST_F(InstanceCapTest, TooManyPairsAreAnsweredResponseTooBig) {
     GTEST_SKIP() << "AddressSanitizer reserves terabytes of shadow memory: a server under an "
                     "address-space limit cannot start in this build";
 #endif
-    ServerProcess server({model.path(), ADDRESS_SPACE_LIMIT, 2});
+    ServerProcess server({model.path(), ADDRESS_SPACE_LIMIT, 2, {}});
     const auto admin = server.client("admin", "admin-pw");
     for (int attempt = 0; attempt < 2; attempt++) {
         const std::string names = cimErrorOf(
@@ -73,7 +73,7 @@ TEST_F(InstanceCapTest, TooManyPairsAreAnsweredResponseTooBig) {
 
 // Without the limit the same array answers every pair: the cap comes from the limit.
 TEST_F(InstanceCapTest, WithoutALimitEveryPairIsAnswered) {
-    ServerProcess server({model.path(), std::nullopt, 2});
+    ServerProcess server({model.path(), std::nullopt, 2, {}});
     EXPECT_EQ(server.client("admin", "admin-pw")
                   ->enumerateInstanceNames(KSV_NAMESPACE, "KSV_VolumeBasedOnDiskExtent")
                   .size(),

@@ -100,7 +100,7 @@ std::string IntegrationTest::_startFailure;
 void IntegrationTest::SetUpTestSuite() {
     try {
         _server = std::make_unique<ServerProcess>(ServerOptions{
-            std::string(KSV_SOURCE_DIR) + "/tests/integration/arrays/integration.json", {}, 4});
+            std::string(KSV_SOURCE_DIR) + "/tests/integration/arrays/integration.json", {}, 4, {}});
     } catch (const std::exception& error) {
         _startFailure = error.what();
     }

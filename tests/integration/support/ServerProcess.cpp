@@ -104,6 +104,7 @@ void ServerProcess::start(const ServerOptions& options) {
                                           "--threads=" + std::to_string(options.threads),
                                           "--shutdown-grace=5",
                                           "--log-level=2"};
+    arguments.insert(arguments.end(), options.arguments.begin(), options.arguments.end());
     std::vector<std::string> environment = serverEnvironment(options);
     const std::vector<char*> argv = pointersTo(arguments);
     const std::vector<char*> envp = pointersTo(environment);
@@ -127,6 +128,8 @@ void ServerProcess::waitUntilReady() {
         const std::string text = output();
         if (std::regex_search(text, found, ready)) {
             _port = static_cast<std::uint16_t>(std::stoul(found[1].str()));
+            if (std::regex_search(text, found, std::regex("https://127\\.0\\.0\\.1:([0-9]+)")))
+                _httpsPort = static_cast<std::uint16_t>(std::stoul(found[1].str()));
             return;
         }
         if (!running())

@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ksv::integration {
 
@@ -23,6 +24,8 @@ struct ServerOptions {
     // that each thread's arena reserves.
     std::optional<rlim_t> addressSpaceLimit;
     unsigned threads = 4;
+    // More options of the server, "--name=value".
+    std::vector<std::string> arguments;
 };
 
 class ServerProcess {
@@ -34,6 +37,8 @@ public:
     ServerProcess& operator=(const ServerProcess&) = delete;
 
     std::uint16_t port() const { return _port; }
+    // 0 unless the arguments turn HTTPS on.
+    std::uint16_t httpsPort() const { return _httpsPort; }
     const std::string& socketPath() const { return _socketPath; }
     const std::string& directory() const { return _directory; }
 
@@ -61,6 +66,7 @@ private:
     pid_t _pid = -1;
     int _exitStatus = 0;
     std::uint16_t _port = 0;
+    std::uint16_t _httpsPort = 0;
 };
 
 // A file in the temporary directory holding the text, removed with this object.
