@@ -54,7 +54,8 @@ facts="$(model_facts)"
 read -r system disk_id user password <<<"$(head -n 1 <<<"$facts")"
 
 url="http://${user}:${password}@${address}:${port}/root/ksv"
-secure="-cacert ${certificate} 'https://${user}:${password}@${address}:${https_port}"
+tls="-cacert ${certificate}"
+https_url="https://${user}:${password}@${address}:${https_port}"
 disk="KSV_DiskDrive.CreationClassName=\"KSV_DiskDrive\",DeviceID=\"${disk_id}\",SystemCreationClassName=\"KSV_StorageSystem\",SystemName=\"${system}\""
 extent="KSV_DiskStorageExtent.CreationClassName=\"KSV_DiskStorageExtent\",DeviceID=\"${disk_id}\",SystemCreationClassName=\"KSV_StorageSystem\",SystemName=\"${system}\""
 
@@ -73,8 +74,8 @@ Disks:
   wbemcli ein '${url}:KSV_DiskDrive'
   wbemcli ei '${url}:KSV_DiskDrive'
   wbemcli gi '${url}:${disk}'
-  wbemcli ei ${secure}/root/ksv:KSV_DiskDrive'
-  wbemcli gi ${secure}/root/ksv:${disk}'
+  wbemcli ${tls} ei '${https_url}/root/ksv:KSV_DiskDrive'
+  wbemcli ${tls} gi '${https_url}/root/ksv:${disk}'
 
 Disk storage extents:
   wbemcli ein '${url}:KSV_DiskStorageExtent'
@@ -88,9 +89,9 @@ Associations of that disk:
 
 Over HTTPS, from the interop namespace: the registered profiles, the storage system that
 conforms to the Array profile, and its disks:
-  wbemcli ei ${secure}/root/interop:CIM_RegisteredProfile'
-  wbemcli ain -ac CIM_ElementConformsToProfile ${secure}/root/interop:CIM_RegisteredProfile.InstanceID="KSV:SNIA:Array:1.6.1"'
-  wbemcli ain -ac KSV_SystemDisk ${secure}/root/ksv:KSV_StorageSystem.CreationClassName="KSV_StorageSystem",Name="${system}"'
+  wbemcli ${tls} ei '${https_url}/root/interop:CIM_RegisteredProfile'
+  wbemcli ${tls} ain -ac CIM_ElementConformsToProfile '${https_url}/root/interop:CIM_RegisteredProfile.InstanceID="KSV:SNIA:Array:1.6.1"'
+  wbemcli ${tls} ain -ac KSV_SystemDisk '${https_url}/root/ksv:KSV_StorageSystem.CreationClassName="KSV_StorageSystem",Name="${system}"'
 
 Locate LED of the disk's magazine (2 on, 3 off):
   wbemcli sp '${url}:${disk}' LocationIndicator=2
