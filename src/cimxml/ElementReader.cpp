@@ -612,6 +612,16 @@ CIMInstance Reader::namedInstance(const Element& element) const {
     return result;
 }
 
+CIMInstance Reader::instanceWithPath(const Element& element) const {
+    expectElement(element, "VALUE.INSTANCEWITHPATH");
+    Children children(element);
+    const CIMObjectPath path = _hostedPath(children.take("INSTANCEPATH"), false);
+    CIMInstance result = instance(children.take("INSTANCE"));
+    children.finish();
+    locatedAt(element, [&] { result.setPath(path); });
+    return result;
+}
+
 CIMObject Reader::objectWithPath(const Element& element) const {
     struct Form {
         const char* wrapper;

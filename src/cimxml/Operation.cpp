@@ -25,6 +25,17 @@ const NamedOperation namedOperations[] = {
     {Operation::AssociatorNames, "AssociatorNames"},
     {Operation::References, "References"},
     {Operation::ReferenceNames, "ReferenceNames"},
+    {Operation::OpenEnumerateInstances, "OpenEnumerateInstances"},
+    {Operation::OpenEnumerateInstancePaths, "OpenEnumerateInstancePaths"},
+    {Operation::OpenReferenceInstances, "OpenReferenceInstances"},
+    {Operation::OpenReferenceInstancePaths, "OpenReferenceInstancePaths"},
+    {Operation::OpenAssociatorInstances, "OpenAssociatorInstances"},
+    {Operation::OpenAssociatorInstancePaths, "OpenAssociatorInstancePaths"},
+    {Operation::PullInstancesWithPath, "PullInstancesWithPath"},
+    {Operation::PullInstancePaths, "PullInstancePaths"},
+    {Operation::PullInstances, "PullInstances"},
+    {Operation::CloseEnumeration, "CloseEnumeration"},
+    {Operation::EnumerationCount, "EnumerationCount"},
     {Operation::InvokeMethod, "InvokeMethod"},
 };
 
@@ -46,6 +57,32 @@ std::optional<Operation> intrinsicOperationNamed(std::string_view name) {
         }
     }
     return std::nullopt;
+}
+
+bool opensEnumeration(Operation operation) {
+    switch (operation) {
+    case Operation::OpenEnumerateInstances:
+    case Operation::OpenEnumerateInstancePaths:
+    case Operation::OpenReferenceInstances:
+    case Operation::OpenReferenceInstancePaths:
+    case Operation::OpenAssociatorInstances:
+    case Operation::OpenAssociatorInstancePaths:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool continuesEnumeration(Operation operation) {
+    return opensEnumeration(operation) || operation == Operation::PullInstancesWithPath ||
+           operation == Operation::PullInstancePaths || operation == Operation::PullInstances;
+}
+
+bool deliversPaths(Operation operation) {
+    return operation == Operation::OpenEnumerateInstancePaths ||
+           operation == Operation::OpenReferenceInstancePaths ||
+           operation == Operation::OpenAssociatorInstancePaths ||
+           operation == Operation::PullInstancePaths;
 }
 
 } // namespace ksv::cimxml

@@ -24,6 +24,17 @@ enum class Operation {
     AssociatorNames,
     References,
     ReferenceNames,
+    OpenEnumerateInstances,
+    OpenEnumerateInstancePaths,
+    OpenReferenceInstances,
+    OpenReferenceInstancePaths,
+    OpenAssociatorInstances,
+    OpenAssociatorInstancePaths,
+    PullInstancesWithPath,
+    PullInstancePaths,
+    PullInstances,
+    CloseEnumeration,
+    EnumerationCount,
     InvokeMethod
 };
 
@@ -38,6 +49,17 @@ std::optional<Operation> intrinsicOperationNamed(std::string_view name);
 inline bool isIntrinsic(Operation operation) {
     return operation != Operation::InvokeMethod;
 }
+
+/// The operations that open an enumeration context (OpenEnumerateInstances and its kin).
+bool opensEnumeration(Operation operation);
+
+/// The operations whose response carries EndOfSequence and EnumerationContext: the opening
+/// operations and the pulls.
+bool continuesEnumeration(Operation operation);
+
+/// The operations that deliver paths rather than instances (OpenEnumerateInstancePaths and its
+/// kin, PullInstancePaths).
+bool deliversPaths(Operation operation);
 
 } // namespace ksv::cimxml
 

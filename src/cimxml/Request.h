@@ -13,6 +13,7 @@
 
 #include <cimxml/Operation.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -74,10 +75,24 @@ struct OperationRequest {
     /// typeParameters().
     Pegasus::Array<Pegasus::CIMParamValue> inParameters;
 
+    /// MaxObjectCount of the opening and pull operations: at most this many objects in the
+    /// response.
+    Pegasus::Uint32 maxObjectCount = 0;
+    /// OperationTimeout of the opening operations, in seconds; unset (NULL) leaves it to the
+    /// server.
+    std::optional<Pegasus::Uint32> operationTimeout;
+    Pegasus::Boolean continueOnError = false;
+    /// FilterQueryLanguage and FilterQuery: empty when not sent.
+    Pegasus::String filterQueryLanguage;
+    Pegasus::String filterQuery;
+    /// EnumerationContext of the pulls, CloseEnumeration and EnumerationCount.
+    Pegasus::String enumerationContext;
+
     /// A request for `operation` on `nameSpace` with DSP0200's defaults for that operation:
     /// GetClass LocalOnly, IncludeQualifiers true; EnumerateClasses LocalOnly, IncludeQualifiers
     /// true, DeepInheritance false; GetInstance LocalOnly true, IncludeQualifiers false;
-    /// EnumerateInstances DeepInheritance, LocalOnly true, IncludeQualifiers false; ModifyInstance
+    /// EnumerateInstances and OpenEnumerateInstances DeepInheritance, LocalOnly true,
+    /// IncludeQualifiers false; ModifyInstance
     /// IncludeQualifiers true; Associators and References IncludeQualifiers false; every
     /// IncludeClassOrigin false, every PropertyList, AssocClass, ResultClass, Role, ResultRole
     /// null.

@@ -34,7 +34,13 @@ enum class Param {
     NewInstance,
     ModifiedInstance,
     PropertyName,
-    NewValue
+    NewValue,
+    FilterQueryLanguage,
+    FilterQuery,
+    OperationTimeout,
+    ContinueOnError,
+    MaxObjectCount,
+    EnumerationContext
 };
 
 struct IntrinsicParam {
@@ -60,10 +66,64 @@ const IntrinsicParam kNewInstance{Param::NewInstance, "NewInstance", true};
 const IntrinsicParam kModifiedInstance{Param::ModifiedInstance, "ModifiedInstance", true};
 const IntrinsicParam kPropertyName{Param::PropertyName, "PropertyName", true};
 const IntrinsicParam kNewValue{Param::NewValue, "NewValue", false};
+const IntrinsicParam kFilterQueryLanguage{Param::FilterQueryLanguage, "FilterQueryLanguage", false};
+const IntrinsicParam kFilterQuery{Param::FilterQuery, "FilterQuery", false};
+const IntrinsicParam kOperationTimeout{Param::OperationTimeout, "OperationTimeout", false};
+const IntrinsicParam kContinueOnError{Param::ContinueOnError, "ContinueOnError", false};
+const IntrinsicParam kMaxObjectCount{Param::MaxObjectCount, "MaxObjectCount", false};
+const IntrinsicParam kEnumerationContext{Param::EnumerationContext, "EnumerationContext", true};
+
+// The parameters every opening operation ends with.
+std::vector<IntrinsicParam> opening(std::vector<IntrinsicParam> params) {
+    params.insert(params.end(), {kFilterQueryLanguage, kFilterQuery, kOperationTimeout,
+                                 kContinueOnError, kMaxObjectCount});
+    return params;
+}
+
+// The parameters of the operations that open enumerations, pull from them or end them.
+const std::vector<IntrinsicParam>& enumerationParamsOf(Operation operation) {
+    static const std::vector<IntrinsicParam> none;
+    static const std::vector<IntrinsicParam> openInstances =
+        opening({kClassName, kDeepInheritance, kIncludeClassOrigin, kPropertyList});
+    static const std::vector<IntrinsicParam> openPaths = opening({kClassName});
+    static const std::vector<IntrinsicParam> openReferences =
+        opening({kInstanceName, kResultClass, kRole, kIncludeClassOrigin, kPropertyList});
+    static const std::vector<IntrinsicParam> openReferencePaths =
+        opening({kInstanceName, kResultClass, kRole});
+    static const std::vector<IntrinsicParam> openAssociators =
+        opening({kInstanceName, kAssocClass, kResultClass, kRole, kResultRole, kIncludeClassOrigin,
+                 kPropertyList});
+    static const std::vector<IntrinsicParam> openAssociatorPaths =
+        opening({kInstanceName, kAssocClass, kResultClass, kRole, kResultRole});
+    static const std::vector<IntrinsicParam> pull{kEnumerationContext, kMaxObjectCount};
+    static const std::vector<IntrinsicParam> context{kEnumerationContext};
+    switch (operation) {
+    case Operation::OpenEnumerateInstances:
+        return openInstances;
+    case Operation::OpenEnumerateInstancePaths:
+        return openPaths;
+    case Operation::OpenReferenceInstances:
+        return openReferences;
+    case Operation::OpenReferenceInstancePaths:
+        return openReferencePaths;
+    case Operation::OpenAssociatorInstances:
+        return openAssociators;
+    case Operation::OpenAssociatorInstancePaths:
+        return openAssociatorPaths;
+    case Operation::PullInstancesWithPath:
+    case Operation::PullInstancePaths:
+    case Operation::PullInstances:
+        return pull;
+    case Operation::CloseEnumeration:
+    case Operation::EnumerationCount:
+        return context;
+    default:
+        return none;
+    }
+}
 
 // The intrinsic parameters of each operation, in DSP0200's order.
 const std::vector<IntrinsicParam>& paramsOf(Operation operation) {
-    static const std::vector<IntrinsicParam> none;
     static const std::vector<IntrinsicParam> getClass{kClassName, kLocalOnly, kIncludeQualifiers,
                                                       kIncludeClassOrigin, kPropertyList};
     static const std::vector<IntrinsicParam> enumerateClasses{
@@ -121,10 +181,10 @@ const std::vector<IntrinsicParam>& paramsOf(Operation operation) {
         return references;
     case Operation::ReferenceNames:
         return referenceNames;
-    case Operation::InvokeMethod:
+    default:
         break;
     }
-    return none;
+    return enumerationParamsOf(operation);
 }
 
 // Accessors shared by encoding (const request) and decoding; nullptr for other parameters.
@@ -139,6 +199,8 @@ auto booleanField(Request& request, Param param) -> decltype(&request.localOnly)
         return &request.includeQualifiers;
     case Param::IncludeClassOrigin:
         return &request.includeClassOrigin;
+    case Param::ContinueOnError:
+        return &request.continueOnError;
     default:
         return nullptr;
     }
@@ -159,12 +221,18 @@ auto classNameField(Request& request, Param param) -> decltype(&request.classNam
 }
 
 template <class Request>
-auto roleField(Request& request, Param param) -> decltype(&request.role) {
+auto stringField(Request& request, Param param) -> decltype(&request.role) {
     switch (param) {
     case Param::Role:
         return &request.role;
     case Param::ResultRole:
         return &request.resultRole;
+    case Param::FilterQueryLanguage:
+        return &request.filterQueryLanguage;
+    case Param::FilterQuery:
+        return &request.filterQuery;
+    case Param::EnumerationContext:
+        return &request.enumerationContext;
     default:
         return nullptr;
     }
@@ -228,14 +296,17 @@ private:
         if (const CIMName* name = classNameField(_request, entry.param)) {
             return name->isNull();
         }
-        if (const String* role = roleField(_request, entry.param)) {
-            return role->size() == 0;
+        if (const String* text = stringField(_request, entry.param)) {
+            // A missing context would be a malformed request rather than an unknown context.
+            return text->size() == 0 && entry.param != Param::EnumerationContext;
         }
         switch (entry.param) {
         case Param::PropertyList:
             return _request.propertyList.isNull();
         case Param::NewValue:
             return _request.newValue.isNull();
+        case Param::OperationTimeout:
+            return !_request.operationTimeout;
         default:
             return false;
         }
@@ -255,7 +326,7 @@ private:
             _out += *flag ? "<VALUE>TRUE</VALUE>" : "<VALUE>FALSE</VALUE>";
         } else if (const CIMName* name = classNameField(_request, param)) {
             _writer.className(*name);
-        } else if (const String* role = roleField(_request, param)) {
+        } else if (const String* role = stringField(_request, param)) {
             _writer.value(CIMValue(*role));
         } else {
             _objectContent(param);
@@ -286,6 +357,12 @@ private:
             break;
         case Param::PropertyName:
             _writer.value(CIMValue(_request.propertyName.getString()));
+            break;
+        case Param::OperationTimeout:
+            _writer.value(CIMValue(*_request.operationTimeout));
+            break;
+        case Param::MaxObjectCount:
+            _writer.value(CIMValue(_request.maxObjectCount));
             break;
         default:
             _writer.value(_request.newValue);
@@ -389,7 +466,7 @@ private:
             _reader.value(children.take("VALUE"), CIMTYPE_BOOLEAN).get(*flag);
         } else if (CIMName* name = classNameField(_request, entry.param)) {
             *name = _reader.className(children.take("CLASSNAME"));
-        } else if (String* role = roleField(_request, entry.param)) {
+        } else if (String* role = stringField(_request, entry.param)) {
             *role = _reader.text(children.take("VALUE"));
         } else {
             _objectContent(element, children, entry.param);
@@ -415,6 +492,12 @@ private:
             break;
         case Param::PropertyName:
             _request.propertyName = _propertyName(children.take("VALUE"));
+            break;
+        case Param::OperationTimeout:
+            _request.operationTimeout = _uint32(children.take("VALUE"));
+            break;
+        case Param::MaxObjectCount:
+            _request.maxObjectCount = _uint32(children.take("VALUE"));
             break;
         default: {
             bool typed = false;
@@ -444,6 +527,12 @@ private:
             names.append(CIMName(texts[i]));
         }
         return CIMPropertyList(names);
+    }
+
+    Uint32 _uint32(const Element& element) const {
+        Uint32 number = 0;
+        _reader.value(element, CIMTYPE_UINT32).get(number);
+        return number;
     }
 
     CIMName _propertyName(const Element& element) const {
@@ -525,6 +614,7 @@ OperationRequest OperationRequest::make(Operation operation, const CIMNamespaceN
         request.includeQualifiers = true;
         break;
     case Operation::EnumerateInstances:
+    case Operation::OpenEnumerateInstances:
         request.deepInheritance = true;
         break;
     default:

@@ -45,7 +45,14 @@ struct PathDefaults {
 ///   EnumerateInstanceNames, CreateInstance writeObjectPath INSTANCENAME
 ///   AssociatorNames, ReferenceNames       writeObjectPath  OBJECTPATH
 ///   GetProperty                           writeValue       VALUE, VALUE.ARRAY or VALUE.REFERENCE
-///   ModifyInstance, DeleteInstance, SetProperty: nothing; finish() alone.
+///   OpenEnumerateInstances, OpenReferenceInstances, OpenAssociatorInstances,
+///   PullInstancesWithPath                 writeInstance    VALUE.INSTANCEWITHPATH
+///   PullInstances                         writeInstance    INSTANCE
+///   OpenEnumerateInstancePaths, OpenReferenceInstancePaths, OpenAssociatorInstancePaths,
+///   PullInstancePaths                     writeObjectPath  INSTANCEPATH
+///   EnumerationCount                      writeValue       VALUE (a null count writes nothing)
+///   ModifyInstance, DeleteInstance, SetProperty, CloseEnumeration: nothing; finish() alone.
+/// The opening and pull operations end with finishPage() instead of finish().
 /// A write that does not fit the operation throws CIMException(CIM_ERR_FAILED).
 /// Not thread-safe; one writer per response.
 class IMethodResponseWriter {
@@ -65,11 +72,15 @@ public:
 
     /// Writes the tail, and the head if nothing was written yet. Call once.
     void finish();
+    /// The same for an opening or pull operation, with its EndOfSequence and, unless the
+    /// sequence ended, EnumerationContext.
+    void finishPage(Pegasus::Boolean endOfSequence, const Pegasus::String& enumerationContext);
 
     bool hasStarted() const { return _started; }
 
 private:
     void _start();
+    void _finishTail();
     void _require(bool fits, const char* what) const;
 
     std::string& _out;
@@ -119,6 +130,12 @@ struct OperationResponse {
     Pegasus::CIMValue value;
     /// Output PARAMVALUEs of InvokeMethod.
     Pegasus::Array<Pegasus::CIMParamValue> outParameters;
+    /// Opening and pull operations: their instances (each with its path; without for
+    /// PullInstances) are in `instances`, their paths in `paths`.
+    Pegasus::Boolean endOfSequence = false;
+    Pegasus::String enumerationContext;
+    /// EnumerationCount; unset when the server gave no count.
+    std::optional<Pegasus::Uint64> count;
 
     /// Throws CIMException with the ERROR's code and description, if there is one.
     void throwIfError() const;

@@ -21,7 +21,13 @@ namespace {
 
 bool returnsNothing(Operation operation) {
     return operation == Operation::ModifyInstance || operation == Operation::DeleteInstance ||
-           operation == Operation::SetProperty;
+           operation == Operation::SetProperty || operation == Operation::CloseEnumeration;
+}
+
+// Instances with their paths, in VALUE.INSTANCEWITHPATH.
+bool deliversInstancesWithPath(Operation operation) {
+    return continuesEnumeration(operation) && !deliversPaths(operation) &&
+           operation != Operation::PullInstances;
 }
 
 bool isAssociation(Operation operation) {
@@ -121,12 +127,18 @@ void IMethodResponseWriter::writeClassName(const CIMName& className) {
 
 void IMethodResponseWriter::writeInstance(const CIMConstInstance& instance) {
     _require(_operation == Operation::GetInstance || _operation == Operation::EnumerateInstances ||
-                 isAssociation(_operation),
+                 isAssociation(_operation) || _operation == Operation::PullInstances ||
+                 deliversInstancesWithPath(_operation),
              "an instance");
     _start();
     detail::Writer writer(_out);
-    if (_operation == Operation::GetInstance) {
+    if (_operation == Operation::GetInstance || _operation == Operation::PullInstances) {
         writer.instance(instance);
+    } else if (deliversInstancesWithPath(_operation)) {
+        _out += "<VALUE.INSTANCEWITHPATH>";
+        writer.instancePath(completed(pathOf(instance), _defaults));
+        writer.instance(instance);
+        _out += "</VALUE.INSTANCEWITHPATH>";
     } else if (_operation == Operation::EnumerateInstances) {
         _out += "<VALUE.NAMEDINSTANCE>";
         writeInstanceName(writer, instance);
@@ -151,11 +163,16 @@ void IMethodResponseWriter::writeObject(const CIMConstObject& object) {
 void IMethodResponseWriter::writeObjectPath(const CIMObjectPath& path) {
     const bool named =
         _operation == Operation::EnumerateInstanceNames || _operation == Operation::CreateInstance;
-    _require(named || isAssociationNames(_operation), "an object path");
+    _require(named || isAssociationNames(_operation) || deliversPaths(_operation),
+             "an object path");
     _start();
     detail::Writer writer(_out);
     if (named) {
         writer.instanceName(path);
+        return;
+    }
+    if (deliversPaths(_operation)) {
+        writer.instancePath(completed(path, _defaults));
         return;
     }
     const CIMObjectPath full = completed(path, _defaults);
@@ -165,13 +182,32 @@ void IMethodResponseWriter::writeObjectPath(const CIMObjectPath& path) {
 }
 
 void IMethodResponseWriter::writeValue(const CIMValue& value) {
-    _require(_operation == Operation::GetProperty, "a property value");
+    _require(_operation == Operation::GetProperty || _operation == Operation::EnumerationCount,
+             "a value");
     _start();
     detail::Writer(_out).value(value);
 }
 
 void IMethodResponseWriter::finish() {
+    _require(!continuesEnumeration(_operation), "a response without EndOfSequence");
     _start();
+    _finishTail();
+}
+
+void IMethodResponseWriter::finishPage(Boolean endOfSequence, const String& enumerationContext) {
+    _require(continuesEnumeration(_operation), "EndOfSequence");
+    _start();
+    _out += "</IRETURNVALUE><PARAMVALUE NAME=\"EndOfSequence\" PARAMTYPE=\"boolean\"><VALUE>";
+    _out += endOfSequence ? "TRUE" : "FALSE";
+    _out += "</VALUE></PARAMVALUE><PARAMVALUE NAME=\"EnumerationContext\" PARAMTYPE=\"string\">";
+    if (!endOfSequence) {
+        detail::Writer(_out).value(CIMValue(enumerationContext));
+    }
+    _out += "</PARAMVALUE></IMETHODRESPONSE></SIMPLERSP>";
+    detail::appendMessageTail(_out);
+}
+
+void IMethodResponseWriter::_finishTail() {
     if (!returnsNothing(_operation)) {
         _out += "</IRETURNVALUE>";
     }
@@ -240,8 +276,11 @@ public:
         } else if (isIntrinsic(_operation)) {
             if (const Element* returned = children.takeIf("IRETURNVALUE")) {
                 _intrinsicResult(*returned);
-            } else if (!returnsNothing(_operation)) {
+            } else if (!returnsNothing(_operation) && !continuesEnumeration(_operation)) {
                 detail::failAt(methodResponse, "IRETURNVALUE is missing");
+            }
+            if (continuesEnumeration(_operation)) {
+                _pageEnd(methodResponse, children);
             }
         } else {
             _extrinsicResult(children);
@@ -266,6 +305,38 @@ private:
         }
         instances.finish();
         return error;
+    }
+
+    // EndOfSequence and EnumerationContext, in either order; the context may be NULL at the end.
+    void _pageEnd(const Element& methodResponse, Children& children) {
+        bool ended = false;
+        while (const Element* element = children.takeIf("PARAMVALUE")) {
+            const CIMParamValue parameter = _reader.paramValue(*element);
+            const String& name = parameter.getParameterName();
+            const CIMValue value = parameter.getValue();
+            if (String::equalNoCase(name, "EndOfSequence")) {
+                ended = true;
+                _response.endOfSequence = _flag(*element, value);
+            } else if (String::equalNoCase(name, "EnumerationContext") && !value.isNull()) {
+                _response.enumerationContext = value.toString();
+            }
+        }
+        if (!ended) {
+            detail::failAt(methodResponse, "EndOfSequence is missing");
+        }
+    }
+
+    static Boolean _flag(const Element& element, const CIMValue& value) {
+        if (value.getType() == CIMTYPE_BOOLEAN && !value.isNull() && !value.isArray()) {
+            Boolean flag = false;
+            value.get(flag);
+            return flag;
+        }
+        const String text = value.isNull() ? String() : value.toString();
+        if (!String::equalNoCase(text, "TRUE") && !String::equalNoCase(text, "FALSE")) {
+            detail::failAt(element, "EndOfSequence is not a boolean");
+        }
+        return String::equalNoCase(text, "TRUE");
     }
 
     template <class Read>
@@ -318,10 +389,40 @@ private:
             _each(children, "OBJECTPATH",
                   [&](const Element& e) { _response.paths.append(_reader.objectPath(e)); });
             break;
+        case Operation::PullInstances:
+            _each(children, "INSTANCE",
+                  [&](const Element& e) { _response.instances.append(_reader.instance(e)); });
+            break;
+        case Operation::EnumerationCount:
+            _count(children);
+            break;
         default:
+            _enumerationResult(children);
             break;
         }
         children.finish();
+    }
+
+    void _enumerationResult(Children& children) {
+        if (deliversPaths(_operation)) {
+            _each(children, "INSTANCEPATH",
+                  [&](const Element& e) { _response.paths.append(_reader.anyPath(e)); });
+        } else if (deliversInstancesWithPath(_operation)) {
+            _each(children, "VALUE.INSTANCEWITHPATH", [&](const Element& e) {
+                _response.instances.append(_reader.instanceWithPath(e));
+            });
+        }
+    }
+
+    // A count, or NULL as no VALUE or an empty one.
+    void _count(Children& children) {
+        const Element* element = children.takeIf("VALUE");
+        if (element == nullptr || _reader.text(*element).size() == 0) {
+            return;
+        }
+        Uint64 count = 0;
+        _reader.value(*element, CIMTYPE_UINT64).get(count);
+        _response.count = count;
     }
 
     void _extrinsicResult(Children& children) {

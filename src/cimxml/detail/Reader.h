@@ -63,6 +63,8 @@ public:
     Pegasus::CIMInstance namedInstance(const Element& element) const;
     /// VALUE.OBJECTWITHPATH, VALUE.OBJECTWITHLOCALPATH or VALUE.NAMEDOBJECT.
     Pegasus::CIMObject objectWithPath(const Element& element) const;
+    /// VALUE.INSTANCEWITHPATH: the instance, its path set from the INSTANCEPATH.
+    Pegasus::CIMInstance instanceWithPath(const Element& element) const;
 
     /// PARAMVALUE: typed by PARAMTYPE, by the TYPE of its VALUE or VALUE.ARRAY, by
     /// EmbeddedObject, or by its element (references, instances, classes); else an untyped
