@@ -77,8 +77,8 @@ CimServer::CimServer(const ServerConfig& config)
                      _repository, Pegasus::CIMNamespaceName(config.registrationNamespace.c_str())),
                  config.providerDirectories, Pegasus::CIMOMHandle(_serverHandle), &warn,
                  builtInModules(_repository, localHostName())),
-      _dispatcher(_repository, _providers, localHostName()), _cimXml(_dispatcher),
-      _workers(config.threads, queueCapacity(config)),
+      _dispatcher(_repository, _providers, localHostName()), _enumerations(config.enumerations),
+      _cimXml(_dispatcher, _enumerations), _workers(config.threads, queueCapacity(config)),
       _http(
           config.http, _workers,
           [this](HttpRequest& request, ResponseStream& response) {
@@ -90,6 +90,7 @@ CimServer::CimServer(const ServerConfig& config)
 CimServer::~CimServer() {
     if (stop())
         return;
+    _enumerations.shutdown(std::nullopt);
     _workers.stop(std::nullopt);
     terminateProviders();
 }
@@ -113,9 +114,12 @@ bool CimServer::stop() {
     _http.stopAccepting();
     if (!_http.waitUntilIdle(deadline))
         warn("shutdown: abandoning requests still in progress");
+    // Providers still delivering into open enumerations are stopped before the workers go.
+    const auto atLeastASecond =
+        std::max(deadline, std::chrono::steady_clock::now() + std::chrono::seconds(1));
+    bool workersDone = _enumerations.shutdown(atLeastASecond);
     _http.stop();
-    bool workersDone = _workers.stop(
-        std::max(deadline, std::chrono::steady_clock::now() + std::chrono::seconds(1)));
+    workersDone = _workers.stop(atLeastASecond) && workersDone;
     if (_running) {
         // connectLocal() reaches a server through its socket again.
         Pegasus::CIMClientConnector::setLocal(&Pegasus::CIMXmlClientConnector::connectLocal);

@@ -5,6 +5,7 @@
 #define KSV_CIMSERVER_CIMSERVER_H
 
 #include "cimserver/CimXmlService.h"
+#include "cimserver/EnumerationContexts.h"
 #include "cimserver/HttpFrontEnd.h"
 #include "cimserver/InProcessAccess.h"
 #include "cimserver/OperationDispatcher.h"
@@ -49,6 +50,7 @@ private:
     std::shared_ptr<ServerHandleBackend> _serverHandle;
     ProviderTable _providers;
     OperationDispatcher _dispatcher;
+    EnumerationContexts _enumerations;
     CimXmlService _cimXml;
     WorkerPool _workers;
     HttpFrontEnd _http;

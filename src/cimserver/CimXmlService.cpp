@@ -189,7 +189,7 @@ void runIntrinsic(const OperationDispatcher& dispatcher, const Caller& caller,
         return streamResults<CIMObjectPath>(output, writePath, [&](Sink<CIMObjectPath>& sink) {
             dispatcher.referenceNames(caller, request, sink);
         });
-    case Operation::InvokeMethod:
+    default:
         break;
     }
     throw CIMException(CIM_ERR_NOT_SUPPORTED, operationName(request.operation));
@@ -251,6 +251,14 @@ void CimXmlService::answerIntrinsic(const Caller& caller, const OperationRequest
     std::vector<HttpHeader> trailers;
     runForClient(
         [&] {
+            if (PullOperations::handles(request.operation)) {
+                _pulls.answer(caller, request, writer, [&output] {
+                    if (output.abandoned())
+                        throw std::runtime_error("the response was abandoned");
+                    output.flushIfFull();
+                });
+                return;
+            }
             runIntrinsic(_dispatcher, caller, request, writer, output);
             writer.finish();
         },

@@ -6,12 +6,14 @@
 
 #include "cimserver/HttpFrontEnd.h"
 #include "cimserver/OperationDispatcher.h"
+#include "cimserver/PullOperations.h"
 
 namespace ksv::server {
 
 class CimXmlService {
 public:
-    explicit CimXmlService(const OperationDispatcher& dispatcher) : _dispatcher(dispatcher) {}
+    CimXmlService(const OperationDispatcher& dispatcher, EnumerationContexts& enumerations)
+        : _dispatcher(dispatcher), _pulls(dispatcher, enumerations) {}
 
     // Answers every failure itself; never throws.
     void process(HttpRequest& request, ResponseStream& response) const;
@@ -25,6 +27,7 @@ private:
                          ResponseStream& response) const;
 
     const OperationDispatcher& _dispatcher;
+    const PullOperations _pulls;
 };
 
 } // namespace ksv::server

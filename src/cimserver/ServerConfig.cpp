@@ -97,6 +97,29 @@ void addRuntimeOptions(CLI::App& app, ServerConfig& config) {
     app.add_option("--log-sink", config.logSink, "stderr, syslog, file:PATH or none");
 }
 
+void addEnumerationOptions(CLI::App& app, EnumerationLimits& limits) {
+    app.add_option("--max-enumerations", limits.maxContexts,
+                   "open enumerations of the pull operations, all users together")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    app.add_option("--enumeration-held-results", limits.heldResults,
+                   "results an open enumeration holds until its client pulls them")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    app.add_option("--enumeration-timeout", limits.defaultTimeoutSeconds,
+                   "seconds an unused enumeration stays open when the client names no time-out")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    app.add_option("--max-enumeration-timeout", limits.maxTimeoutSeconds,
+                   "the longest time-out a client may ask for an enumeration, in seconds")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    app.add_option("--max-object-count", limits.maxObjectCount,
+                   "the most results one pull operation may ask for")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+}
+
 } // namespace
 
 ServerConfig defaultServerConfig() {
@@ -117,6 +140,7 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
     addTlsOptions(app, config.http);
     addContentOptions(app, config);
     addRuntimeOptions(app, config);
+    addEnumerationOptions(app, config.enumerations);
     ParsedCommandLine parsed;
     try {
         app.parse(argc, argv);

@@ -3,6 +3,7 @@
 #ifndef KSV_CIMSERVER_SERVERCONFIG_H
 #define KSV_CIMSERVER_SERVERCONFIG_H
 
+#include "cimserver/EnumerationContexts.h"
 #include "cimserver/HttpFrontEnd.h"
 
 #include <optional>
@@ -31,6 +32,8 @@ struct ServerConfig {
     unsigned threads = 8;
     // How long shutdown waits for requests in progress before abandoning them.
     unsigned shutdownGraceSeconds = 10;
+    // Open enumerations of the pull operations.
+    EnumerationLimits enumerations;
 };
 
 // The defaults: the source tree's MOF and the build's provider modules.
