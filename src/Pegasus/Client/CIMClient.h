@@ -13,10 +13,18 @@
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/Exception.h>
 #include <Pegasus/Common/SSLContext.h>
+#include <Pegasus/Common/UintArgs.h>
 #include <Pegasus/Client/CIMClientException.h>
+#include <Pegasus/Client/CIMEnumerationContext.h>
 #include <Pegasus/Client/Linkage.h>
 
 #include <memory>
+
+namespace ksv::cimxml {
+enum class Operation;
+struct OperationRequest;
+struct OperationResponse;
+} // namespace ksv::cimxml
 
 PEGASUS_NAMESPACE_BEGIN
 
@@ -124,6 +132,74 @@ public:
                           const CIMName& methodName, const Array<CIMParamValue>& inParameters,
                           Array<CIMParamValue>& outParameters);
 
+    /// The pull operations. An open operation starts an enumeration and returns its first
+    /// results, up to maxObjectCount; the pulls return the next ones. endOfSequence tells when
+    /// the server has returned the last and closed the enumeration; until then
+    /// closeEnumeration() ends it early.
+    Array<CIMInstance> openEnumerateInstances(
+        CIMEnumerationContext& enumerationContext, Boolean& endOfSequence,
+        const CIMNamespaceName& nameSpace, const CIMName& className, Boolean deepInheritance = true,
+        Boolean includeClassOrigin = false, const CIMPropertyList& propertyList = CIMPropertyList(),
+        const String& filterQueryLanguage = String::EMPTY,
+        const String& filterQuery = String::EMPTY, const Uint32Arg& operationTimeout = Uint32Arg(),
+        Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    Array<CIMObjectPath>
+    openEnumerateInstancePaths(CIMEnumerationContext& enumerationContext, Boolean& endOfSequence,
+                               const CIMNamespaceName& nameSpace, const CIMName& className,
+                               const String& filterQueryLanguage = String::EMPTY,
+                               const String& filterQuery = String::EMPTY,
+                               const Uint32Arg& operationTimeout = Uint32Arg(),
+                               Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    Array<CIMInstance> openReferenceInstances(
+        CIMEnumerationContext& enumerationContext, Boolean& endOfSequence,
+        const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+        const CIMName& resultClass = CIMName(), const String& role = String::EMPTY,
+        const Boolean includeClassOrigin = false,
+        const CIMPropertyList& propertyList = CIMPropertyList(),
+        const String& filterQueryLanguage = String::EMPTY,
+        const String& filterQuery = String::EMPTY, const Uint32Arg& operationTimeout = Uint32Arg(),
+        Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    Array<CIMObjectPath> openReferenceInstancePaths(
+        CIMEnumerationContext& enumerationContext, Boolean& endOfSequence,
+        const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+        const CIMName& resultClass = CIMName(), const String& role = String::EMPTY,
+        const String& filterQueryLanguage = String::EMPTY,
+        const String& filterQuery = String::EMPTY, const Uint32Arg& operationTimeout = Uint32Arg(),
+        Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    Array<CIMInstance> openAssociatorInstances(
+        CIMEnumerationContext& enumerationContext, Boolean& endOfSequence,
+        const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+        const CIMName& assocClass = CIMName(), const CIMName& resultClass = CIMName(),
+        const String& role = String::EMPTY, const String& resultRole = String::EMPTY,
+        Boolean includeClassOrigin = false, const CIMPropertyList& propertyList = CIMPropertyList(),
+        const String& filterQueryLanguage = String::EMPTY,
+        const String& filterQuery = String::EMPTY, const Uint32Arg& operationTimeout = Uint32Arg(),
+        Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    Array<CIMObjectPath> openAssociatorInstancePaths(
+        CIMEnumerationContext& enumerationContext, Boolean& endOfSequence,
+        const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName,
+        const CIMName& assocClass = CIMName(), const CIMName& resultClass = CIMName(),
+        const String& role = String::EMPTY, const String& resultRole = String::EMPTY,
+        const String& filterQueryLanguage = String::EMPTY,
+        const String& filterQuery = String::EMPTY, const Uint32Arg& operationTimeout = Uint32Arg(),
+        Boolean continueOnError = false, Uint32 maxObjectCount = 0);
+
+    Array<CIMInstance> pullInstancesWithPath(CIMEnumerationContext& enumerationContext,
+                                             Boolean& endOfSequence, Uint32 maxObjectCount);
+
+    Array<CIMObjectPath> pullInstancePaths(CIMEnumerationContext& enumerationContext,
+                                           Boolean& endOfSequence, Uint32 maxObjectCount);
+
+    void closeEnumeration(CIMEnumerationContext& enumerationContext);
+
+    /// The number of results left, or NULL when the server cannot tell yet.
+    Uint64Arg enumerationCount(CIMEnumerationContext& enumerationContext);
+
 private:
     CIMClient(const CIMClient&) = delete;
     CIMClient& operator=(const CIMClient&) = delete;
@@ -131,6 +207,13 @@ private:
     void _attach(std::unique_ptr<CIMClientBackend> backend);
     void _requireDisconnected() const;
     CIMClientBackend& _connection() const;
+    ksv::cimxml::OperationResponse _page(CIMEnumerationContext& enumerationContext,
+                                         Boolean& endOfSequence,
+                                         ksv::cimxml::OperationRequest& request);
+    ksv::cimxml::OperationResponse _continue(CIMEnumerationContext& enumerationContext,
+                                             Boolean& endOfSequence,
+                                             ksv::cimxml::Operation operation,
+                                             Uint32 maxObjectCount);
 
     std::unique_ptr<CIMClientBackend> _backend;
     Uint32 _timeoutMilliseconds;

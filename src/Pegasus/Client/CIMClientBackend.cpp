@@ -2,11 +2,20 @@
 #include <Pegasus/Client/CIMXmlClientBackend.h>
 #include <Pegasus/Common/Exception.h>
 
+#include <cimxml/Request.h>
+#include <cimxml/Response.h>
+
 #include <mutex>
 #include <string>
 #include <utility>
 
 PEGASUS_NAMESPACE_BEGIN
+
+ksv::cimxml::OperationResponse CIMClientBackend::exchange(ksv::cimxml::OperationRequest request) {
+    throw CIMException(CIM_ERR_NOT_SUPPORTED,
+                       String(ksv::cimxml::operationName(request.operation)) +
+                           " is not supported over this connection");
+}
 
 namespace {
 

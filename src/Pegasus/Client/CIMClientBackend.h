@@ -17,6 +17,11 @@
 #include <functional>
 #include <memory>
 
+namespace ksv::cimxml {
+struct OperationRequest;
+struct OperationResponse;
+} // namespace ksv::cimxml
+
 PEGASUS_NAMESPACE_BEGIN
 
 /// One open connection of a CIMClient: a CIM-XML transport, or an in-process server in tests.
@@ -102,6 +107,11 @@ public:
                                   const CIMObjectPath& instanceName, const CIMName& methodName,
                                   const Array<CIMParamValue>& inParameters,
                                   Array<CIMParamValue>& outParameters) = 0;
+
+    /// Sends `request` (an operation of the pull family; its message ID is the backend's) and
+    /// returns the response, having thrown for an ERROR in it. Unless overridden, throws
+    /// CIMException(CIM_ERR_NOT_SUPPORTED).
+    virtual ksv::cimxml::OperationResponse exchange(ksv::cimxml::OperationRequest request);
 };
 
 /// Process-wide registry of the factories that open client connections: the local one for

@@ -231,6 +231,11 @@ public:
         return response.value;
     }
 
+    cimxml::OperationResponse exchange(cimxml::OperationRequest request) override {
+        request.messageId = std::to_string(++_lastMessageId);
+        return _exchange(request);
+    }
+
 private:
     cimxml::OperationRequest _request(cimxml::Operation operation,
                                       const CIMNamespaceName& nameSpace) {
