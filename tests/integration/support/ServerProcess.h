@@ -39,6 +39,7 @@ public:
     std::uint16_t port() const { return _port; }
     // 0 unless the arguments turn HTTPS on.
     std::uint16_t httpsPort() const { return _httpsPort; }
+    pid_t pid() const { return _pid; }
     const std::string& socketPath() const { return _socketPath; }
     const std::string& directory() const { return _directory; }
 
