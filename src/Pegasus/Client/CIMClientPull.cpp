@@ -57,6 +57,22 @@ OperationRequest opening(Operation operation, const CIMNamespaceName& nameSpace,
     return request;
 }
 
+// The object an association opening starts from, and its filters.
+void relate(OperationRequest& request, const CIMObjectPath& objectName, const CIMName& assocClass,
+            const CIMName& resultClass, const String& role, const String& resultRole) {
+    request.objectName = objectName;
+    request.assocClass = assocClass;
+    request.resultClass = resultClass;
+    request.role = role;
+    request.resultRole = resultRole;
+}
+
+void shape(OperationRequest& request, Boolean includeClassOrigin,
+           const CIMPropertyList& propertyList) {
+    request.includeClassOrigin = includeClassOrigin;
+    request.propertyList = propertyList;
+}
+
 } // namespace
 
 OperationResponse CIMClient::_page(CIMEnumerationContext& enumerationContext,
@@ -88,8 +104,7 @@ Array<CIMInstance> CIMClient::openEnumerateInstances(
                 operationTimeout, continueOnError, maxObjectCount);
     request.className = className;
     request.deepInheritance = deepInheritance;
-    request.includeClassOrigin = includeClassOrigin;
-    request.propertyList = propertyList;
+    shape(request, includeClassOrigin, propertyList);
     return _page(enumerationContext, endOfSequence, request).instances;
 }
 
@@ -115,11 +130,8 @@ Array<CIMInstance> CIMClient::openReferenceInstances(
     OperationRequest request =
         opening(Operation::OpenReferenceInstances, nameSpace, filterQueryLanguage, filterQuery,
                 operationTimeout, continueOnError, maxObjectCount);
-    request.objectName = objectName;
-    request.resultClass = resultClass;
-    request.role = role;
-    request.includeClassOrigin = includeClassOrigin;
-    request.propertyList = propertyList;
+    relate(request, objectName, CIMName(), resultClass, role, String());
+    shape(request, includeClassOrigin, propertyList);
     return _page(enumerationContext, endOfSequence, request).instances;
 }
 
@@ -131,9 +143,7 @@ Array<CIMObjectPath> CIMClient::openReferenceInstancePaths(
     OperationRequest request =
         opening(Operation::OpenReferenceInstancePaths, nameSpace, filterQueryLanguage, filterQuery,
                 operationTimeout, continueOnError, maxObjectCount);
-    request.objectName = objectName;
-    request.resultClass = resultClass;
-    request.role = role;
+    relate(request, objectName, CIMName(), resultClass, role, String());
     return _page(enumerationContext, endOfSequence, request).paths;
 }
 
@@ -147,13 +157,8 @@ Array<CIMInstance> CIMClient::openAssociatorInstances(
     OperationRequest request =
         opening(Operation::OpenAssociatorInstances, nameSpace, filterQueryLanguage, filterQuery,
                 operationTimeout, continueOnError, maxObjectCount);
-    request.objectName = objectName;
-    request.assocClass = assocClass;
-    request.resultClass = resultClass;
-    request.role = role;
-    request.resultRole = resultRole;
-    request.includeClassOrigin = includeClassOrigin;
-    request.propertyList = propertyList;
+    relate(request, objectName, assocClass, resultClass, role, resultRole);
+    shape(request, includeClassOrigin, propertyList);
     return _page(enumerationContext, endOfSequence, request).instances;
 }
 
@@ -166,11 +171,7 @@ Array<CIMObjectPath> CIMClient::openAssociatorInstancePaths(
     OperationRequest request =
         opening(Operation::OpenAssociatorInstancePaths, nameSpace, filterQueryLanguage, filterQuery,
                 operationTimeout, continueOnError, maxObjectCount);
-    request.objectName = objectName;
-    request.assocClass = assocClass;
-    request.resultClass = resultClass;
-    request.role = role;
-    request.resultRole = resultRole;
+    relate(request, objectName, assocClass, resultClass, role, resultRole);
     return _page(enumerationContext, endOfSequence, request).paths;
 }
 
