@@ -68,19 +68,6 @@ bool isLowSurrogate(Pegasus::Uint16 unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-bool isBlank(Pegasus::Uint16 unit) {
-    return unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r';
-}
-
-bool allBlanks(const Pegasus::Char16* units, size_t count) {
-    for (size_t i = 0; i < count; i++) {
-        if (!isBlank(units[i])) {
-            return false;
-        }
-    }
-    return true;
-}
-
 // Length of the UTF-8 sequence led by `lead`, 0 for a byte that cannot lead one.
 int sequenceLength(unsigned char lead) {
     if (lead < 0x80) {
@@ -115,21 +102,19 @@ long decodeSequence(const unsigned char* bytes, int length) {
     return long(code);
 }
 
-// Printable ASCII other than markup characters, copied as it is.
+// Printable ASCII other than markup characters and the space, copied as it is.
 bool isPlain(Pegasus::Uint16 unit) {
-    return unit >= 0x20 && unit < 0x7F && unit != '&' && unit != '<' && unit != '>' &&
-           unit != '"' && unit != '\'';
+    return unit > 0x20 && unit < 0x7F && unit != '&' && unit != '<' && unit != '>' && unit != '"' &&
+           unit != '\'';
 }
 
 } // namespace
 
+// Spaces are written as OpenPegasus writes them: a leading or trailing space, which readers trim,
+// and a space after a space, which some readers collapse, as references.
 void appendEscapedUnits(std::string& out, const Pegasus::Char16* units, size_t count) {
     size_t i = 0;
-    // XML parsers drop text made only of blanks; a reference keeps it.
-    if (count > 0 && isBlank(units[0]) && allBlanks(units, count)) {
-        appendCharacterReference(out, units[0]);
-        i = 1;
-    }
+    bool rawSpaceBefore = false;
     while (i < count) {
         // Most text is plain ASCII: copy it in runs rather than character by character.
         char run[128];
@@ -138,10 +123,20 @@ void appendEscapedUnits(std::string& out, const Pegasus::Char16* units, size_t c
             run[length++] = char(Pegasus::Uint16(units[i++]));
         }
         out.append(run, length);
+        if (length > 0) {
+            rawSpaceBefore = false;
+        }
         if (i == count || length == sizeof(run)) {
             continue;
         }
         const Pegasus::Uint16 unit = units[i++];
+        if (unit == ' ') {
+            const bool raw = i > 1 && i < count && !rawSpaceBefore;
+            out += raw ? " " : "&#32;";
+            rawSpaceBefore = raw;
+            continue;
+        }
+        rawSpaceBefore = false;
         if (unit < 0x80) {
             appendEscapedAscii(out, unit);
         } else if (isHighSurrogate(unit) && i < count && isLowSurrogate(units[i])) {
