@@ -141,7 +141,6 @@ CIMObject OperationDispatcher::classObject(const Request& request, const CIMName
 
 void OperationDispatcher::associators(const Caller& caller, const Request& request,
                                       Sink<CIMObject>& sink) const {
-    CallerScope scope(caller);
     checkAssociationRequest(request);
     if (namesClass(request.objectName)) {
         for (const CIMName& far :
@@ -166,7 +165,6 @@ void OperationDispatcher::associators(const Caller& caller, const Request& reque
 
 void OperationDispatcher::associatorNames(const Caller& caller, const Request& request,
                                           Sink<CIMObjectPath>& sink) const {
-    CallerScope scope(caller);
     checkAssociationRequest(request);
     if (namesClass(request.objectName)) {
         for (const CIMName& far :
@@ -189,7 +187,6 @@ void OperationDispatcher::associatorNames(const Caller& caller, const Request& r
 // For References the ResultClass names the association class.
 void OperationDispatcher::references(const Caller& caller, const Request& request,
                                      Sink<CIMObject>& sink) const {
-    CallerScope scope(caller);
     checkAssociationRequest(request);
     if (namesClass(request.objectName)) {
         for (const CIMName& association :
@@ -214,7 +211,6 @@ void OperationDispatcher::references(const Caller& caller, const Request& reques
 
 void OperationDispatcher::referenceNames(const Caller& caller, const Request& request,
                                          Sink<CIMObjectPath>& sink) const {
-    CallerScope scope(caller);
     checkAssociationRequest(request);
     if (namesClass(request.objectName)) {
         for (const CIMName& association :

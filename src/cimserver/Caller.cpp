@@ -7,24 +7,6 @@
 
 namespace ksv::server {
 
-namespace {
-
-thread_local const Caller* currentCaller = nullptr;
-
-} // namespace
-
-CallerScope::CallerScope(const Caller& caller) : _previous(currentCaller) {
-    currentCaller = &caller;
-}
-
-CallerScope::~CallerScope() {
-    currentCaller = _previous;
-}
-
-const Caller* CallerScope::current() {
-    return currentCaller;
-}
-
 std::string userNameOf(uid_t uid) {
     long suggested = sysconf(_SC_GETPW_R_SIZE_MAX);
     std::vector<char> buffer(suggested > 0 ? static_cast<std::size_t>(suggested) : 16384);

@@ -1,6 +1,6 @@
-// Who a CIM operation runs for. The request that runs on a thread is remembered so that the
-// nested calls its provider makes into the server, which carry no identity of their own, run
-// for the same user.
+// Who a CIM operation runs for: the authenticated user of a client request, the user at the
+// other end of a local connection, or the empty name for a provider's call through its
+// CIMOMHandle without an identity of its own, as OpenPegasus's internal handle sends it.
 #ifndef KSV_CIMSERVER_CALLER_H
 #define KSV_CIMSERVER_CALLER_H
 
@@ -14,25 +14,10 @@ struct Caller {
     std::string userName;
 };
 
-// Makes `caller` the current caller of this thread until the scope ends; scopes nest.
-class CallerScope {
-public:
-    explicit CallerScope(const Caller& caller);
-    ~CallerScope();
-    CallerScope(const CallerScope&) = delete;
-    CallerScope& operator=(const CallerScope&) = delete;
-
-    // The caller of the innermost scope of this thread; null outside any scope.
-    static const Caller* current();
-
-private:
-    const Caller* _previous;
-};
-
 // The login name of a user id; its decimal text when the system knows no name for it.
 std::string userNameOf(uid_t uid);
 
-// The user this process runs as: the identity of in-process calls made outside any request.
+// The user this process runs as: the peer of a local connection opened inside the server.
 std::string processUserName();
 
 } // namespace ksv::server

@@ -38,9 +38,7 @@ Caller callerOf(const OperationContext& context) {
         Pegasus::IdentityContainer identity(context.get(Pegasus::IdentityContainer::NAME));
         return Caller{mof::utf8(identity.getUserName())};
     }
-    if (const Caller* current = CallerScope::current())
-        return *current;
-    return Caller{processUserName()};
+    return Caller{};
 }
 
 void ServerHandleBackend::attach(const OperationDispatcher& dispatcher) {
@@ -273,20 +271,20 @@ CIMValue ServerHandleBackend::invokeMethod(const OperationContext& context,
 // ---- LocalClientConnection -------------------------------------------------------------------
 
 LocalClientConnection::LocalClientConnection(std::shared_ptr<ServerHandleBackend> server)
-    : _server(std::move(server)) {}
+    : _server(std::move(server)), _serverUser(contextFor(Caller{processUserName()})) {}
 
 CIMClass LocalClientConnection::getClass(const CIMNamespaceName& nameSpace,
                                          const CIMName& className, Boolean localOnly,
                                          Boolean includeQualifiers, Boolean includeClassOrigin,
                                          const CIMPropertyList& propertyList) {
-    return _server->getClass(_noIdentity, nameSpace, className, localOnly, includeQualifiers,
+    return _server->getClass(_serverUser, nameSpace, className, localOnly, includeQualifiers,
                              includeClassOrigin, propertyList);
 }
 
 Array<CIMName> LocalClientConnection::enumerateClassNames(const CIMNamespaceName& nameSpace,
                                                           const CIMName& className,
                                                           Boolean deepInheritance) {
-    return _server->enumerateClassNames(_noIdentity, nameSpace, className, deepInheritance);
+    return _server->enumerateClassNames(_serverUser, nameSpace, className, deepInheritance);
 }
 
 Array<CIMClass> LocalClientConnection::enumerateClasses(const CIMNamespaceName& nameSpace,
@@ -294,7 +292,7 @@ Array<CIMClass> LocalClientConnection::enumerateClasses(const CIMNamespaceName& 
                                                         Boolean deepInheritance, Boolean localOnly,
                                                         Boolean includeQualifiers,
                                                         Boolean includeClassOrigin) {
-    return _server->enumerateClasses(_noIdentity, nameSpace, className, deepInheritance, localOnly,
+    return _server->enumerateClasses(_serverUser, nameSpace, className, deepInheritance, localOnly,
                                      includeQualifiers, includeClassOrigin);
 }
 
@@ -303,7 +301,7 @@ CIMInstance LocalClientConnection::getInstance(const CIMNamespaceName& nameSpace
                                                Boolean includeQualifiers,
                                                Boolean includeClassOrigin,
                                                const CIMPropertyList& propertyList) {
-    return _server->getInstance(_noIdentity, nameSpace, instanceName, localOnly, includeQualifiers,
+    return _server->getInstance(_serverUser, nameSpace, instanceName, localOnly, includeQualifiers,
                                 includeClassOrigin, propertyList);
 }
 
@@ -311,7 +309,7 @@ Array<CIMInstance> LocalClientConnection::enumerateInstances(
     const CIMNamespaceName& nameSpace, const CIMName& className, Boolean deepInheritance,
     Boolean localOnly, Boolean includeQualifiers, Boolean includeClassOrigin,
     const CIMPropertyList& propertyList) {
-    return _server->enumerateInstances(_noIdentity, nameSpace, className, deepInheritance,
+    return _server->enumerateInstances(_serverUser, nameSpace, className, deepInheritance,
                                        localOnly, includeQualifiers, includeClassOrigin,
                                        propertyList);
 }
@@ -319,51 +317,51 @@ Array<CIMInstance> LocalClientConnection::enumerateInstances(
 Array<CIMObjectPath>
 LocalClientConnection::enumerateInstanceNames(const CIMNamespaceName& nameSpace,
                                               const CIMName& className) {
-    return _server->enumerateInstanceNames(_noIdentity, nameSpace, className);
+    return _server->enumerateInstanceNames(_serverUser, nameSpace, className);
 }
 
 void LocalClientConnection::modifyInstance(const CIMNamespaceName& nameSpace,
                                            const CIMInstance& modifiedInstance,
                                            Boolean includeQualifiers,
                                            const CIMPropertyList& propertyList) {
-    _server->modifyInstance(_noIdentity, nameSpace, modifiedInstance, includeQualifiers,
+    _server->modifyInstance(_serverUser, nameSpace, modifiedInstance, includeQualifiers,
                             propertyList);
 }
 
 CIMObjectPath LocalClientConnection::createInstance(const CIMNamespaceName& nameSpace,
                                                     const CIMInstance& newInstance) {
-    return _server->createInstance(_noIdentity, nameSpace, newInstance);
+    return _server->createInstance(_serverUser, nameSpace, newInstance);
 }
 
 void LocalClientConnection::deleteInstance(const CIMNamespaceName& nameSpace,
                                            const CIMObjectPath& instanceName) {
-    _server->deleteInstance(_noIdentity, nameSpace, instanceName);
+    _server->deleteInstance(_serverUser, nameSpace, instanceName);
 }
 
 CIMValue LocalClientConnection::getProperty(const CIMNamespaceName& nameSpace,
                                             const CIMObjectPath& instanceName,
                                             const CIMName& propertyName) {
-    return _server->getProperty(_noIdentity, nameSpace, instanceName, propertyName);
+    return _server->getProperty(_serverUser, nameSpace, instanceName, propertyName);
 }
 
 void LocalClientConnection::setProperty(const CIMNamespaceName& nameSpace,
                                         const CIMObjectPath& instanceName,
                                         const CIMName& propertyName, const CIMValue& newValue) {
-    _server->setProperty(_noIdentity, nameSpace, instanceName, propertyName, newValue);
+    _server->setProperty(_serverUser, nameSpace, instanceName, propertyName, newValue);
 }
 
 Array<CIMObject> LocalClientConnection::associators(
     const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName, const CIMName& assocClass,
     const CIMName& resultClass, const String& role, const String& resultRole,
     Boolean includeQualifiers, Boolean includeClassOrigin, const CIMPropertyList& propertyList) {
-    return _server->associators(_noIdentity, nameSpace, objectName, assocClass, resultClass, role,
+    return _server->associators(_serverUser, nameSpace, objectName, assocClass, resultClass, role,
                                 resultRole, includeQualifiers, includeClassOrigin, propertyList);
 }
 
 Array<CIMObjectPath> LocalClientConnection::associatorNames(
     const CIMNamespaceName& nameSpace, const CIMObjectPath& objectName, const CIMName& assocClass,
     const CIMName& resultClass, const String& role, const String& resultRole) {
-    return _server->associatorNames(_noIdentity, nameSpace, objectName, assocClass, resultClass,
+    return _server->associatorNames(_serverUser, nameSpace, objectName, assocClass, resultClass,
                                     role, resultRole);
 }
 
@@ -373,7 +371,7 @@ Array<CIMObject> LocalClientConnection::references(const CIMNamespaceName& nameS
                                                    Boolean includeQualifiers,
                                                    Boolean includeClassOrigin,
                                                    const CIMPropertyList& propertyList) {
-    return _server->references(_noIdentity, nameSpace, objectName, resultClass, role,
+    return _server->references(_serverUser, nameSpace, objectName, resultClass, role,
                                includeQualifiers, includeClassOrigin, propertyList);
 }
 
@@ -381,7 +379,7 @@ Array<CIMObjectPath> LocalClientConnection::referenceNames(const CIMNamespaceNam
                                                            const CIMObjectPath& objectName,
                                                            const CIMName& resultClass,
                                                            const String& role) {
-    return _server->referenceNames(_noIdentity, nameSpace, objectName, resultClass, role);
+    return _server->referenceNames(_serverUser, nameSpace, objectName, resultClass, role);
 }
 
 CIMValue LocalClientConnection::invokeMethod(const CIMNamespaceName& nameSpace,
@@ -389,7 +387,7 @@ CIMValue LocalClientConnection::invokeMethod(const CIMNamespaceName& nameSpace,
                                              const CIMName& methodName,
                                              const Array<CIMParamValue>& inParameters,
                                              Array<CIMParamValue>& outParameters) {
-    return _server->invokeMethod(_noIdentity, nameSpace, instanceName, methodName, inParameters,
+    return _server->invokeMethod(_serverUser, nameSpace, instanceName, methodName, inParameters,
                                  outParameters);
 }
 

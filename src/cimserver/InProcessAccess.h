@@ -15,8 +15,8 @@
 
 namespace ksv::server {
 
-// A call runs for the user in the context's IdentityContainer; without one, for the user of
-// the request the calling thread is serving, or for the server's own user outside any request.
+// A call runs for the user in the context's IdentityContainer; without one, for the empty user
+// name, which the array refuses: a provider passes on its request's context to act for its caller.
 class ServerHandleBackend : public Pegasus::CIMOMHandleBackend {
 public:
     // Calls fail with CIM_ERR_SERVER_IS_SHUTTING_DOWN until attached, and again once detached.
@@ -114,8 +114,8 @@ private:
 // The user a call with this context runs for.
 Caller callerOf(const Pegasus::OperationContext& context);
 
-// A CIMClient connection opened by connectLocal() inside the server: every call goes through
-// the server handle with an empty context, so it runs for the current request's user.
+// A CIMClient connection opened by connectLocal() inside the server: every call runs for the
+// server's own operating-system user, the peer such a connection has over the local socket.
 class LocalClientConnection : public Pegasus::CIMClientBackend {
 public:
     explicit LocalClientConnection(std::shared_ptr<ServerHandleBackend> server);
@@ -194,7 +194,7 @@ public:
 
 private:
     std::shared_ptr<ServerHandleBackend> _server;
-    const Pegasus::OperationContext _noIdentity;
+    const Pegasus::OperationContext _serverUser;
 };
 
 } // namespace ksv::server

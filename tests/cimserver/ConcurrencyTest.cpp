@@ -4,6 +4,9 @@
 
 #include "Probes.h"
 #include "TestServer.h"
+#include "cimserver/Caller.h"
+
+#include <unistd.h>
 
 #include <atomic>
 #include <future>
@@ -92,7 +95,7 @@ TEST(ConcurrencyTest, NestedCallsFromEveryWorkerAtOnceComplete) {
         for (int round = 0; round < 5; ++round) {
             CIMInstance nested =
                 client->getInstance(kTestNamespace, pathOf("KSV_TestNested", "nested"));
-            right &= stringProperty(nested, "NestedUser") == "admin";
+            right &= stringProperty(nested, "NestedUser") == ksv::server::userNameOf(geteuid());
         }
         return right;
     });

@@ -444,12 +444,20 @@ private:
         client.disconnect();
         String nestedUser;
         device.getProperty(device.findProperty("RequestedBy")).getValue().get(nestedUser);
+        CIMInstance handleDevice =
+            _cimom.getInstance(OperationContext(), kNamespace, pathOf(kDevice, "dev-0"), false,
+                               false, false, CIMPropertyList());
+        String handleUser;
+        handleDevice.getProperty(handleDevice.findProperty("RequestedBy"))
+            .getValue()
+            .get(handleUser);
 
         CIMInstance instance("KSV_TestNested");
         instance.addProperty(CIMProperty("Id", CIMValue(String("nested"))));
         instance.addProperty(CIMProperty("ViaHandle", CIMValue(viaHandle)));
         instance.addProperty(CIMProperty("ViaClient", CIMValue(viaClient)));
         instance.addProperty(CIMProperty("NestedUser", CIMValue(nestedUser)));
+        instance.addProperty(CIMProperty("HandleUser", CIMValue(handleUser)));
         instance.addProperty(CIMProperty("GadgetsAtStart", CIMValue(_gadgetsAtStart)));
         instance.setPath(pathOf("KSV_TestNested", "nested"));
         return instance;
