@@ -69,6 +69,8 @@ KSV CIM server over ${model} (system ${system})
 Users of the array (HTTP Basic authentication):
     name           password
 $(tail -n +2 <<<"$facts")
+The array also trusts the account this server runs as ("trustedAccounts"): the providers' own
+requests through CIMClient::connectLocal() run as that account, as in OpenPegasus.
 
 Disks:
   wbemcli ein '${url}:KSV_DiskDrive'

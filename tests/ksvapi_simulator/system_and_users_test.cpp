@@ -2,6 +2,8 @@
 #include "simulator_test_support.h"
 
 #include <arpa/inet.h>
+#include <pwd.h>
+#include <unistd.h>
 
 namespace ksvsim::testing {
 namespace {
@@ -50,6 +52,11 @@ TEST_F(UserRights, OpenGrantsUsersWithCimAccessUnlessRefused) {
     EXPECT_EQ(api_ksvOpenForCimserver("monitor"), API_OK);
     ksvsim::clearRefusedUsers();
     EXPECT_EQ(api_ksvOpenForCimserver("admin"), API_OK);
+    // The model trusts the account of the server that uses the library, and only that model.
+    const std::string server = getpwuid(geteuid())->pw_name;
+    EXPECT_EQ(api_ksvOpenForCimserver(server.c_str()), API_OK);
+    loadModel(minimalModel());
+    EXPECT_EQ(api_ksvOpenForCimserver(server.c_str()), API_E_DENIED);
 }
 
 TEST_F(UserRights, OperationKeysAreGrantedExactlyOrByPrefix) {

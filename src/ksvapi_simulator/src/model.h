@@ -67,6 +67,9 @@ struct Model {
     std::string source;
     SystemIdentity system;
     std::vector<User> users;
+    // Operating-system accounts of the management server, which the library admits without a
+    // user account of the array; kServerAccount stands for the account this process runs as.
+    std::vector<std::string> trustedAccounts;
     std::vector<Port> ports;
 
     std::vector<api_Disk_t> disks;
@@ -83,7 +86,10 @@ struct Model {
     std::unordered_map<std::string, std::size_t> volumeByWwn;
 
     const User* findUser(const std::string& name) const;
+    bool trustsAccount(const std::string& name) const;
 };
+
+inline constexpr const char* kServerAccount = "@server";
 
 // Thrown while reading a model.
 class ModelFailure : public std::runtime_error {

@@ -3,6 +3,8 @@
 #include "model.h"
 
 #include <arpa/inet.h>
+#include <pwd.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <climits>
@@ -39,6 +41,15 @@ private:
     std::string what_;
     std::unordered_map<std::string, std::string> seen_;
 };
+
+// The login name of the account this process runs as; empty when the system knows none.
+std::string processAccountName() {
+    std::vector<char> buffer(16384);
+    passwd entry{};
+    passwd* found = nullptr;
+    getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found);
+    return found != nullptr ? found->pw_name : "";
+}
 
 std::string nonEmptyText(const JsonNode& node, std::size_t maxLength) {
     std::string value = node.text(maxLength);
@@ -259,6 +270,11 @@ public:
         readSystem(top.required("system"));
         if (const auto users = top.optional("users")) {
             readUsers(*users);
+        }
+        if (const auto accounts = top.optional("trustedAccounts")) {
+            for (const JsonNode& account : accounts->elements()) {
+                model_.trustedAccounts.push_back(nonEmptyText(account, 255));
+            }
         }
         if (const auto ports = top.optional("ports")) {
             readPorts(*ports);
@@ -620,6 +636,15 @@ const User* Model::findUser(const std::string& name) const {
     const auto found = std::find_if(users.begin(), users.end(),
                                     [&name](const User& user) { return user.name == name; });
     return found == users.end() ? nullptr : &*found;
+}
+
+bool Model::trustsAccount(const std::string& name) const {
+    for (const std::string& account : trustedAccounts) {
+        if (account == name || (account == kServerAccount && name == processAccountName())) {
+            return true;
+        }
+    }
+    return false;
 }
 
 Model parseModel(const std::string& text, const std::string& source) {

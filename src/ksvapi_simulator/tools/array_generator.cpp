@@ -102,6 +102,7 @@ public:
                                   " volumes, seed " + std::to_string(options_.seed) + ".";
         document["system"] = system();
         document["users"] = users();
+        document["trustedAccounts"] = json::array({"@server"});
         document["ports"] = ports();
         document["cages"] = placeDisks();
         document["volumes"] = volumes();
