@@ -2,6 +2,7 @@
 
 #include <cimxml/Errors.h>
 #include <cimxml/Http.h>
+#include <Pegasus/Common/InternalException.h>
 #include <cimxml/Response.h>
 
 #include <ksvapi.h>
@@ -102,11 +103,16 @@ void runForClient(Body&& body, const std::function<void(const CIMException&)>& f
     }
 }
 
+// "CIM_ERR_<NAME>: message", as OpenPegasus describes an error, so that clients print the same
+// text whichever server answers.
+Pegasus::String describe(const CIMException& error) {
+    return Pegasus::TraceableCIMException(error).getDescription();
+}
+
 // A chunked response that fails after its head went out can only report in trailers.
 std::vector<HttpHeader> failureTrailers(const CIMException& error) {
-    return {
-        {http::kCimStatusCodeTrailer, std::to_string(error.getCode())},
-        {http::kCimStatusCodeDescriptionTrailer, http::uriEscape(mof::utf8(error.getMessage()))}};
+    return {{http::kCimStatusCodeTrailer, std::to_string(error.getCode())},
+            {http::kCimStatusCodeDescriptionTrailer, http::uriEscape(mof::utf8(describe(error)))}};
 }
 
 void answerProtocolError(const ProtocolError& error, ResponseStream& response) {
@@ -126,7 +132,7 @@ void answerInternalError(const std::string& what, ResponseStream& response) {
 void answerOperationError(const OperationError& error, ResponseStream& response) {
     ResponseOutput output(response);
     appendErrorResponse(output.text(), error.messageId(), error.methodName(), error.intrinsic(),
-                        error.getCode(), error.getMessage());
+                        error.getCode(), describe(error));
     output.finish();
 }
 
@@ -238,7 +244,7 @@ void CimXmlService::answerExtrinsic(const Caller& caller, const OperationRequest
         [&](const CIMException& error) {
             output.text().clear();
             appendErrorResponse(output.text(), request.messageId, methodName, false,
-                                error.getCode(), error.getMessage());
+                                error.getCode(), describe(error));
         });
     output.finish();
 }
@@ -269,7 +275,7 @@ void CimXmlService::answerIntrinsic(const Caller& caller, const OperationRequest
             }
             output.text().clear();
             appendErrorResponse(output.text(), request.messageId, operationName(request.operation),
-                                true, error.getCode(), error.getMessage());
+                                true, error.getCode(), describe(error));
         });
     output.finish(std::move(trailers));
 }

@@ -149,7 +149,6 @@ void OperationDispatcher::enumerateClasses(const Caller&, const Request& request
 // ---- Instances -------------------------------------------------------------------------------
 
 CIMInstance OperationDispatcher::getInstance(const Caller& caller, const Request& request) const {
-    CallerScope scope(caller);
     requireNamespace(request.nameSpace);
     requireClass(request.nameSpace, request.objectName.getClassName(),
                  Pegasus::CIM_ERR_INVALID_CLASS);
@@ -166,24 +165,19 @@ CIMInstance OperationDispatcher::fetchInstance(const Caller& caller, const Reque
         _providers.find(ProviderType::Instance, request.nameSpace, name.getClassName());
     if (provider == nullptr)
         return filtered(_repository.getInstance(request.nameSpace, name), filter);
-    CIMInstance found;
-    InstanceForwarder handler([&found](const CIMInstance& instance) {
-        if (found.isUninitialized())
-            found = instance;
-    });
+    SingleInstanceHandler handler;
     provider->invoke<Pegasus::CIMInstanceProvider>("getInstance", [&](auto& instances) {
         instances.getInstance(contextFor(caller), providerPath(request.nameSpace, name),
                               filter.includeQualifiers, filter.includeClassOrigin,
                               filter.propertyList, handler);
     });
-    if (found.isUninitialized())
+    if (!handler.result())
         throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, name.toString());
-    return filtered(withPath(found, name), filter);
+    return filtered(withPath(*handler.result(), name), filter);
 }
 
 void OperationDispatcher::enumerateInstances(const Caller& caller, const Request& request,
                                              Sink<CIMInstance>& sink) const {
-    CallerScope scope(caller);
     requireNamespace(request.nameSpace);
     CIMConstClass requested =
         requireClass(request.nameSpace, request.className, Pegasus::CIM_ERR_INVALID_CLASS);
@@ -222,7 +216,6 @@ void OperationDispatcher::enumerateInstancesOf(const Caller& caller, const Reque
 
 void OperationDispatcher::enumerateInstanceNames(const Caller& caller, const Request& request,
                                                  Sink<CIMObjectPath>& sink) const {
-    CallerScope scope(caller);
     requireNamespace(request.nameSpace);
     requireClass(request.nameSpace, request.className, Pegasus::CIM_ERR_INVALID_CLASS);
     for (const CIMName& className : classAndSubclasses(request.nameSpace, request.className))
@@ -253,7 +246,6 @@ void OperationDispatcher::enumerateInstanceNamesOf(const Caller& caller, const R
 
 CIMObjectPath OperationDispatcher::createInstance(const Caller& caller,
                                                   const Request& request) const {
-    CallerScope scope(caller);
     requireNamespace(request.nameSpace);
     if (request.instance.isUninitialized())
         throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, "NewInstance is missing");
@@ -268,18 +260,16 @@ CIMObjectPath OperationDispatcher::createInstance(const Caller& caller,
     } catch (const Pegasus::Exception&) {
         // Keys the provider assigns itself; it gets the class path.
     }
-    CIMObjectPath created;
-    ObjectPathForwarder handler([&created](const CIMObjectPath& path) { created = path; });
+    SingleObjectPathHandler handler;
     provider.invoke<Pegasus::CIMInstanceProvider>("createInstance", [&](auto& instances) {
         instances.createInstance(contextFor(caller), reference, request.instance, handler);
     });
-    if (created.getClassName().isNull())
+    if (!handler.result())
         throw CIMException(Pegasus::CIM_ERR_FAILED, "the provider returned no instance name");
-    return created;
+    return *handler.result();
 }
 
 void OperationDispatcher::modifyInstance(const Caller& caller, const Request& request) const {
-    CallerScope scope(caller);
     requireNamespace(request.nameSpace);
     if (request.instance.isUninitialized())
         throw CIMException(Pegasus::CIM_ERR_INVALID_PARAMETER, "ModifiedInstance is missing");
@@ -296,7 +286,6 @@ void OperationDispatcher::modifyInstance(const Caller& caller, const Request& re
 }
 
 void OperationDispatcher::deleteInstance(const Caller& caller, const Request& request) const {
-    CallerScope scope(caller);
     requireNamespace(request.nameSpace);
     const CIMObjectPath& name = request.objectName;
     requireClass(request.nameSpace, name.getClassName(), Pegasus::CIM_ERR_INVALID_CLASS);
@@ -311,7 +300,6 @@ void OperationDispatcher::deleteInstance(const Caller& caller, const Request& re
 
 // Providers have no property operations: GetProperty is a GetInstance of that one property.
 CIMValue OperationDispatcher::getProperty(const Caller& caller, const Request& request) const {
-    CallerScope scope(caller);
     requireNamespace(request.nameSpace);
     CIMConstClass itsClass = requireClass(request.nameSpace, request.objectName.getClassName(),
                                           Pegasus::CIM_ERR_INVALID_CLASS);
@@ -333,7 +321,6 @@ CIMValue OperationDispatcher::getProperty(const Caller& caller, const Request& r
 
 // And SetProperty a ModifyInstance of that one property.
 void OperationDispatcher::setProperty(const Caller& caller, const Request& request) const {
-    CallerScope scope(caller);
     requireNamespace(request.nameSpace);
     const CIMName& className = request.objectName.getClassName();
     CIMConstClass itsClass =
@@ -361,7 +348,6 @@ void OperationDispatcher::setProperty(const Caller& caller, const Request& reque
 
 CIMValue OperationDispatcher::invokeMethod(const Caller& caller, const Request& request,
                                            Array<CIMParamValue>& outParameters) const {
-    CallerScope scope(caller);
     requireNamespace(request.nameSpace);
     const CIMName& className = request.objectName.getClassName();
     CIMConstClass itsClass = requireClass(request.nameSpace, className, Pegasus::CIM_ERR_NOT_FOUND);

@@ -6,7 +6,12 @@
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/ResponseHandler.h>
 
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/Exception.h>
+
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace ksv::server {
@@ -33,6 +38,53 @@ using InstanceForwarder = ForwardingHandler<Pegasus::CIMInstance, Pegasus::Insta
 using ObjectPathForwarder =
     ForwardingHandler<Pegasus::CIMObjectPath, Pegasus::ObjectPathResponseHandler>;
 using ObjectForwarder = ForwardingHandler<Pegasus::CIMObject, Pegasus::ObjectResponseHandler>;
+
+inline bool isUnset(const Pegasus::CIMInstance& instance) {
+    return instance.isUninitialized();
+}
+
+inline bool isUnset(const Pegasus::CIMObjectPath& path) {
+    return path.getClassName().isNull();
+}
+
+// Where exactly one object is due (getInstance, createInstance), the handler refuses an unset
+// or a second object, and complete() without one, with OpenPegasus's texts: a provider that
+// breaks the rule then fails in the same way in either server.
+template <typename T, typename Handler>
+class SingleResultHandler : public Handler {
+public:
+    void deliver(const T& item) override {
+        if (isUnset(item))
+            fail("The object is not initialized.");
+        if (_result)
+            fail("Too many objects delivered.");
+        _result = item;
+    }
+    void deliver(const Pegasus::Array<T>& items) override {
+        for (Pegasus::Uint32 i = 0; i < items.size(); ++i)
+            deliver(items[i]);
+    }
+    void processing() override {}
+    void complete() override {
+        if (!_result)
+            fail("Too few objects delivered.");
+    }
+
+    // Empty when the provider returned without delivering.
+    const std::optional<T>& result() const { return _result; }
+
+private:
+    [[noreturn]] static void fail(const char* text) {
+        throw Pegasus::CIMException(Pegasus::CIM_ERR_FAILED, text);
+    }
+
+    std::optional<T> _result;
+};
+
+using SingleInstanceHandler =
+    SingleResultHandler<Pegasus::CIMInstance, Pegasus::InstanceResponseHandler>;
+using SingleObjectPathHandler =
+    SingleResultHandler<Pegasus::CIMObjectPath, Pegasus::ObjectPathResponseHandler>;
 
 // For operations that deliver nothing: modifyInstance, deleteInstance.
 class CompletionHandler : public Pegasus::ResponseHandler {

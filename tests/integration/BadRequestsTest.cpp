@@ -68,6 +68,16 @@ TEST_F(BadRequestsTest, ObjectsThatDoNotExistAreNotFound) {
                   admin->getInstance(KSV_NAMESPACE, magazinePath("KSV_Magazine", "IT1-DC9-M0"));
               }),
               "CIM_ERR_NOT_FOUND: KSV_MagazineProvider CIM Object not found.");
+    // The provider completes before it throws: the handler's check answers first.
+    Array<CIMKeyBinding> pair;
+    pair.append(CIMKeyBinding("GroupComponent", CIMValue(poolPath("primordial"))));
+    pair.append(CIMKeyBinding("PartComponent", CIMValue(extentPath(2))));
+    EXPECT_EQ(cimErrorOf([&] {
+                  admin->getInstance(KSV_NAMESPACE,
+                                     CIMObjectPath(String(), CIMNamespaceName(),
+                                                   "KSV_AssociatedPrimordialDisks", pair));
+              }),
+              "CIM_ERR_FAILED: Too few objects delivered.");
 }
 
 TEST_F(BadRequestsTest, UnknownClassesNamespacesAndMethodsAreRefused) {

@@ -86,8 +86,8 @@ std::string cimErrorOf(const std::function<void()>& operation) {
     try {
         operation();
     } catch (const CIMException& error) {
-        return std::string(cimStatusCodeToString(error.getCode())) + ": " +
-               text(error.getMessage());
+        // The server describes an error as "CIM_ERR_<NAME>: message", and that is the message.
+        return text(error.getMessage());
     } catch (const Exception& error) {
         return "client error: " + text(error.getMessage());
     }
