@@ -10,6 +10,8 @@
 
 #include <ksvapi.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
@@ -352,6 +354,24 @@ int HttpFrontEnd::dispatch(Exchange& exchange) {
     return respond(exchange);
 }
 
+// OpenPegasus answers a client that takes chunks ("TE: chunked" or "trailers") always in chunks,
+// and its client relies on that: after one chunked answer on a connection it ignores the
+// Content-Length of the next and waits for chunks until it times out.
+namespace {
+
+bool takesChunks(MHD_Connection* connection) {
+    const std::optional<std::string> te = header(connection, "TE");
+    if (!te)
+        return false;
+    std::string lower(*te);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower.find("chunked") != std::string::npos ||
+           lower.find("trailers") != std::string::npos;
+}
+
+} // namespace
+
 int HttpFrontEnd::respond(Exchange& exchange) {
     ResponseStream& stream = *exchange.stream;
     if (!stream.readyOrSuspend())
@@ -360,8 +380,9 @@ int HttpFrontEnd::respond(Exchange& exchange) {
         return MHD_NO;
     ResponseHead head = stream.head();
     std::string body;
-    MHD_Response* response = stream.takeWholeBody(body) ? wholeResponse(std::move(body))
-                                                        : streamedResponse(exchange.stream);
+    MHD_Response* response = !takesChunks(exchange.connection) && stream.takeWholeBody(body)
+                                 ? wholeResponse(std::move(body))
+                                 : streamedResponse(exchange.stream);
     for (const HttpHeader& entry : head.headers)
         MHD_add_response_header(response, entry.first.c_str(), entry.second.c_str());
     MHD_Result queued = MHD_queue_response(exchange.connection, head.status, response);

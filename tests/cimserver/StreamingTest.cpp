@@ -45,6 +45,11 @@ TEST_F(StreamingTest, ShortAnswersCarryTheirLengthAndLongOnesAreChunked) {
     HttpResponse shortAnswer = enumerate("KSV_TestDevice");
     EXPECT_FALSE(shortAnswer.chunked);
     EXPECT_EQ(occurrences(shortAnswer.body, "<VALUE.NAMEDINSTANCE>"), 3u);
+    // A client that takes chunks gets every answer in chunks, as from OpenPegasus.
+    RawConnection connection = RawConnection::toPort(server.port());
+    std::string post = cimPost(enumerateBody("KSV_TestDevice"), "EnumerateInstances");
+    connection.send(post.insert(post.find("\r\n") + 2, "TE: chunked, trailers\r\n"));
+    EXPECT_TRUE(connection.receive().chunked);
 
     server.populate(5000, 0);
     HttpResponse longAnswer = enumerate("KSV_TestDevice");
