@@ -329,10 +329,18 @@ timed_post() {
         -H 'CIMObject: root%2Fksv' --data-binary @- "http://127.0.0.1:$port/cimom"
 }
 
+descendants() {
+    local child
+    for child in $(pgrep -P "$1" || true); do
+        echo "$child"
+        descendants "$child"
+    done
+}
+
 # Resident memory of a server and its provider agents, now and at peak, in MB.
 memory() {
     local pid=$1 rss=0 hwm=0 child
-    for child in $pid $(pgrep -P "$pid" || true); do
+    for child in $pid $(descendants "$pid"); do
         rss=$((rss + $(awk '/^VmRSS/ { print $2 }' "/proc/$child/status" 2>/dev/null || echo 0)))
         hwm=$((hwm + $(awk '/^VmHWM/ { print $2 }' "/proc/$child/status" 2>/dev/null || echo 0)))
     done
