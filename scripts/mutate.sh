@@ -29,7 +29,7 @@ diff "$backup" "$file" || true
 
 scripts/build.sh plain "$@" >/dev/null
 # shellcheck disable=SC2086 # the selection is several ctest arguments
-if ctest --test-dir build $selection -j "$(nproc)" >build/ctest-mutant.log 2>&1; then
+if ctest --test-dir build $selection --timeout 120 -j "$(nproc)" >build/ctest-mutant.log 2>&1; then
     echo "SURVIVED: no test of '$selection' failed"
     exit 1
 fi
