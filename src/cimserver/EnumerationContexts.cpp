@@ -188,16 +188,15 @@ std::string EnumerationContexts::open(const Caller& owner, std::optional<Uint32>
         ++_producers;
         _changed.notify_all();
     }
-    std::thread(&EnumerationContexts::produce, this, context, owner, std::move(producer)).detach();
+    std::thread(&EnumerationContexts::produce, this, context, std::move(producer)).detach();
     context->waitStarted();
     return name;
 }
 
-void EnumerationContexts::produce(std::shared_ptr<EnumerationContext> context, const Caller& owner,
+void EnumerationContexts::produce(std::shared_ptr<EnumerationContext> context,
                                   const Producer& producer) {
     std::optional<CIMException> error;
     try {
-        CallerScope scope(owner);
         producer(*context);
     } catch (const CIMException& failure) {
         error = failure;

@@ -94,8 +94,7 @@ private:
     std::shared_ptr<EnumerationContext> take(const Caller& caller, const std::string& name,
                                              EnumeratedKind kind);
     void release(const std::string& name);
-    void produce(std::shared_ptr<EnumerationContext> context, const Caller& owner,
-                 const Producer& producer);
+    void produce(std::shared_ptr<EnumerationContext> context, const Producer& producer);
     void expire();
 
     const EnumerationLimits _limits;
