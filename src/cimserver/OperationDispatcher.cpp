@@ -34,6 +34,13 @@ String describe(const CIMName& className) {
     return className.isNull() ? String("(no class)") : className.getString();
 }
 
+// What the client sent, as the server's own error texts quote it: in part, since a path may
+// carry thousands of keys.
+String quotedInPart(const String& text) {
+    constexpr Uint32 kShown = 256;
+    return text.size() <= kShown ? text : text.subString(0, kShown) + "...";
+}
+
 // Repository instances belong to the class they were defined for; subclasses have their own.
 bool ofExactly(const Pegasus::CIMConstInstance& instance, const CIMName& className) {
     return instance.getClassName().equal(className);
@@ -172,7 +179,7 @@ CIMInstance OperationDispatcher::fetchInstance(const Caller& caller, const Reque
                               filter.propertyList, handler);
     });
     if (!handler.result())
-        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, name.toString());
+        throw CIMException(Pegasus::CIM_ERR_NOT_FOUND, quotedInPart(name.toString()));
     return filtered(withPath(*handler.result(), name), filter);
 }
 

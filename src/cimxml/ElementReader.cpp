@@ -78,6 +78,17 @@ void checkMemberCount(const Element& member, Uint32 count) {
     }
 }
 
+// Fails when `text`, a name, key or value of `member`, is longer than `limit` bytes.
+void checkLength(const Element& member, std::string_view what, std::string_view text,
+                 std::size_t limit) {
+    if (text.size() > limit) {
+        failAt(member,
+               std::string(what) + " " + quoted(text, 32) + " is longer than " +
+                   std::to_string(limit) + " bytes",
+               CIM_ERR_SERVER_LIMITS_EXCEEDED);
+    }
+}
+
 template <class Target>
 void addQualifiers(Target& target, const Array<CIMQualifier>& qualifiers) {
     for (Uint32 i = 0; i < qualifiers.size(); i++) {
@@ -178,6 +189,7 @@ std::optional<CIMType> typeAttribute(const Element& element, const char* attribu
 
 CIMName Reader::name(const Element& element, const char* attribute) const {
     const std::string_view raw = requiredAttribute(element, attribute);
+    checkLength(element, attribute, raw, kMaxNameBytes);
     const String text = utf8At(element, raw);
     if (!CIMName::legal(text)) {
         failAt(element, std::string(attribute) + " " + quoted(raw) + " is not a legal CIM name");
@@ -190,7 +202,9 @@ CIMName Reader::optionalName(const Element& element, const char* attribute) cons
 }
 
 String Reader::text(const Element& element) const {
-    return utf8At(element, textOf(element));
+    const std::string raw = textOf(element);
+    checkLength(element, "value", raw, kMaxValueBytes);
+    return utf8At(element, raw);
 }
 
 CIMName Reader::className(const Element& element) const {
@@ -208,13 +222,16 @@ CIMNamespaceName Reader::localNamespacePath(const Element& element) const {
         if (joined.size() != 0) {
             joined.append(Char16('/'));
         }
-        joined.append(utf8At(part, requiredAttribute(part, "NAME")));
+        const std::string_view partName = requiredAttribute(part, "NAME");
+        checkLength(part, "NAME", partName, kMaxNameBytes);
+        joined.append(utf8At(part, partName));
     } while (!children.atEnd());
     return locatedAt(element, [&] { return CIMNamespaceName(joined); });
 }
 
 CIMKeyBinding Reader::_keyValue(const Element& element, const CIMName& keyName) const {
     const std::string raw = textOf(element);
+    checkLength(element, "key value", raw, kMaxKeyBytes);
     const char* valueType = attributeOf(element, "VALUETYPE");
     KeyKind kind = valueType ? keyKindNamed(element, valueType) : KeyKind::String;
     if (const std::optional<CIMType> type = typeAttribute(element, "TYPE")) {
@@ -359,9 +376,11 @@ CIMValue Reader::_embedded(const Element& element, const std::string& embeddedTe
 CIMValue Reader::_scalar(const Element& element, CIMType type) const {
     expectElement(element, "VALUE");
     const std::string raw = textOf(element);
+    // An embedded object's own names and values are bounded when it is read.
     if (isEmbedded(type)) {
         return _embedded(element, raw, type);
     }
+    checkLength(element, "value", raw, kMaxValueBytes);
     return locatedAt(element, [&] { return parseScalar(raw, type); });
 }
 

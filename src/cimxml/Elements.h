@@ -23,8 +23,9 @@
 /// escaped. Each decode function reads a text holding exactly that one element and throws
 /// CIMException(CIM_ERR_INVALID_PARAMETER) with the offending element's path when it is not
 /// well-formed or not valid, and CIM_ERR_SERVER_LIMITS_EXCEEDED for an element with more than
-/// 2048 properties, qualifiers, methods, parameters or keys. Elements nest at most 100 deep and
-/// embedded objects at most 8.
+/// 2048 properties, qualifiers, methods, parameters or keys, a name longer than 256 bytes, a key
+/// value longer than 1024 bytes or another value longer than 64 KiB (UTF-8). Elements nest at
+/// most 100 deep and embedded objects at most 8.
 namespace ksv::cimxml {
 
 /// Character data or an attribute value: & < > " ' as entity references; control characters,

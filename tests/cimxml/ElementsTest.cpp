@@ -373,4 +373,38 @@ TEST(Decoding, NestingAndMemberCountsAreBoundedSoNoInputExhaustsStackOrTime) {
         CIM_ERR_SERVER_LIMITS_EXCEEDED, "more than 2048 PROPERTY elements"));
 }
 
+TEST(Decoding, NamesKeysAndValuesAreBoundedInLengthAndQuotedOnlyInPart) {
+    auto path = [](std::size_t nameBytes, std::size_t keyBytes) {
+        return "<INSTANCENAME CLASSNAME=\"" + std::string(nameBytes, 'C') +
+               "\"><KEYBINDING NAME=\"K\"><KEYVALUE>" + std::string(keyBytes, 'k') +
+               "</KEYVALUE></KEYBINDING></INSTANCENAME>";
+    };
+    auto value = [](std::size_t bytes) { return "<VALUE>" + std::string(bytes, 'v') + "</VALUE>"; };
+    const struct {
+        std::function<void()> decode;
+        const char* refusal; // null: accepted
+    } cases[] = {
+        {[&] { decodeObjectPath(path(256, 1024)); }, nullptr},
+        {[&] { decodeObjectPath(path(257, 1)); }, "CLASSNAME \"CCCC"},
+        {[&] { decodeObjectPath(path(1, 1025)); }, "key value \"kkkk"},
+        {[&] { decodeValue(value(65536), CIMTYPE_STRING); }, nullptr},
+        {[&] { decodeValue(value(65537), CIMTYPE_STRING); }, "value \"vvvv"},
+    };
+    for (const auto& c : cases) {
+        if (c.refusal == nullptr) {
+            EXPECT_NO_THROW(c.decode());
+            continue;
+        }
+        try {
+            c.decode();
+            ADD_FAILURE() << c.refusal << " was accepted";
+        } catch (const CIMException& e) {
+            EXPECT_EQ(e.getCode(), CIM_ERR_SERVER_LIMITS_EXCEEDED);
+            EXPECT_NE(ksv::cimxml::testing::utf8(e.getMessage()).find(c.refusal),
+                      std::string::npos);
+            EXPECT_LT(e.getMessage().size(), 300u) << c.refusal;
+        }
+    }
+}
+
 } // namespace

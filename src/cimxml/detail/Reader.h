@@ -26,10 +26,15 @@ namespace ksv::cimxml::detail {
 /// element. Embedded objects are parsed as documents of their own, at most kMaxEmbedding deep.
 /// The object model finds members by linear search, so an element holds at most kMaxMembers
 /// qualifiers, properties, methods, parameters or keys; more would make decoding quadratic.
+/// Names, key values and other values are bounded in length too (in UTF-8 bytes), so that what
+/// one message makes the server carry, compare and quote stays small whatever its size.
 class Reader {
 public:
     static constexpr unsigned kMaxEmbedding = 8;
     static constexpr unsigned kMaxMembers = 2048;
+    static constexpr std::size_t kMaxNameBytes = 256;
+    static constexpr std::size_t kMaxKeyBytes = 1024;
+    static constexpr std::size_t kMaxValueBytes = 64 * 1024;
 
     explicit Reader(unsigned embedding = 0) : _embedding(embedding) {}
 
