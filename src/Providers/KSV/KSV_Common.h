@@ -210,6 +210,16 @@ public:
     // Whether two paths name the same object: hosts never matter (neither the paths' own nor
     // those inside reference keys); namespaces, class names and keys do.
     static bool matchObjectPath(const CIMObjectPath& path1, const CIMObjectPath& path2);
+    // The same match of many candidates against one path, which is prepared once: keys as long
+    // as a request may carry then cost one comparison per candidate, not one preparation.
+    class PathMatcher {
+    public:
+        explicit PathMatcher(const CIMObjectPath& path);
+        bool matches(const CIMObjectPath& candidate) const;
+
+    private:
+        CIMObjectPath _comparable;
+    };
 
     // Checks a reference passed to a method: the namespace (set when missing) and the host,
     // which must be this system's by name or address.

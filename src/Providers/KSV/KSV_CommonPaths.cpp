@@ -167,7 +167,14 @@ CIMInstance assocInstance(const CIMClass& assocClass, const String& host, const 
 } // namespace
 
 bool KSV_Common::matchObjectPath(const CIMObjectPath& path1, const CIMObjectPath& path2) {
-    return comparablePath(path1).identical(comparablePath(path2));
+    return PathMatcher(path1).matches(path2);
+}
+
+KSV_Common::PathMatcher::PathMatcher(const CIMObjectPath& path)
+    : _comparable(comparablePath(path)) {}
+
+bool KSV_Common::PathMatcher::matches(const CIMObjectPath& candidate) const {
+    return _comparable.identical(comparablePath(candidate));
 }
 
 bool KSV_Common::verifyRefMethodParam(CIMObjectPath& ref, const CIMNamespaceName& nameSpace,

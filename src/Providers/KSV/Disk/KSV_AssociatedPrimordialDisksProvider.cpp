@@ -373,6 +373,7 @@ Uint32 KSV_AssociatedPrimordialDisksProvider::_getInstances(
         const int result = deviceIDs.read(diskId);
         const KSV_DiskStorageExtentProvider extents;
         const KSV_Association primordialDisks = _association();
+        const KSV_Common::PathMatcher requested(objectPath);
         for (Uint32 i = 0; i < deviceIDs.size() && !poolPath.getClassName().isNull(); i++) {
             if (deviceIDs[i].status > HIGHEST_USABLE_HEALTH)
                 continue;
@@ -380,7 +381,7 @@ Uint32 KSV_AssociatedPrimordialDisksProvider::_getInstances(
                 poolPath, extents.buildObjectPath(_hostAddr, deviceIDs[i].deviceID, _systemName),
                 includeQualifiers, includeClassOrigin, propertyList);
             if (method == KSVCIM_GETINSTANCE) {
-                if (KSV_Common::matchObjectPath(objectPath, association.getPath())) {
+                if (requested.matches(association.getPath())) {
                     handler.instanceHandler->deliver(association);
                     delivered++;
                     break;

@@ -161,8 +161,9 @@ void KSV_AssociationShape::deliverRequested(const KSV_AssociationTexts& texts,
                                             const Array<CIMInstance>& candidates,
                                             const CIMObjectPath& instanceName,
                                             InstanceResponseHandler& handler) {
+    const KSV_Common::PathMatcher requested(instanceName);
     for (Uint32 i = 0; i < candidates.size(); i++) {
-        if (KSV_Common::matchObjectPath(instanceName, candidates[i].getPath())) {
+        if (requested.matches(candidates[i].getPath())) {
             handler.processing();
             handler.deliver(candidates[i]);
             handler.complete();

@@ -373,8 +373,9 @@ void KSV_DiskProviderSupport::deliverMatch(InstanceResponseHandler& handler,
                                            const CIMObjectPath& requestPath,
                                            const Array<CIMInstance>& instances,
                                            const String& providerName, const String& requestedKey) {
+    const KSV_Common::PathMatcher requested(requestPath);
     for (Uint32 i = 0; i < instances.size(); i++) {
-        if (KSV_Common::matchObjectPath(requestPath, instances[i].getPath())) {
+        if (requested.matches(instances[i].getPath())) {
             handler.processing();
             handler.deliver(instances[i]);
             handler.complete();

@@ -122,7 +122,7 @@ public:
     }
     // False once nothing more is wanted.
     bool take(const CIMInstance& instance) {
-        if (_matchOnly && !KSV_Common::matchObjectPath(_requested, instance.getPath()))
+        if (_matchOnly && !_requested.matches(instance.getPath()))
             return true;
         if (_handler)
             _handler->deliver(instance);
@@ -138,7 +138,7 @@ public:
 private:
     InstanceResponseHandler* _handler;
     Array<CIMInstance>& _out;
-    const CIMObjectPath& _requested;
+    const KSV_Common::PathMatcher _requested;
     const bool _matchOnly;
 };
 
