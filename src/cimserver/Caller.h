@@ -12,6 +12,9 @@ namespace ksv::server {
 
 struct Caller {
     std::string userName;
+    // Where the request came from, for the log: an IP address, or "local" for the Unix socket
+    // and in-process calls.
+    std::string address = "local";
 };
 
 // The login name of a user id; its decimal text when the system knows no name for it.

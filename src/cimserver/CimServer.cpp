@@ -7,6 +7,7 @@
 #include "cimserver/InteropProvider.h"
 #include "cimserver/ProviderRegistration.h"
 #include "cimserver/RepositoryLoader.h"
+#include "cimserver/ServerLog.h"
 
 #include <malloc.h>
 #include <unistd.h>
@@ -23,6 +24,7 @@ void warn(const std::string& text) {
 }
 
 mof::ClassRepository compileRepository(const ServerConfig& config) {
+    configureServerLog(config.logLevel, config.logSink);
     std::vector<std::string> warnings;
     mof::ClassRepository repository = loadRepository(config, warnings);
     for (const std::string& warning : warnings)

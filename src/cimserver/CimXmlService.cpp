@@ -7,6 +7,7 @@
 
 #include <ksvapi.h>
 
+#include "cimserver/ServerLog.h"
 #include "mof_compiler/NamespaceStore.h"
 
 #include <functional>
@@ -89,12 +90,16 @@ CIMException asCimException(const std::exception& error) {
     return CIMException(Pegasus::CIM_ERR_FAILED, String(error.what()));
 }
 
-// Runs `body` and turns every failure into the CIMException the client is told.
+// Runs `body` and turns every failure into the CIMException the client is told. Denials are
+// logged: they are how the array turns users away.
 template <typename Body>
-void runForClient(Body&& body, const std::function<void(const CIMException&)>& fail) {
+void runForClient(const Caller& caller, const std::string& operation, Body&& body,
+                  const std::function<void(const CIMException&)>& fail) {
     try {
         body();
     } catch (const CIMException& error) {
+        if (error.getCode() == Pegasus::CIM_ERR_ACCESS_DENIED)
+            logAccessDenied(caller, operation);
         fail(error);
     } catch (const Pegasus::Exception& error) {
         fail(CIMException(Pegasus::CIM_ERR_FAILED, error.getMessage()));
@@ -234,6 +239,7 @@ void CimXmlService::answerExtrinsic(const Caller& caller, const OperationRequest
     ResponseOutput output(response);
     const std::string methodName = mof::utf8(request.methodName.getString());
     runForClient(
+        caller, methodName,
         [&] {
             Pegasus::Array<Pegasus::CIMParamValue> outParameters;
             Pegasus::CIMValue returnValue =
@@ -256,6 +262,7 @@ void CimXmlService::answerIntrinsic(const Caller& caller, const OperationRequest
                                  {_dispatcher.hostName(), request.nameSpace});
     std::vector<HttpHeader> trailers;
     runForClient(
+        caller, operationName(request.operation),
         [&] {
             if (PullOperations::handles(request.operation)) {
                 _pulls.answer(caller, request, writer, [&output] {

@@ -1,5 +1,7 @@
 #include "cimserver/HttpFrontEnd.h"
 
+#include "cimserver/ServerLog.h"
+
 #include <arpa/inet.h>
 #include <microhttpd.h>
 #include <netinet/in.h>
@@ -62,6 +64,19 @@ std::optional<std::string> peerUserOf(MHD_Connection* connection) {
         getsockopt(info->connect_fd, SOL_SOCKET, SO_PEERCRED, &credentials, &length) != 0)
         return std::nullopt;
     return userNameOf(credentials.uid);
+}
+
+std::string clientAddressOf(MHD_Connection* connection) {
+    const MHD_ConnectionInfo* info =
+        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
+    char text[INET6_ADDRSTRLEN] = "unknown";
+    if (info != nullptr && info->client_addr->sa_family == AF_INET)
+        inet_ntop(AF_INET, &reinterpret_cast<const sockaddr_in*>(info->client_addr)->sin_addr, text,
+                  sizeof text);
+    else if (info != nullptr && info->client_addr->sa_family == AF_INET6)
+        inet_ntop(AF_INET6, &reinterpret_cast<const sockaddr_in6*>(info->client_addr)->sin6_addr,
+                  text, sizeof text);
+    return text;
 }
 
 std::optional<std::string> header(MHD_Connection* connection, const char* name) {
@@ -231,6 +246,18 @@ void HttpFrontEnd::onConnection(const Listener& listener, MHD_Connection* connec
     *socketContext = state;
 }
 
+// A client that opens connections and sends nothing, or trickles a request in, holds them only
+// for the short request time-out: the daemon's default, set again for each request's body.
+void HttpFrontEnd::awaitRequest(MHD_Connection* connection) const {
+    MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT,
+                              _settings.requestTimeoutSeconds);
+}
+
+void HttpFrontEnd::awaitResponseReader(MHD_Connection* connection) const {
+    MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT,
+                              _settings.connectionTimeoutSeconds);
+}
+
 int HttpFrontEnd::onRequest(const Listener& listener, MHD_Connection* connection,
                             const char* method, const char* uploadData, std::size_t* uploadSize,
                             void** requestContext) {
@@ -273,6 +300,7 @@ int HttpFrontEnd::beginRequest(const Listener& listener, MHD_Connection* connect
                            "request larger than " + std::to_string(_settings.maxRequestBytes) +
                                " bytes");
     }
+    awaitRequest(connection);
     auto* exchange = new Exchange{connection, std::move(*caller), {}, nullptr};
     if (length)
         exchange->body.reserve(*length);
@@ -296,7 +324,9 @@ std::optional<Caller> HttpFrontEnd::authenticate(const Listener& listener,
     char* user = MHD_basic_auth_get_username_password(connection, &password);
     std::optional<Caller> caller;
     if (user != nullptr && password != nullptr && _checkPassword(user, password))
-        caller = Caller{user};
+        caller = Caller{user, clientAddressOf(connection)};
+    else if (user != nullptr)
+        logFailedLogin(user, clientAddressOf(connection));
     MHD_free(user);
     MHD_free(password);
     return caller;
@@ -333,6 +363,7 @@ int HttpFrontEnd::receiveBody(Exchange& exchange, const char* uploadData, std::s
 
 int HttpFrontEnd::dispatch(Exchange& exchange) {
     MHD_Connection* connection = exchange.connection;
+    awaitResponseReader(connection);
     auto stream = std::make_shared<ResponseStream>(std::make_shared<MhdConnection>(connection),
                                                    _settings.streamLimits);
     auto request = std::make_shared<HttpRequest>(HttpRequest{
@@ -441,7 +472,9 @@ MHD_Daemon* HttpFrontEnd::startDaemon(Listener& listener, unsigned flags, std::u
         {MHD_OPTION_NOTIFY_COMPLETED, reinterpret_cast<intptr_t>(&requestCompleted), &listener},
         {MHD_OPTION_NOTIFY_CONNECTION, reinterpret_cast<intptr_t>(&connectionNotified), &listener},
         {MHD_OPTION_CONNECTION_LIMIT, _settings.maxConnections + kRefusalSlots, nullptr},
-        {MHD_OPTION_CONNECTION_TIMEOUT, _settings.connectionTimeoutSeconds, nullptr},
+        {MHD_OPTION_CONNECTION_TIMEOUT, _settings.requestTimeoutSeconds, nullptr},
+        // Only addresses of the IP families count; local socket clients are not limited.
+        {MHD_OPTION_PER_IP_CONNECTION_LIMIT, _settings.maxConnectionsPerAddress, nullptr},
         {listenSocket >= 0 ? MHD_OPTION_LISTEN_SOCKET : MHD_OPTION_SOCK_ADDR,
          listenSocket >= 0 ? listenSocket : 0, const_cast<void*>(address)}};
     if (listener.tls)

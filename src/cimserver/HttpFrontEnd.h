@@ -40,6 +40,12 @@ struct HttpSettings {
     // Empty: no Unix-socket listener.
     std::string socketPath;
     unsigned maxConnections = 64;
+    // Connections from one IP address at once; more are closed as they come, so that one client
+    // cannot take every connection.
+    unsigned maxConnectionsPerAddress = 32;
+    // How long a connection may stay silent while a request is awaited or being received.
+    unsigned requestTimeoutSeconds = 10;
+    // How long it may stay silent otherwise: while its response is produced and sent.
     unsigned connectionTimeoutSeconds = 30;
     std::size_t maxRequestBytes = 16 * 1024 * 1024;
     StreamLimits streamLimits;
@@ -105,6 +111,8 @@ private:
     bool refusesPasswordOn(const Listener& listener, MHD_Connection* connection) const;
     int receiveBody(Exchange& exchange, const char* uploadData, std::size_t* uploadSize);
     int dispatch(Exchange& exchange);
+    void awaitRequest(MHD_Connection* connection) const;
+    void awaitResponseReader(MHD_Connection* connection) const;
     int respond(Exchange& exchange);
     void forget(Exchange& exchange);
 

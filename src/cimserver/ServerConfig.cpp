@@ -35,8 +35,16 @@ void addListenOptions(CLI::App& app, HttpSettings& http) {
                    "connections served at once; more are answered 503")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
+    app.add_option("--max-connections-per-address", http.maxConnectionsPerAddress,
+                   "connections from one IP address at once; more are closed")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    app.add_option("--request-timeout", http.requestTimeoutSeconds,
+                   "seconds a connection may stay silent while its request is awaited or read")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
     app.add_option("--connection-timeout", http.connectionTimeoutSeconds,
-                   "seconds an idle or stalled connection stays open")
+                   "seconds a connection may stay silent while its response is sent")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
     app.add_option("--max-request-size", http.maxRequestBytes,

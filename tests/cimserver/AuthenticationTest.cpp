@@ -9,6 +9,13 @@
 #include "RawHttp.h"
 #include "TestServer.h"
 #include "cimserver/Caller.h"
+#include "cimserver/ServerLog.h"
+
+#include <ksvapi.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
 
 namespace ksv::test {
 namespace {
@@ -44,6 +51,18 @@ TEST_F(AuthenticationTest, MissingOrWrongCredentialsAreRefusedBeforeAnyProviderC
     HttpResponse response = connection.receive();
     EXPECT_EQ(response.status, 401u);
     EXPECT_EQ(response.header("www-authenticate").rfind("Basic realm=", 0), 0u);
+}
+
+TEST_F(AuthenticationTest, FailedLoginsAreLoggedWithUserAndAddressButNeverThePassword) {
+    const std::string log = ::testing::TempDir() + "ksv-login-" + std::to_string(getpid());
+    server::configureServerLog(KSV_LOG_WARNING, "file:" + log);
+    statusFor("admin", "secret-guess");
+    statusFor("admin", "admin-pw");
+    server::configureServerLog(std::nullopt, std::nullopt);
+    std::ifstream file(log);
+    const std::string text((std::istreambuf_iterator<char>(file)), {});
+    std::remove(log.c_str());
+    EXPECT_EQ(text, "ksv-cimserver[3] login failed: user \"admin\" from 127.0.0.1\n");
 }
 
 TEST_F(AuthenticationTest, ProvidersSeeTheAuthenticatedUserAndNestedCallsTheirOwn) {

@@ -22,7 +22,7 @@ server::ServerConfig strictConfig() {
     server::ServerConfig config = testServerConfig(2);
     config.http.maxRequestBytes = kRequestLimit;
     config.http.maxConnections = 4;
-    config.http.connectionTimeoutSeconds = 1;
+    config.http.requestTimeoutSeconds = 1;
     return config;
 }
 
@@ -81,6 +81,9 @@ TEST_F(BadInputTest, EachMalformedRequestGetsItsStatusOrCimError) {
         {"key binding without name",
          cimPost(replaced(get, "<KEYBINDING NAME=\"Id\">", "<KEYBINDING>"), "GetInstance"), 200, "",
          "CODE=\"4\""},
+        {"key beyond the limit",
+         cimPost(replaced(get, ">dev-0<", ">" + std::string(4096, 'k') + "<"), "GetInstance"), 200,
+         "", "CODE=\"27\""},
         {"declared body too large",
          replaced(cimPost("", "EnumerateInstanceNames"), "Content-Length: 0",
                   "Content-Length: " + std::to_string(kRequestLimit + 1)),
@@ -125,6 +128,20 @@ TEST_F(BadInputTest, OversizedTruncatedAndStalledRequestsAreDropped) {
     stalled.send(request.substr(0, 40));
     EXPECT_TRUE(stalled.closedByServer(std::chrono::seconds(4)));
     expectServerStillServes();
+}
+
+TEST(BadInputLimits, ConnectionsBeyondTheLimitOfOneAddressAreClosed) {
+    server::ServerConfig config = strictConfig();
+    config.http.maxConnectionsPerAddress = 2;
+    TestServer server{config};
+    std::vector<RawConnection> held;
+    for (int i = 0; i < 3; ++i)
+        held.push_back(RawConnection::toPort(server.port()));
+    EXPECT_FALSE(held[0].closedByServer(std::chrono::milliseconds(200)));
+    EXPECT_TRUE(held[2].closedByServer(std::chrono::seconds(1)));
+    held.clear();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_EQ(server.client()->enumerateInstanceNames(kTestNamespace, "KSV_TestDevice").size(), 3u);
 }
 
 TEST_F(BadInputTest, ConnectionsBeyondTheLimitGet503) {

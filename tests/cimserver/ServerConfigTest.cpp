@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <unistd.h>
 
@@ -42,6 +43,23 @@ TEST(ServerConfigTest, TheConfigurationFileAndThenTheCommandLineOverrideTheDefau
     EXPECT_EQ(parsed.config->providerDirectories, std::vector<std::string>{"/p"});
     EXPECT_EQ(parsed.config->logLevel, 4);
     EXPECT_EQ(parsed.config->http.maxRequestBytes, 1024u);
+}
+
+// The example file is for a server started from the top of the tree after a plain build; this
+// test may run in another flavour's build directory.
+TEST(ServerConfigTest, TheExampleConfigurationNamesWhatTheTreeAndItsBuildHold) {
+    const std::string top = KSV_SOURCE_DIR;
+    const std::string file = top + "/src/cimserver/ksv-cimserver.conf";
+    ParsedCommandLine parsed = parse({"--config", file.c_str()});
+    ASSERT_TRUE(parsed.config) << parsed.output;
+    EXPECT_TRUE(std::filesystem::is_regular_file(top + "/" + parsed.config->arrayModel));
+    EXPECT_TRUE(std::filesystem::is_directory(top + "/" + parsed.config->mofDirectory));
+    ASSERT_FALSE(parsed.config->providerDirectories.empty());
+    for (const std::string& directory : parsed.config->providerDirectories) {
+        ASSERT_EQ(directory.rfind("build/", 0), 0u) << directory;
+        EXPECT_TRUE(std::filesystem::is_directory(KSV_BINARY_DIR + directory.substr(5)))
+            << directory;
+    }
 }
 
 TEST(ServerConfigTest, HelpMistakesAndAnUnreadableArrayModelEndTheProgram) {
