@@ -1,0 +1,83 @@
+#!/usr/bin/env bash
+# Runs the libFuzzer targets of fuzz/ (built by scripts/build.sh fuzz fuzzers).
+#   scripts/fuzz.sh [--seconds N] [--jobs J] [target...]   fuzz each target for N seconds (default
+#                                                          60), J at a time (default 1), niced
+#   scripts/fuzz.sh --replay [target...]                   run the seeds and regression inputs once
+# Targets default to all. New corpus entries go to build-fuzz/corpus/<target>, kept between runs;
+# an input that fails is written to build-fuzz/findings/<target>/ and ends the run with an error:
+# once fixed, copy it into fuzz/regressions/<target>/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+seconds=60
+jobs=1
+replay=false
+targets=()
+while [ $# -gt 0 ]; do
+    case "$1" in
+        --seconds) seconds="$2"; shift 2 ;;
+        --jobs)    jobs="$2"; shift 2 ;;
+        --replay)  replay=true; shift ;;
+        -*) echo "unknown option: $1" >&2; exit 2 ;;
+        *) targets+=("$1"); shift ;;
+    esac
+done
+if [ "${#targets[@]}" -eq 0 ]; then
+    for dir in fuzz/corpus/*/; do targets+=("$(basename "$dir")"); done
+fi
+
+binary() {
+    local path="build-fuzz/fuzz/$1"
+    [ -x "$path" ] || { echo "$path is not built: scripts/build.sh fuzz fuzzers" >&2; exit 2; }
+    echo "$path"
+}
+
+replayOne() {
+    local target="$1"
+    mkdir -p "fuzz/regressions/$target"
+    "$(binary "$target")" -runs=0 "fuzz/corpus/$target" "fuzz/regressions/$target" \
+        >"build-fuzz/$target.replay.log" 2>&1 ||
+        { tail -n 40 "build-fuzz/$target.replay.log"; echo "$target: replay failed" >&2; return 1; }
+    echo "$target: $(grep -Eo 'seed corpus: files: [0-9]+' "build-fuzz/$target.replay.log" |
+        awk '{print $4}') inputs replayed"
+}
+
+fuzzOne() {
+    local target="$1" log="build-fuzz/$target.fuzz.log"
+    mkdir -p "build-fuzz/corpus/$target" "build-fuzz/findings/$target" "fuzz/regressions/$target"
+    local status=0
+    nice "$(binary "$target")" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=2048 \
+        -max_len=16384 -dict="fuzz/dict/$target.dict" -print_final_stats=1 \
+        -artifact_prefix="build-fuzz/findings/$target/" \
+        "build-fuzz/corpus/$target" "fuzz/corpus/$target" "fuzz/regressions/$target" \
+        >"$log" 2>&1 || status=$?
+    if [ "$status" -ne 0 ]; then
+        tail -n 60 "$log"
+        echo "$target: failed; the input is in build-fuzz/findings/$target/" >&2
+        return 1
+    fi
+    echo "$target: $(grep -E '^stat::number_of_executed_units' "$log" | awk '{print $2}') runs," \
+        "$(grep -E '^stat::peak_rss_mb' "$log" | awk '{print $2}') MB peak, coverage" \
+        "$(grep -Eo 'cov: [0-9]+' "$log" | tail -n 1 | cut -d' ' -f2)"
+}
+
+failed=0
+if $replay; then
+    for target in "${targets[@]}"; do replayOne "$target" || failed=1; done
+    exit "$failed"
+fi
+
+running=0
+for target in "${targets[@]}"; do
+    if [ "$running" -ge "$jobs" ]; then
+        wait -n || failed=1
+        running=$((running - 1))
+    fi
+    fuzzOne "$target" &
+    running=$((running + 1))
+done
+while [ "$running" -gt 0 ]; do
+    wait -n || failed=1
+    running=$((running - 1))
+done
+exit "$failed"
