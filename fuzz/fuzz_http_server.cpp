@@ -16,14 +16,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 
 namespace {
 
-constexpr int kAnswerTimeoutMs = 20000;
+// Generous: under the sanitizers on a loaded machine an association walk takes seconds.
+constexpr int kAnswerTimeoutMs = 60000;
 
-std::unique_ptr<ksv::server::CimServer> server;
+// Never destroyed: it serves until the process ends, and stopping it from an exit handler would
+// reach the client connector, a static that may already be gone.
+ksv::server::CimServer* server = nullptr;
 
 int connectToServer() {
     int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -72,7 +74,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     config.http.socketPath.clear();
     config.threads = 2;
     config.logLevel = 0;
-    server = std::make_unique<ksv::server::CimServer>(config);
+    server = new ksv::server::CimServer(config);
     server->start();
     return 0;
 }

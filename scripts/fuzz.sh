@@ -46,7 +46,7 @@ fuzzOne() {
     local target="$1" log="build-fuzz/$target.fuzz.log"
     mkdir -p "build-fuzz/corpus/$target" "build-fuzz/findings/$target" "fuzz/regressions/$target"
     local status=0
-    nice "$(binary "$target")" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=2048 \
+    nice "$(binary "$target")" -max_total_time="$seconds" -timeout=90 -rss_limit_mb=2048 \
         -max_len=16384 -dict="fuzz/dict/$target.dict" -print_final_stats=1 \
         -artifact_prefix="build-fuzz/findings/$target/" \
         "build-fuzz/corpus/$target" "fuzz/corpus/$target" "fuzz/regressions/$target" \

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Sets up the machine, then builds and runs every test three times: plainly,
 # under AddressSanitizer with UndefinedBehaviorSanitizer, and the concurrency
-# tests under ThreadSanitizer. Stops at the first failure.
+# tests under ThreadSanitizer; then replays and briefly runs every fuzz target,
+# and makes a short load run. Stops at the first failure.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -21,3 +22,11 @@ ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:ha
 scripts/build.sh thread concurrency_tests
 TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
     ctest --test-dir build-thread --output-on-failure -j "$jobs" -L concurrency
+
+# Every fuzz target: its seeds and past findings replayed, then 45 s of fuzzing, two at a time.
+scripts/build.sh fuzz fuzzers
+scripts/fuzz.sh --replay
+scripts/fuzz.sh --seconds 45 --jobs 2
+
+# A short load run, with faults, hostile clients and a shutdown under load.
+scripts/load.sh --seconds 45
