@@ -8,6 +8,8 @@
 #include "cimserver/ProviderRegistration.h"
 #include "cimserver/RepositoryLoader.h"
 #include "cimserver/ServerLog.h"
+#include "cimserver/ServerStatus.h"
+#include "cimserver/SimulatedArray.h"
 
 #include <malloc.h>
 #include <unistd.h>
@@ -104,7 +106,16 @@ void CimServer::start() {
     Pegasus::CIMClientConnector::setLocal(
         [serverHandle] { return std::make_unique<LocalClientConnection>(serverHandle); });
     _running = true;
+    _startedAt = std::chrono::steady_clock::now();
+    _http.serveStatusPage([this] { return status(); });
     _http.start();
+}
+
+std::string CimServer::status() const {
+    return statusPage({std::chrono::duration_cast<std::chrono::seconds>(
+                           std::chrono::steady_clock::now() - _startedAt),
+                       _http.requestsServed(), _http.openConnections(), residentKilobytes(),
+                       arrayInUse()});
 }
 
 bool CimServer::stop() {

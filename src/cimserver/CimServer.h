@@ -14,6 +14,7 @@
 #include "cimserver/WorkerPool.h"
 #include "mof_compiler/ClassRepository.h"
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -36,6 +37,8 @@ public:
     std::uint16_t httpPort() const { return _http.tcpPort(); }
     std::uint16_t httpsPort() const { return _http.httpsPort(); }
     const mof::ClassRepository& repository() const { return _repository; }
+    // Uptime, requests, connections, memory and the array in use, as "name: value" lines.
+    std::string status() const;
 
     // Stops listening, lets requests in progress finish within the grace period, abandons the
     // rest and terminates the providers. False when provider calls were still running after
@@ -54,6 +57,7 @@ private:
     CimXmlService _cimXml;
     WorkerPool _workers;
     HttpFrontEnd _http;
+    std::chrono::steady_clock::time_point _startedAt;
     bool _running = false;
     bool _stopped = false;
     bool _terminated = false;

@@ -200,12 +200,12 @@ struct HttpFrontEnd::Exchange {
 
 namespace {
 
-MHD_Result accessHandler(void* context, MHD_Connection* connection, const char*, const char* method,
-                         const char*, const char* uploadData, std::size_t* uploadSize,
-                         void** requestContext) {
+MHD_Result accessHandler(void* context, MHD_Connection* connection, const char* url,
+                         const char* method, const char*, const char* uploadData,
+                         std::size_t* uploadSize, void** requestContext) {
     auto& listener = *static_cast<HttpFrontEnd::Listener*>(context);
     return static_cast<MHD_Result>(listener.owner->onRequest(
-        listener, connection, method, uploadData, uploadSize, requestContext));
+        listener, connection, url, method, uploadData, uploadSize, requestContext));
 }
 
 void requestCompleted(void* context, MHD_Connection*, void** requestContext,
@@ -258,12 +258,12 @@ void HttpFrontEnd::awaitResponseReader(MHD_Connection* connection) const {
                               _settings.connectionTimeoutSeconds);
 }
 
-int HttpFrontEnd::onRequest(const Listener& listener, MHD_Connection* connection,
+int HttpFrontEnd::onRequest(const Listener& listener, MHD_Connection* connection, const char* url,
                             const char* method, const char* uploadData, std::size_t* uploadSize,
                             void** requestContext) {
     auto* exchange = static_cast<Exchange*>(*requestContext);
     if (exchange == nullptr)
-        return beginRequest(listener, connection, method, requestContext);
+        return beginRequest(listener, connection, url, method, requestContext);
     if (*uploadSize != 0)
         return receiveBody(*exchange, uploadData, uploadSize);
     if (!exchange->stream)
@@ -272,11 +272,13 @@ int HttpFrontEnd::onRequest(const Listener& listener, MHD_Connection* connection
 }
 
 int HttpFrontEnd::beginRequest(const Listener& listener, MHD_Connection* connection,
-                               const char* method, void** requestContext) {
+                               const char* url, const char* method, void** requestContext) {
     if (connectionState(connection).overLimit) {
         return queueStatus(connection, MHD_HTTP_SERVICE_UNAVAILABLE, "too many connections",
                            {{MHD_HTTP_HEADER_CONNECTION, "close"}, {"Retry-After", "1"}});
     }
+    if (std::strcmp(method, MHD_HTTP_METHOD_GET) == 0)
+        return answerGet(listener, connection, url);
     if (std::strcmp(method, MHD_HTTP_METHOD_POST) != 0) {
         // DSP0200 clients fall back from M-POST to POST on 501.
         unsigned status = std::strcmp(method, "M-POST") == 0 ? MHD_HTTP_NOT_IMPLEMENTED
@@ -310,6 +312,14 @@ int HttpFrontEnd::beginRequest(const Listener& listener, MHD_Connection* connect
     }
     *requestContext = exchange;
     return MHD_YES;
+}
+
+int HttpFrontEnd::answerGet(const Listener& listener, MHD_Connection* connection, const char* url) {
+    if (!listener.local || !_statusPage || std::strcmp(url, "/status") != 0) {
+        return queueStatus(connection, MHD_HTTP_METHOD_NOT_ALLOWED, "CIM operations are POSTed",
+                           {{MHD_HTTP_HEADER_ALLOW, MHD_HTTP_METHOD_POST}});
+    }
+    return queueStatus(connection, MHD_HTTP_OK, _statusPage());
 }
 
 std::optional<Caller> HttpFrontEnd::authenticate(const Listener& listener,
@@ -377,6 +387,7 @@ int HttpFrontEnd::dispatch(Exchange& exchange) {
     if (!accepted)
         return queueStatus(connection, MHD_HTTP_SERVICE_UNAVAILABLE, "server busy",
                            {{"Retry-After", "1"}});
+    ++_requestsServed;
     {
         // Shutdown looks at the streams of all exchanges from its own thread.
         std::lock_guard<std::mutex> lock(_mutex);

@@ -64,6 +64,8 @@ struct HttpRequest {
 using RequestProcessor = std::function<void(HttpRequest& request, ResponseStream& response)>;
 // True when the password is the user's.
 using PasswordCheck = std::function<bool(const std::string& user, const std::string& password)>;
+// The text of the status page.
+using StatusPage = std::function<std::string()>;
 
 class ListenError : public std::runtime_error {
 public:
@@ -86,6 +88,12 @@ public:
     // "http://address:port", "https://address:port" and "unix:path", for each listener.
     std::vector<std::string> addresses() const;
 
+    // Served as text to GET /status on the local socket only: it tells how the server is, to
+    // local users, and nothing secret.
+    void serveStatusPage(StatusPage page) { _statusPage = std::move(page); }
+    unsigned openConnections() const { return _connections; }
+    std::uint64_t requestsServed() const { return _requestsServed; }
+
     // Shutdown, in order: no new connections; wait for the requests in progress; abandon the
     // rest; close everything.
     void stopAccepting();
@@ -96,15 +104,17 @@ public:
     // ---- Called by libmicrohttpd ---------------------------------------------------------------
     struct Listener;
     struct Exchange;
-    int onRequest(const Listener& listener, MHD_Connection* connection, const char* method,
-                  const char* uploadData, std::size_t* uploadSize, void** requestContext);
+    int onRequest(const Listener& listener, MHD_Connection* connection, const char* url,
+                  const char* method, const char* uploadData, std::size_t* uploadSize,
+                  void** requestContext);
     void onRequestEnded(void** requestContext);
     void onConnection(const Listener& listener, MHD_Connection* connection, void** socketContext,
                       bool started);
 
 private:
-    int beginRequest(const Listener& listener, MHD_Connection* connection, const char* method,
-                     void** requestContext);
+    int beginRequest(const Listener& listener, MHD_Connection* connection, const char* url,
+                     const char* method, void** requestContext);
+    int answerGet(const Listener& listener, MHD_Connection* connection, const char* url);
     std::optional<Caller> authenticate(const Listener& listener, MHD_Connection* connection);
     std::optional<Caller> certificateCaller(const Listener& listener,
                                             MHD_Connection* connection) const;
@@ -126,6 +136,7 @@ private:
     WorkerPool& _workers;
     const RequestProcessor _process;
     const PasswordCheck _checkPassword;
+    StatusPage _statusPage;
 
     std::unique_ptr<Listener> _tcpListener;
     std::unique_ptr<Listener> _httpsListener;
@@ -139,6 +150,7 @@ private:
     std::uint16_t _httpsPort = 0;
 
     std::atomic<unsigned> _connections{0};
+    std::atomic<std::uint64_t> _requestsServed{0};
     std::mutex _mutex;
     std::condition_variable _exchangeEnded;
     std::set<Exchange*> _exchanges;

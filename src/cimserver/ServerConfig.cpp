@@ -2,8 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <Pegasus/Client/CIMXmlClientBackend.h>
-#include <ksvapi_sim.h>
+#include <ksvapi.h>
 
+#include "cimserver/SimulatedArray.h"
 #include "mof_compiler/NamespaceStore.h"
 
 #include <sstream>
@@ -150,6 +151,8 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
     addRuntimeOptions(app, config);
     addEnumerationOptions(app, config.enumerations);
     ParsedCommandLine parsed;
+    app.add_flag("--status", parsed.statusQuery,
+                 "print how the server listening on the socket is, then exit");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -163,6 +166,13 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
 }
 
 std::optional<std::string> configureArray(const ServerConfig& config) {
+    if (!arrayIsSimulated()) {
+        // The same configuration serves both libraries.
+        if (!config.arrayModel.empty())
+            log_message(KSV_LOG_WARNING,
+                        "--array-model ignored: the array's own libksvapi is in use");
+        return std::nullopt;
+    }
     if (config.logLevel)
         ksvsim::setLogLevel(*config.logLevel);
     if (config.logSink) {

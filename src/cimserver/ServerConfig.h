@@ -42,6 +42,8 @@ ServerConfig defaultServerConfig();
 struct ParsedCommandLine {
     // Set when the server should run.
     std::optional<ServerConfig> config;
+    // --status: ask the server on the configured socket how it is, instead of running one.
+    bool statusQuery = false;
     // Otherwise: the exit code and what to print (help, or the error).
     int exitCode = 0;
     std::string output;
@@ -50,6 +52,8 @@ struct ParsedCommandLine {
 ParsedCommandLine parseCommandLine(int argc, const char* const* argv);
 
 // Loads the array model and sets up logging of the simulated array library; the error, if any.
+// Also what a running server takes over when told to reload: only these settings are safe to
+// change under requests in progress.
 std::optional<std::string> configureArray(const ServerConfig& config);
 
 } // namespace ksv::server

@@ -1,6 +1,11 @@
 // ksv-cimserver: the CIM server of the storage array's management stack.
 #include "cimserver/CimServer.h"
 #include "cimserver/ServerConfig.h"
+#include "cimserver/ServerStatus.h"
+#include "cimserver/SimulatedArray.h"
+
+#include <ksvapi.h>
+#include <systemd/sd-daemon.h>
 
 #include <csignal>
 #include <cstdio>
@@ -11,11 +16,12 @@
 namespace {
 
 // Blocked in every thread, so that only the main thread's sigwait sees them.
-sigset_t shutdownSignals() {
+sigset_t handledSignals() {
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGHUP);
     return signals;
 }
 
@@ -26,12 +32,36 @@ std::string joined(const std::vector<std::string>& parts) {
     return text;
 }
 
-int serve(const ksv::server::ServerConfig& config, const sigset_t& signals) {
+// Tells systemd how the service is when systemd runs the server; does nothing otherwise.
+void notifyServiceManager(const std::string& state) {
+    sd_notify(0, state.c_str());
+}
+
+// SIGHUP: the configuration is read again and what is safe to change under requests in progress
+// (logging, the array model and with it the array's users) is taken over; the rest waits for a
+// restart. A configuration in error changes nothing.
+void reload(int argc, char** argv) {
+    notifyServiceManager("RELOADING=1");
+    ksv::server::ParsedCommandLine parsed = ksv::server::parseCommandLine(argc, argv);
+    std::optional<std::string> error =
+        parsed.config ? ksv::server::configureArray(*parsed.config) : parsed.output;
+    if (error)
+        log_message(KSV_LOG_ERROR, "reload refused: %s", error->c_str());
+    else
+        std::cout << "ksv-cimserver: reloaded; array " << ksv::server::arrayInUse() << std::endl;
+    notifyServiceManager("READY=1");
+}
+
+int serve(const ksv::server::ServerConfig& config, const sigset_t& signals, int argc, char** argv) {
     ksv::server::CimServer server(config);
     server.start();
-    std::cout << "ksv-cimserver: ready on " << joined(server.addresses()) << std::endl;
+    const std::string addresses = joined(server.addresses());
+    std::cout << "ksv-cimserver: ready on " << addresses << std::endl;
+    notifyServiceManager("READY=1\nSTATUS=serving on " + addresses);
     int received = 0;
-    sigwait(&signals, &received);
+    while (sigwait(&signals, &received) == 0 && received == SIGHUP)
+        reload(argc, argv);
+    notifyServiceManager("STOPPING=1");
     if (!server.stop()) {
         // Provider code still runs; unloading it under those threads is not an option.
         std::cout.flush();
@@ -48,15 +78,17 @@ int main(int argc, char** argv) {
         (parsed.exitCode == 0 ? std::cout : std::cerr) << parsed.output;
         return parsed.exitCode;
     }
+    if (parsed.statusQuery)
+        return ksv::server::printStatus(parsed.config->http.socketPath, std::cout, std::cerr);
     if (std::optional<std::string> error = ksv::server::configureArray(*parsed.config)) {
         std::cerr << "ksv-cimserver: " << *error << "\n";
         return EXIT_FAILURE;
     }
-    const sigset_t signals = shutdownSignals();
+    const sigset_t signals = handledSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
     try {
-        return serve(*parsed.config, signals);
+        return serve(*parsed.config, signals, argc, argv);
     } catch (const std::exception& error) {
         std::cerr << "ksv-cimserver: " << error.what() << "\n";
         return EXIT_FAILURE;

@@ -19,7 +19,7 @@ namespace cimxml = ksv::cimxml;
 
 namespace {
 
-const char defaultSocketPath[] = "/tmp/ksv-cimserver.socket";
+const char defaultSocketPath[] = KSV_LOCAL_SOCKET_PATH;
 const Uint32 probeTimeoutMilliseconds = 20000;
 
 std::string utf8(const String& text) {

@@ -23,8 +23,11 @@ struct ModelError {
     std::string place;
     std::string message;
 
-    // "source: place: message"
-    std::string describe() const;
+    // "source: place: message". Inline, so that a program may reference the simulator's
+    // controls weakly and run on the array's own libksvapi.
+    std::string describe() const {
+        return place.empty() ? source + ": " + message : source + ": " + place + ": " + message;
+    }
 };
 
 // Load a model and make it the active one. On error the active model stays

@@ -13,10 +13,6 @@ using detail::CallRegistry;
 using detail::GlobalSemaphore;
 using detail::ModelStore;
 
-std::string ModelError::describe() const {
-    return place.empty() ? source + ": " + message : source + ": " + place + ": " + message;
-}
-
 std::optional<ModelError> loadModelFile(const std::string& path) {
     return ModelStore::instance().loadFile(path);
 }
