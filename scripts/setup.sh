@@ -9,6 +9,7 @@ packages=(
     nlohmann-json3-dev libmicrohttpd-dev libgnutls28-dev libcurl4-openssl-dev libtinyxml2-dev
     libcli11-dev
     sblim-wbemcli openssl
+    libsystemd-dev lintian systemd
 )
 
 missing=()

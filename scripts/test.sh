@@ -18,6 +18,9 @@ scripts/build.sh sanitize
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-sanitize --output-on-failure -j "$jobs"
 
+# The Debian package: built, then checked by lintian and systemd-analyze.
+scripts/package.sh
+
 # Only the concurrency suites run under ThreadSanitizer, so only they are built.
 scripts/build.sh thread concurrency_tests
 TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \

@@ -151,8 +151,10 @@ ParsedCommandLine parseCommandLine(int argc, const char* const* argv) {
     addRuntimeOptions(app, config);
     addEnumerationOptions(app, config.enumerations);
     ParsedCommandLine parsed;
+    // Not from a configuration file, which the service's server reads too.
     app.add_flag("--status", parsed.statusQuery,
-                 "print how the server listening on the socket is, then exit");
+                 "print how the server listening on the socket is, then exit")
+        ->configurable(false);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
