@@ -73,7 +73,7 @@ Figures enumerate(CIMClient& client, Uint32 pageSize) {
 }
 
 void measure(const std::string& model, Uint32 pageSize) {
-    ServerProcess server(ServerOptions{model, std::nullopt, 4});
+    ServerProcess server(ServerOptions{model, std::nullopt, 4, {}});
     std::unique_ptr<CIMClient> client = server.client("admin", "admin-pw");
     client->setTimeout(3600 * 1000);
     const Figures figures = enumerate(*client, pageSize);

@@ -228,8 +228,7 @@ TEST(PullOperationsLargeArrayTest, ASlowClientPagesThroughInFlatMemory) {
     generated.disks = 240;
     generated.volumes = 640;
     const TemporaryFile model(ksvsim::tools::generateArray(generated).dump());
-    ServerOptions options{model.path(), std::nullopt, 2};
-    options.arguments = {"--max-enumerations=1"};
+    ServerOptions options{model.path(), std::nullopt, 2, {"--max-enumerations=1"}};
     ServerProcess server(options);
     auto admin = server.client("admin", "admin-pw");
     admin->setTimeout(120000);
