@@ -47,6 +47,9 @@ nlohmann::json parseJsonText(const std::string& text, const std::string& source)
         return nlohmann::json::parse(text);
     } catch (const nlohmann::json::parse_error& error) {
         throw ModelFailure({source, linePlace(text, error.byte), syntaxMessage(error.what())});
+    } catch (const nlohmann::json::exception& error) {
+        // A number too large for a double, for one: nlohmann gives no position for it.
+        throw ModelFailure({source, "top level", syntaxMessage(error.what())});
     }
 }
 
