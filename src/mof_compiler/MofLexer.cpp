@@ -292,8 +292,11 @@ private:
         if (lead >= 0xF0)
             fail(token.line, token.column, "character literal outside the 16-bit range");
         std::uint32_t code = lead & (continuation == 2 ? 0x0F : 0x1F);
-        for (int i = 0; i < continuation; ++i)
+        for (int i = 0; i < continuation; ++i) {
+            if ((static_cast<unsigned char>(peek()) & 0xC0) != 0x80)
+                fail(token.line, token.column, "malformed UTF-8 in character literal");
             code = (code << 6) | (static_cast<unsigned char>(advance()) & 0x3F);
+        }
         return static_cast<std::uint16_t>(code);
     }
 
