@@ -3,6 +3,7 @@
 #   scripts/fuzz.sh [--seconds N] [--jobs J] [target...]   fuzz each target for N seconds (default
 #                                                          60), J at a time (default 1), niced
 #   scripts/fuzz.sh --replay [target...]                   run the seeds and regression inputs once
+#   --seed S fixes libFuzzer's random seed, so that a run from an empty corpus can be repeated.
 # Targets default to all. New corpus entries go to build-fuzz/corpus/<target>, kept between runs;
 # an input that fails is written to build-fuzz/findings/<target>/ and ends the run with an error:
 # once fixed, copy it into fuzz/regressions/<target>/.
@@ -12,12 +13,14 @@ cd "$(dirname "$0")/.."
 seconds=60
 jobs=1
 replay=false
+seed=0
 targets=()
 while [ $# -gt 0 ]; do
     case "$1" in
         --seconds) seconds="$2"; shift 2 ;;
         --jobs)    jobs="$2"; shift 2 ;;
         --replay)  replay=true; shift ;;
+        --seed)    seed="$2"; shift 2 ;;
         -*) echo "unknown option: $1" >&2; exit 2 ;;
         *) targets+=("$1"); shift ;;
     esac
@@ -46,7 +49,7 @@ fuzzOne() {
     local target="$1" log="build-fuzz/$target.fuzz.log"
     mkdir -p "build-fuzz/corpus/$target" "build-fuzz/findings/$target" "fuzz/regressions/$target"
     local status=0
-    nice "$(binary "$target")" -max_total_time="$seconds" -timeout=90 -rss_limit_mb=2048 \
+    nice "$(binary "$target")" -max_total_time="$seconds" -seed="$seed" -timeout=90 -rss_limit_mb=2048 \
         -max_len=16384 -dict="fuzz/dict/$target.dict" -print_final_stats=1 \
         -artifact_prefix="build-fuzz/findings/$target/" \
         "build-fuzz/corpus/$target" "fuzz/corpus/$target" "fuzz/regressions/$target" \
