@@ -48,6 +48,8 @@ TEST_F(WbemcliTest, EachOperationGetsAWellFormedAnswer) {
         {"ci", dev7, "'Id=\"dev-7\"'", ""},
         {"mi", dev7, "'Color=\"red\"'", ""},
         {"gi", dev7, "", "Color=\"red\""},
+        {"sp", dev7, "Color=blue", ""},
+        {"gp", dev7, "Color", "blue"},
         {"di", dev7, "", ""},
         {"ai", "KSV_TestDevice.Id=\"dev-0\"", "", "Weight=100"},
         {"ain", "KSV_TestGadget.Id=\"g-1\"", "", "Id=\"dev-1\""},

@@ -2,8 +2,6 @@
 // of the module and of its siblings, while users the array admits are served.
 #include "IntegrationTest.h"
 
-#include <vector>
-
 namespace ksv::integration {
 namespace {
 
@@ -85,29 +83,6 @@ TEST_F(RefusedUserTest, AUserTheArrayAdmitsIsServed) {
     const auto monitor = client("monitor", "monitor-pw");
     EXPECT_EQ(monitor->enumerateInstanceNames(KSV_NAMESPACE, "KSV_DiskDrive").size(), 5u);
     EXPECT_EQ(monitor->associatorNames(KSV_NAMESPACE, systemPath(), "KSV_SystemDisk").size(), 5u);
-}
-
-TEST_F(RefusedUserTest, WbemcliIsDeniedToo) {
-    if (!wbemcliInstalled())
-        GTEST_SKIP() << "wbemcli is not installed (Debian package sblim-wbemcli)";
-    const std::string disk = text(diskPath(0).toString());
-    const std::vector<std::vector<std::string>> requests = {
-        {"ein", "KSV_DiskStorageExtent", ""},
-        {"ei", "KSV_StorageVolume", ""},
-        {"gi", disk, ""},
-        {"gp", disk, "ElementName"},
-        {"sp", disk, "LocationIndicator=2"},
-        {"ain", text(systemPath().toString()), ""},
-        {"ai", disk, ""},
-        {"rin", disk, ""},
-        {"ri", text(extentPath(1).toString()), ""}};
-    for (const auto& request : requests) {
-        const CommandResult answer =
-            wbemcliAs("auditor", "auditor-pw", request[0], request[1], "", request[2]);
-        EXPECT_NE(answer.exitCode, 0) << request[0] << " " << answer.output;
-        EXPECT_NE(answer.output.find("CIM_ERR_ACCESS_DENIED"), std::string::npos)
-            << request[0] << " " << answer.output;
-    }
 }
 
 } // namespace

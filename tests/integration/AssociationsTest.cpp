@@ -107,18 +107,6 @@ TEST_P(AssociationTest, TheAssociationsReferToTheObjectAndCanBeFetched) {
         EXPECT_TRUE(refersTo(CIMInstance(references[i]), object));
 }
 
-TEST_P(AssociationTest, WbemcliFindsTheSameObjects) {
-    if (!wbemcliInstalled())
-        GTEST_SKIP() << "wbemcli is not installed (Debian package sblim-wbemcli)";
-    const std::string onlyThis = std::string("-ac ") + GetParam().association;
-    const std::string resultClass = std::string("-arc ") + GetParam().association;
-    EXPECT_EQ(wbemcli("ain", object, onlyThis).results().size(), GetParam().related);
-    EXPECT_EQ(wbemcli("ai", object, onlyThis).results().size(), GetParam().related);
-    EXPECT_EQ(wbemcli("rin", object, resultClass).results().size(), GetParam().related);
-    const CommandResult references = wbemcli("ri", object, resultClass);
-    EXPECT_EQ(references.results().size(), GetParam().related) << references.output;
-}
-
 INSTANTIATE_TEST_SUITE_P(EightAssociations, AssociationTest, ::testing::ValuesIn(ENDS),
                          [](const auto& info) {
                              return std::string(info.param.association) + "_From" + info.param.end;

@@ -47,24 +47,6 @@ TEST_F(LocateLedTest, OnlyOnAndOffAreAccepted) {
     EXPECT_EQ(led(*admin, 0), LED_OFF);
 }
 
-// wbemcli's SetProperty changes the one property; its ModifyInstance sends every property of
-// the instance, which the disk provider refuses.
-TEST_F(LocateLedTest, WbemcliSetsTheLedThroughSetProperty) {
-    if (!wbemcliInstalled())
-        GTEST_SKIP() << "wbemcli is not installed (Debian package sblim-wbemcli)";
-    const auto admin = client();
-    EXPECT_EQ(wbemcli("sp", diskPath(1), "", "LocationIndicator=2").exitCode, 0);
-    EXPECT_EQ(led(*admin, 1), LED_ON);
-    EXPECT_EQ(wbemcli("gp", diskPath(1), "", "LocationIndicator").results(),
-              std::vector<std::string>({"2"}));
-    EXPECT_EQ(wbemcli("sp", diskPath(1), "", "LocationIndicator=3").exitCode, 0);
-    EXPECT_EQ(led(*admin, 1), LED_OFF);
-    const CommandResult refused = wbemcli("mi", diskPath(1), "", "LocationIndicator=2");
-    EXPECT_NE(refused.output.find("CIM_ERR_INVALID_PARAMETER"), std::string::npos)
-        << refused.output;
-    EXPECT_EQ(led(*admin, 1), LED_OFF);
-}
-
 class ReadOnlyClassesTest : public IntegrationTest {};
 
 TEST_F(ReadOnlyClassesTest, SiblingObjectsCannotBeCreatedChangedOrDeleted) {

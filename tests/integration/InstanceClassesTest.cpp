@@ -1,5 +1,5 @@
 // Every instance class of the module and of its sibling modules, enumerated and fetched through
-// the running server, by the project's CIMClient and by wbemcli.
+// the running server.
 #include "IntegrationTest.h"
 
 #include <set>
@@ -76,19 +76,6 @@ TEST_P(InstanceClassTest, OneObjectAndOneOfItsPropertiesAreFetchedByName) {
               GetParam().value);
     EXPECT_EQ(text(admin->getProperty(KSV_NAMESPACE, one, GetParam().property).toString()),
               GetParam().value);
-}
-
-TEST_P(InstanceClassTest, WbemcliEnumeratesAndFetches) {
-    if (!wbemcliInstalled())
-        GTEST_SKIP() << "wbemcli is not installed (Debian package sblim-wbemcli)";
-    const CIMObjectPath classPath(String(), CIMNamespaceName(), GetParam().className);
-    EXPECT_EQ(wbemcli("ein", classPath).results().size(), GetParam().count);
-    EXPECT_EQ(wbemcli("ei", classPath).results().size(), GetParam().count);
-    const CommandResult one = wbemcli("gi", GetParam().one());
-    EXPECT_EQ(one.exitCode, 0) << one.output;
-    const std::string expected = std::string(GetParam().property) + "=";
-    EXPECT_NE(one.output.find(expected), std::string::npos) << one.output;
-    EXPECT_NE(one.output.find(GetParam().value), std::string::npos) << one.output;
 }
 
 INSTANTIATE_TEST_SUITE_P(Classes, InstanceClassTest, ::testing::ValuesIn(CLASSES),

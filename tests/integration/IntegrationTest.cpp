@@ -118,16 +118,4 @@ void IntegrationTest::SetUp() {
     ASSERT_TRUE(_server) << _startFailure;
 }
 
-CommandResult IntegrationTest::wbemcli(const std::string& operation, const CIMObjectPath& object,
-                                       const std::string& options, const std::string& arguments) {
-    return wbemcliAs("admin", "admin-pw", operation, text(object.toString()), options, arguments);
-}
-
-CommandResult IntegrationTest::wbemcliAs(const std::string& user, const std::string& password,
-                                         const std::string& operation, const std::string& object,
-                                         const std::string& options, const std::string& arguments) {
-    return ksv::test::wbemcli(operation + " " + options + " '" + _server->url(user, password) +
-                              "/root/ksv:" + object + "' " + arguments);
-}
-
 } // namespace ksv::integration
