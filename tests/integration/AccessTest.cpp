@@ -64,20 +64,6 @@ TEST_F(RefusedUserTest, EveryAssociationOperationIsDenied) {
     }
 }
 
-TEST_F(RefusedUserTest, TheLedCannotBeSwitched) {
-    CIMInstance modified("KSV_DiskDrive");
-    modified.addProperty(CIMProperty("LocationIndicator", Uint16(2)));
-    modified.setPath(diskPath(0));
-    EXPECT_EQ(cimErrorOf([&] { auditor->modifyInstance(KSV_NAMESPACE, modified); }), DENIED);
-    EXPECT_EQ(cimErrorOf([&] {
-                  auditor->setProperty(KSV_NAMESPACE, diskPath(0), "LocationIndicator",
-                                       CIMValue(Uint16(2)));
-              }),
-              DENIED);
-    EXPECT_EQ(text(admin->getProperty(KSV_NAMESPACE, diskPath(0), "LocationIndicator").toString()),
-              "3");
-}
-
 // The gate is the array's: a user without rights to change anything still reads.
 TEST_F(RefusedUserTest, AUserTheArrayAdmitsIsServed) {
     const auto monitor = client("monitor", "monitor-pw");
