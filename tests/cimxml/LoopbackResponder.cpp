@@ -214,18 +214,9 @@ void writeResults(IMethodResponseWriter& writer, const OperationRequest& request
     case Operation::GetClass:
         writer.writeClass(sampleClass());
         break;
-    case Operation::EnumerateClasses:
-        writer.writeClass(sampleClass());
-        writer.writeClass(CIMClass(CIMName("KSV_B")));
-        break;
     case Operation::EnumerateClassNames:
         writer.writeClassName(CIMName("KSV_A"));
         writer.writeClassName(CIMName("KSV_B"));
-        break;
-    case Operation::GetInstance:
-    case Operation::Associators:
-    case Operation::References:
-        writer.writeInstance(sampleDisk(1));
         break;
     case Operation::EnumerateInstances:
         for (int i = 1; i <= 3; i++) {
@@ -233,17 +224,9 @@ void writeResults(IMethodResponseWriter& writer, const OperationRequest& request
         }
         break;
     case Operation::EnumerateInstanceNames:
-    case Operation::AssociatorNames:
-    case Operation::ReferenceNames:
         for (int i = 1; i <= 3; i++) {
             writer.writeObjectPath(sampleDisk(i).getPath());
         }
-        break;
-    case Operation::CreateInstance:
-        writer.writeObjectPath(sampleDisk(9).getPath());
-        break;
-    case Operation::GetProperty:
-        writer.writeValue(CIMValue(Uint64(1920383410176ULL)));
         break;
     default:
         break;

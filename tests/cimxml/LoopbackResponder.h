@@ -64,10 +64,10 @@ private:
     MHD_Daemon* _daemon = nullptr;
 };
 
-/// Answers every operation like a CIM server, with canned results built by the codec:
-/// sampleClass() for classes, sampleDisk(1..3) for instances, "KSV_A"/"KSV_B" for class names,
-/// 1920383410176 for a property, and for a method call the return value 0 with its input
-/// parameters echoed back.
+/// Answers like a CIM server, with canned results built by the codec: sampleClass() for
+/// GetClass, sampleDisk(1..3) for instance enumerations, "KSV_A"/"KSV_B" for class names, and
+/// for a method call the return value 0 with its input parameters echoed back; other
+/// operations get an empty answer.
 LoopbackResponder::Answer answerLikeACimServer(const LoopbackResponder::Request& request);
 
 /// A fresh directory under the system's temporary directory, removed with its contents when the

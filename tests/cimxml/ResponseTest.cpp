@@ -48,7 +48,8 @@ private:
     IMethodResponseWriter _writer;
 };
 
-// The client transport tests stream every operation's results; these are the forms they skip.
+// The CIM server suite streams every operation's results to a client; these are the forms it
+// skips.
 TEST(ResponseWriter, StreamsObjectsAndNullValuesThatDecodeBack) {
     ChunkedResponse classes(Operation::EnumerateClasses);
     classes.writer().writeClass(sampleClass());
