@@ -122,12 +122,6 @@ struct Query {
     const char* className = nullptr;
 };
 
-inline Query byUser(const std::string& user) {
-    Query query;
-    query.user = user;
-    return query;
-}
-
 // A provider initialized against the harness's server as the CIM server does it, terminated (it
 // deletes itself) with this object; the requests go through recording handlers.
 class RunningProvider {
