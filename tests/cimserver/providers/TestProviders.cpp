@@ -157,6 +157,10 @@ public:
         Uint32 color = modified.findProperty("Color");
         if (color != PEG_NOT_FOUND && propertyList.useThisProperty("Color"))
             modified.getProperty(color).getValue().get(element.color);
+        // A number, so that a value the client sent untyped must have been typed by the server.
+        Uint32 size = modified.findProperty("Size");
+        if (size != PEG_NOT_FOUND && propertyList.useThisProperty("Size"))
+            modified.getProperty(size).getValue().get(element.number);
         handler.complete();
     }
 
