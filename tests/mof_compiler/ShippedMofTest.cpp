@@ -1,8 +1,8 @@
 // The MOF shipped under mof/: it compiles, classes and associations have the
-// bases and keys their paths use, only the locate indicator is writable, and the
-// registration names what exists.
+// bases and keys their paths use, and only the locate indicator is writable. The
+// registration is proved by the end-to-end suite, whose server serves every
+// registered class through it.
 
-#include <map>
 #include <set>
 
 #include <Pegasus/Common/Config.h>
@@ -16,7 +16,6 @@ namespace {
 using namespace Pegasus;
 
 const char* const ksv = "root/ksv";
-const char* const interop = "root/PG_InterOp";
 
 class ShippedMof : public ::testing::Test {
 protected:
@@ -29,10 +28,6 @@ protected:
 
     static CIMClass classIn(const char* nameSpace, const std::string& className) {
         return repository.getClass(nameSpace, className.c_str(), false, true, true);
-    }
-
-    static std::string text(const CIMConstInstance& instance, const char* property) {
-        return utf8(instance.getProperty(instance.findProperty(property)).getValue().toString());
     }
 
     static inline ClassRepository repository;
@@ -125,73 +120,6 @@ TEST_F(ShippedMof, OnlyTheLocateIndicatorOfADiskIsWritable) {
             writable.push_back(utf8(property.getName().getString()));
     }
     EXPECT_EQ(writable, std::vector<std::string>{"LocationIndicator"});
-}
-
-// The disk module with its twelve providers, its two siblings and the server's
-// own interop module; every capability belongs to a registered provider of a
-// registered module and names, in each of its namespaces, an existing class
-// of the right kind.
-TEST_F(ShippedMof, RegistrationCoversTheDiskProvidersAndNamesWhatExists) {
-    CIMInstance module = repository.getInstance(
-        interop, CIMObjectPath("PG_ProviderModule.Name=\"KSV_DiskDriveProviderModule\""));
-    EXPECT_EQ(text(module, "Location"), "KSV_DiskDriveProvider");
-    EXPECT_EQ(text(module, "InterfaceType"), "C++Default");
-    EXPECT_EQ(text(module, "InterfaceVersion"), "2.6.0");
-
-    std::set<std::string> modules, providers, served;
-    Array<CIMInstance> instances = repository.enumerateInstances(interop, "PG_ProviderModule");
-    for (Uint32 i = 0; i < instances.size(); ++i)
-        modules.insert(text(instances[i], "Name"));
-    instances = repository.enumerateInstances(interop, "PG_Provider");
-    for (Uint32 i = 0; i < instances.size(); ++i) {
-        EXPECT_EQ(modules.count(text(instances[i], "ProviderModuleName")), 1u);
-        providers.insert(text(instances[i], "ProviderModuleName") + "/" +
-                         text(instances[i], "Name"));
-    }
-    EXPECT_EQ(modules.size(), 4u);
-    EXPECT_EQ(providers.size(), 12u + 4u + 1u + 1u);
-    std::map<std::string, std::pair<std::string, std::string>> diskProviders;
-    instances = repository.enumerateInstances(interop, "PG_ProviderCapabilities");
-    for (Uint32 i = 0; i < instances.size(); ++i) {
-        const std::string moduleName = text(instances[i], "ProviderModuleName");
-        const std::string provider = text(instances[i], "ProviderName");
-        EXPECT_EQ(providers.count(moduleName + "/" + provider), 1u) << provider;
-        served.insert(moduleName + "/" + provider);
-        Array<String> namespaces;
-        instances[i]
-            .getProperty(instances[i].findProperty("Namespaces"))
-            .getValue()
-            .get(namespaces);
-        ASSERT_FALSE(namespaces.size() == 0) << provider;
-        const std::string className = text(instances[i], "ClassName");
-        const std::string types = text(instances[i], "ProviderType");
-        for (Uint32 n = 0; n < namespaces.size(); ++n) {
-            CIMClass cimClass =
-                repository.getClass(namespaces[n], className.c_str(), false, true, true);
-            EXPECT_EQ(cimClass.isAssociation(), types.find('3') != std::string::npos) << className;
-        }
-        if (moduleName == "KSV_DiskDriveProviderModule") {
-            ASSERT_EQ(namespaces.size(), 1u);
-            EXPECT_EQ(utf8(namespaces[0]), ksv);
-            diskProviders[provider] = {className, types};
-        }
-    }
-    EXPECT_EQ(served, providers) << "every provider has a capability";
-    const std::map<std::string, std::pair<std::string, std::string>> expected = {
-        {"KSV_DiskDriveProvider", {"KSV_DiskDrive", "2 "}},
-        {"KSV_DiskDrivePackageProvider", {"KSV_DiskDrivePackage", "2 "}},
-        {"KSV_DiskSoftwareIdentityProvider", {"KSV_DiskSoftwareIdentity", "2 "}},
-        {"KSV_DiskStorageExtentProvider", {"KSV_DiskStorageExtent", "2 "}},
-        {"KSV_SystemDiskProvider", {"KSV_SystemDisk", "2 3 "}},
-        {"KSV_SystemExtentProvider", {"KSV_SystemExtent", "2 3 "}},
-        {"KSV_DiskPackageRealizesProvider", {"KSV_DiskPackageRealizes", "2 3 "}},
-        {"KSV_AssociatedPrimordialDisksProvider", {"KSV_AssociatedPrimordialDisks", "2 3 "}},
-        {"KSV_VolumeBasedOnDiskExtentProvider", {"KSV_VolumeBasedOnDiskExtent", "2 3 "}},
-        {"KSV_DiskSoftwareProvider", {"KSV_DiskSoftware", "2 3 "}},
-        {"KSV_DiskPresentProvider", {"KSV_DiskPresent", "2 3 "}},
-        {"KSV_MagazineContainerProvider", {"KSV_MagazineContainer", "2 3 "}},
-    };
-    EXPECT_EQ(diskProviders, expected);
 }
 
 } // namespace
