@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-    build-essential cmake ninja-build pkg-config clang-format clang libclang-rt-dev
+    build-essential cmake ninja-build ccache pkg-config clang-format clang libclang-rt-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     nlohmann-json3-dev libmicrohttpd-dev libgnutls28-dev libcurl4-openssl-dev libtinyxml2-dev
     libcli11-dev
