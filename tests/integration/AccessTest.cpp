@@ -44,9 +44,11 @@ TEST_F(RefusedUserTest, EveryInstanceOperationIsDenied) {
 }
 
 TEST_F(RefusedUserTest, EveryAssociationOperationIsDenied) {
-    for (const auto& [association, end] : ASSOCIATION_ENDS) {
+    // Named, not structured, so that the lambdas below may capture it under clang 14.
+    for (const auto& associationEnd : ASSOCIATION_ENDS) {
+        const char* association = associationEnd.first;
         SCOPED_TRACE(association);
-        const CIMObjectPath object = end();
+        const CIMObjectPath object = associationEnd.second();
         EXPECT_EQ(cimErrorOf([&] { auditor->associators(KSV_NAMESPACE, object, association); }),
                   DENIED);
         EXPECT_EQ(cimErrorOf([&] { auditor->associatorNames(KSV_NAMESPACE, object, association); }),
