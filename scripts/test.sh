@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Sets up the machine, then builds and runs every test three times: plainly, under clang's
-# AddressSanitizer with UndefinedBehaviorSanitizer, and the concurrency tests under
-# ThreadSanitizer; checks the Debian package; then replays and briefly runs every fuzz target,
-# built in the sanitized tree, and makes a short load run. Stops at the first failure.
+# Sets up the machine, then builds and runs every test three times: plainly,
+# under AddressSanitizer with UndefinedBehaviorSanitizer, and the concurrency
+# tests under ThreadSanitizer; then replays and briefly runs every fuzz target,
+# and makes a short load run. Stops at the first failure.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -25,7 +25,6 @@ ctest --test-dir build --output-on-failure -j "$jobs"
 # The Debian package: built, then checked by lintian and systemd-analyze.
 cached scripts/package.sh
 
-# Also builds the fuzz targets.
 scripts/build.sh sanitize
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-sanitize --output-on-failure -j "$jobs"
@@ -37,6 +36,7 @@ TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
 
 # Every fuzz target: its seeds and past findings replayed, then 45 s of fuzzing, two at a time,
 # from a fixed seed so that what CI finds can be found again.
+scripts/build.sh fuzz fuzzers
 scripts/fuzz.sh --replay
 # The whole-server HTTP target is only replayed until its open hang (a chunked request followed
 # by the client's half-close, answered by a standalone server but not inside the target) is
