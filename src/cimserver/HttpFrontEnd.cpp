@@ -5,6 +5,8 @@
 #include <arpa/inet.h>
 #include <microhttpd.h>
 #include <netinet/in.h>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -26,6 +28,10 @@ constexpr const char kRealm[] = "CIM Server";
 constexpr std::size_t kResponseBlockBytes = 32 * 1024;
 // Connections beyond the limit are still accepted, up to this many, to be told 503.
 constexpr unsigned kRefusalSlots = 16;
+// How often connections that await a request are looked at.
+constexpr auto kWatchPeriod = std::chrono::milliseconds(100);
+// How long a client that has hung up may leave bytes that the server does not read.
+constexpr auto kUnreadGrace = std::chrono::seconds(1);
 
 std::string systemError(const std::string& what) {
     return what + ": " + std::strerror(errno);
@@ -42,28 +48,29 @@ private:
     MHD_Connection* _connection;
 };
 
-// State of one connection, kept from accept to close.
-struct ConnectionState {
-    bool overLimit = false;
-    // Socket connections only: the user at the other end.
-    std::optional<std::string> peerUser;
-};
-
-ConnectionState& connectionState(MHD_Connection* connection) {
+int socketOf(MHD_Connection* connection) {
     const MHD_ConnectionInfo* info =
-        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
-    return *static_cast<ConnectionState*>(info->socket_context);
+        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
+    return info != nullptr ? info->connect_fd : -1;
 }
 
 std::optional<std::string> peerUserOf(MHD_Connection* connection) {
-    const MHD_ConnectionInfo* info =
-        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
     ucred credentials{};
     socklen_t length = sizeof credentials;
-    if (info == nullptr ||
-        getsockopt(info->connect_fd, SOL_SOCKET, SO_PEERCRED, &credentials, &length) != 0)
+    if (getsockopt(socketOf(connection), SOL_SOCKET, SO_PEERCRED, &credentials, &length) != 0)
         return std::nullopt;
     return userNameOf(credentials.uid);
+}
+
+// When the client has hung up, or shut its sending side: how many of the bytes it sent are still
+// unread.
+std::optional<int> unreadAfterHangUp(int fd) {
+    pollfd ready{fd, POLLRDHUP, 0};
+    int unread = 0;
+    if (poll(&ready, 1, 0) != 1 || (ready.revents & (POLLRDHUP | POLLHUP | POLLERR)) == 0 ||
+        ioctl(fd, FIONREAD, &unread) != 0)
+        return std::nullopt;
+    return unread;
 }
 
 std::string clientAddressOf(MHD_Connection* connection) {
@@ -183,6 +190,38 @@ void logFromLibrary(void*, const char* format, va_list arguments) {
 
 } // namespace
 
+// State of one connection, kept from accept to close.
+struct HttpFrontEnd::ConnectionState {
+    bool overLimit = false;
+    // Socket connections only: the user at the other end.
+    std::optional<std::string> peerUser;
+    std::string clientAddress;
+    int fd = -1;
+    // The rest is guarded by the watch mutex. While a request is awaited or read: when it must
+    // have arrived whole.
+    std::optional<std::chrono::steady_clock::time_point> requestDue;
+    // Counts the waits for a request. A hang-up is acted on once it has lasted through one wait
+    // with nothing more read: before, the request it ends may still be on its way to a worker.
+    std::uint64_t waits = 0;
+    struct HangUp {
+        std::uint64_t wait;
+        int unread;
+        std::chrono::steady_clock::time_point seen;
+    };
+    std::optional<HangUp> hangUp;
+    bool cutOff = false;
+};
+
+namespace {
+
+HttpFrontEnd::ConnectionState& connectionState(MHD_Connection* connection) {
+    const MHD_ConnectionInfo* info =
+        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
+    return *static_cast<HttpFrontEnd::ConnectionState*>(info->socket_context);
+}
+
+} // namespace
+
 // ---- libmicrohttpd callbacks -------------------------------------------------------------------
 
 struct HttpFrontEnd::Listener {
@@ -208,9 +247,10 @@ MHD_Result accessHandler(void* context, MHD_Connection* connection, const char* 
         listener, connection, url, method, uploadData, uploadSize, requestContext));
 }
 
-void requestCompleted(void* context, MHD_Connection*, void** requestContext,
-                      MHD_RequestTerminationCode) {
-    static_cast<HttpFrontEnd::Listener*>(context)->owner->onRequestEnded(requestContext);
+void requestCompleted(void* context, MHD_Connection* connection, void** requestContext,
+                      MHD_RequestTerminationCode code) {
+    static_cast<HttpFrontEnd::Listener*>(context)->owner->onRequestEnded(
+        connection, requestContext, code == MHD_REQUEST_TERMINATED_COMPLETED_OK);
 }
 
 void connectionNotified(void* context, MHD_Connection* connection, void** socketContext,
@@ -233,29 +273,98 @@ HttpFrontEnd::~HttpFrontEnd() {
 
 void HttpFrontEnd::onConnection(const Listener& listener, MHD_Connection* connection,
                                 void** socketContext, bool started) {
+    auto* state = static_cast<ConnectionState*>(*socketContext);
     if (!started) {
-        delete static_cast<ConnectionState*>(*socketContext);
+        // libmicrohttpd closes the socket after this: the watcher never sees it closed.
+        {
+            std::lock_guard<std::mutex> lock(_watchMutex);
+            _watched.erase(state);
+        }
+        delete state;
         *socketContext = nullptr;
         --_connections;
         return;
     }
-    auto* state = new ConnectionState;
+    state = new ConnectionState;
     state->overLimit = ++_connections > _settings.maxConnections;
     if (listener.local)
         state->peerUser = peerUserOf(connection);
+    state->clientAddress = listener.local ? "local" : clientAddressOf(connection);
+    state->fd = socketOf(connection);
     *socketContext = state;
+    std::lock_guard<std::mutex> lock(_watchMutex);
+    _watched.insert(state);
+    state->requestDue =
+        std::chrono::steady_clock::now() + std::chrono::seconds(_settings.requestDeadlineSeconds);
 }
 
-// A client that opens connections and sends nothing, or trickles a request in, holds them only
-// for the short request time-out: the daemon's default, set again for each request's body.
-void HttpFrontEnd::awaitRequest(MHD_Connection* connection) const {
+// A client that opens connections and sends nothing holds them only for the short request
+// time-out: the daemon's default, set again for each request.
+void HttpFrontEnd::awaitRequest(MHD_Connection* connection) {
     MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT,
                               _settings.requestTimeoutSeconds);
+    setRequestDue(connection, true);
 }
 
-void HttpFrontEnd::awaitResponseReader(MHD_Connection* connection) const {
+void HttpFrontEnd::awaitResponseReader(MHD_Connection* connection) {
     MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT,
                               _settings.connectionTimeoutSeconds);
+    setRequestDue(connection, false);
+}
+
+// While a request is awaited, the whole of it must arrive by a deadline.
+void HttpFrontEnd::setRequestDue(MHD_Connection* connection, bool awaited) {
+    ConnectionState& state = connectionState(connection);
+    std::lock_guard<std::mutex> lock(_watchMutex);
+    ++state.waits;
+    if (!awaited)
+        state.requestDue.reset();
+    else
+        state.requestDue = std::chrono::steady_clock::now() +
+                           std::chrono::seconds(_settings.requestDeadlineSeconds);
+}
+
+// Everything read and still no whole request: none will come. Bytes left unread for long: the
+// server has stopped reading, having answered an error.
+bool HttpFrontEnd::hungUpLongEnough(ConnectionState& state,
+                                    std::chrono::steady_clock::time_point now) {
+    const std::optional<int> unread = unreadAfterHangUp(state.fd);
+    if (!unread) {
+        state.hangUp.reset();
+        return false;
+    }
+    if (!state.hangUp || state.hangUp->wait != state.waits || state.hangUp->unread != *unread) {
+        state.hangUp = ConnectionState::HangUp{state.waits, *unread, now};
+        return false;
+    }
+    return now - state.hangUp->seen >= (*unread == 0 ? kWatchPeriod : kUnreadGrace);
+}
+
+void HttpFrontEnd::watchConnections() {
+    std::unique_lock<std::mutex> lock(_watchMutex);
+    while (!_watchStopping) {
+        _watchWake.wait_for(lock, kWatchPeriod);
+        const auto now = std::chrono::steady_clock::now();
+        for (ConnectionState* state : _watched)
+            cutOffOverdue(*state, now);
+    }
+}
+
+// Shutting the socket down makes libmicrohttpd close the connection. A client that has hung up
+// is let go at once: libmicrohttpd (epoll) can miss an end of stream that comes with the last
+// bytes of a request, and would hold the connection until it times out. The watch mutex is held,
+// so the socket is still the connection's.
+void HttpFrontEnd::cutOffOverdue(ConnectionState& state,
+                                 std::chrono::steady_clock::time_point now) {
+    if (!state.requestDue || state.cutOff)
+        return;
+    if (now >= *state.requestDue) {
+        logRequestOverdue(state.clientAddress, _settings.requestDeadlineSeconds);
+    } else if (!hungUpLongEnough(state, now)) {
+        return;
+    }
+    shutdown(state.fd, SHUT_RDWR);
+    state.cutOff = true;
 }
 
 int HttpFrontEnd::onRequest(const Listener& listener, MHD_Connection* connection, const char* url,
@@ -302,7 +411,6 @@ int HttpFrontEnd::beginRequest(const Listener& listener, MHD_Connection* connect
                            "request larger than " + std::to_string(_settings.maxRequestBytes) +
                                " bytes");
     }
-    awaitRequest(connection);
     auto* exchange = new Exchange{connection, std::move(*caller), {}, nullptr};
     if (length)
         exchange->body.reserve(*length);
@@ -334,9 +442,9 @@ std::optional<Caller> HttpFrontEnd::authenticate(const Listener& listener,
     char* user = MHD_basic_auth_get_username_password(connection, &password);
     std::optional<Caller> caller;
     if (user != nullptr && password != nullptr && _checkPassword(user, password))
-        caller = Caller{user, clientAddressOf(connection)};
+        caller = Caller{user, connectionState(connection).clientAddress};
     else if (user != nullptr)
-        logFailedLogin(user, clientAddressOf(connection));
+        logFailedLogin(user, connectionState(connection).clientAddress);
     MHD_free(user);
     MHD_free(password);
     return caller;
@@ -393,7 +501,13 @@ int HttpFrontEnd::dispatch(Exchange& exchange) {
         std::lock_guard<std::mutex> lock(_mutex);
         exchange.stream = std::move(stream);
     }
-    return respond(exchange);
+    // Even an answer that is ready at once is sent from a resumed connection: libmicrohttpd
+    // (epoll) takes a short read for "nothing more to read", so a client's end of stream that
+    // came with the last bytes of its request goes unseen until the connection is read again,
+    // which a resumed connection is. A client that half-closes after its request is then closed
+    // as soon as it has its answer, not when the watcher next looks.
+    exchange.stream->suspendUntilReady();
+    return MHD_YES;
 }
 
 // OpenPegasus answers a client that takes chunks ("TE: chunked" or "trailers") always in chunks,
@@ -432,7 +546,11 @@ int HttpFrontEnd::respond(Exchange& exchange) {
     return queued;
 }
 
-void HttpFrontEnd::onRequestEnded(void** requestContext) {
+void HttpFrontEnd::onRequestEnded(MHD_Connection* connection, void** requestContext,
+                                  bool completed) {
+    // The connection stays open for the next request.
+    if (completed)
+        awaitRequest(connection);
     auto* exchange = static_cast<Exchange*>(*requestContext);
     if (exchange == nullptr)
         return;
@@ -469,6 +587,7 @@ void HttpFrontEnd::start() {
     }
     if (!_settings.socketPath.empty())
         _socketDaemon = startSocketDaemon();
+    _watcher = std::thread(&HttpFrontEnd::watchConnections, this);
 }
 
 MHD_Daemon* HttpFrontEnd::startDaemon(Listener& listener, unsigned flags, std::uint16_t port,
@@ -637,6 +756,13 @@ void HttpFrontEnd::stop() {
             MHD_stop_daemon(*daemon);
         *daemon = nullptr;
     }
+    {
+        std::lock_guard<std::mutex> lock(_watchMutex);
+        _watchStopping = true;
+    }
+    _watchWake.notify_all();
+    if (_watcher.joinable())
+        _watcher.join();
 }
 
 } // namespace ksv::server

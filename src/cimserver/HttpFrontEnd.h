@@ -21,6 +21,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 struct MHD_Connection;
@@ -47,6 +48,9 @@ struct HttpSettings {
     unsigned requestTimeoutSeconds = 10;
     // How long it may stay silent otherwise: while its response is produced and sent.
     unsigned connectionTimeoutSeconds = 30;
+    // The most time one request may take to arrive whole, headers and body, counted from when it
+    // is awaited: a client that trickles it in, never silent for long, is cut off all the same.
+    unsigned requestDeadlineSeconds = 60;
     std::size_t maxRequestBytes = 16 * 1024 * 1024;
     StreamLimits streamLimits;
 };
@@ -104,10 +108,11 @@ public:
     // ---- Called by libmicrohttpd ---------------------------------------------------------------
     struct Listener;
     struct Exchange;
+    struct ConnectionState;
     int onRequest(const Listener& listener, MHD_Connection* connection, const char* url,
                   const char* method, const char* uploadData, std::size_t* uploadSize,
                   void** requestContext);
-    void onRequestEnded(void** requestContext);
+    void onRequestEnded(MHD_Connection* connection, void** requestContext, bool completed);
     void onConnection(const Listener& listener, MHD_Connection* connection, void** socketContext,
                       bool started);
 
@@ -121,8 +126,12 @@ private:
     bool refusesPasswordOn(const Listener& listener, MHD_Connection* connection) const;
     int receiveBody(Exchange& exchange, const char* uploadData, std::size_t* uploadSize);
     int dispatch(Exchange& exchange);
-    void awaitRequest(MHD_Connection* connection) const;
-    void awaitResponseReader(MHD_Connection* connection) const;
+    void awaitRequest(MHD_Connection* connection);
+    void setRequestDue(MHD_Connection* connection, bool awaited);
+    void watchConnections();
+    void cutOffOverdue(ConnectionState& state, std::chrono::steady_clock::time_point now);
+    static bool hungUpLongEnough(ConnectionState& state, std::chrono::steady_clock::time_point now);
+    void awaitResponseReader(MHD_Connection* connection);
     int respond(Exchange& exchange);
     void forget(Exchange& exchange);
 
@@ -154,6 +163,14 @@ private:
     std::mutex _mutex;
     std::condition_variable _exchangeEnded;
     std::set<Exchange*> _exchanges;
+
+    // Connections whose request is awaited or read are watched for the request deadline and for
+    // a client that has hung up, which libmicrohttpd can miss.
+    std::mutex _watchMutex;
+    std::condition_variable _watchWake;
+    bool _watchStopping = false;
+    std::set<ConnectionState*> _watched;
+    std::thread _watcher;
 };
 
 } // namespace ksv::server

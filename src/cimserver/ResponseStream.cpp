@@ -79,6 +79,16 @@ bool ResponseStream::readyOrSuspend() {
     return false;
 }
 
+void ResponseStream::suspendUntilReady() {
+    std::unique_lock<std::mutex> lock(_mutex);
+    _connectionSuspended = true;
+    _connection->suspend();
+    const bool wake = takeWakeUp();
+    lock.unlock();
+    if (wake)
+        _connection->resume();
+}
+
 ResponseHead ResponseStream::head() const {
     std::lock_guard<std::mutex> lock(_mutex);
     return _head;

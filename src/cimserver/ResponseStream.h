@@ -62,6 +62,9 @@ public:
     // ---- Sending side ------------------------------------------------------------------------
     // True when the response can start; otherwise the connection is suspended until it can.
     bool readyOrSuspend();
+    // Suspends the connection until the response can start, and resumes it at once when it
+    // already can.
+    void suspendUntilReady();
     ResponseHead head() const;
     // Once ready: true and the whole body when the producer has finished, so that the response
     // can carry its length; false when it must be streamed with read().

@@ -48,6 +48,11 @@ void addListenOptions(CLI::App& app, HttpSettings& http) {
                    "seconds a connection may stay silent while its response is sent")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
+    app.add_option("--request-deadline", http.requestDeadlineSeconds,
+                   "seconds a request may take to arrive whole, headers and body, however steadily "
+                   "it trickles in; later, its connection is closed")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
     app.add_option("--max-request-size", http.maxRequestBytes,
                    "largest request body in bytes; larger ones are answered 413")
         ->capture_default_str()

@@ -78,4 +78,9 @@ void logAccessDenied(const Caller& caller, const std::string& operation) {
                                caller.address + ", operation " + operation);
 }
 
+void logRequestOverdue(const std::string& clientAddress, unsigned deadlineSeconds) {
+    write(KSV_LOG_WARNING, "request from " + clientAddress + " not received whole within " +
+                               std::to_string(deadlineSeconds) + " s: connection closed");
+}
+
 } // namespace ksv::server

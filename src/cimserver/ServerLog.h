@@ -18,6 +18,8 @@ void configureServerLog(std::optional<int> level, std::optional<std::string> sin
 void logFailedLogin(const std::string& user, const std::string& clientAddress);
 // A request that the array refused to its user.
 void logAccessDenied(const Caller& caller, const std::string& operation);
+// A connection closed because its request did not arrive whole within the deadline.
+void logRequestOverdue(const std::string& clientAddress, unsigned deadlineSeconds);
 
 } // namespace ksv::server
 

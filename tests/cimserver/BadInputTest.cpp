@@ -23,6 +23,7 @@ server::ServerConfig strictConfig() {
     config.http.maxRequestBytes = kRequestLimit;
     config.http.maxConnections = 4;
     config.http.requestTimeoutSeconds = 1;
+    config.http.requestDeadlineSeconds = 2;
     return config;
 }
 
@@ -127,6 +128,16 @@ TEST_F(BadInputTest, OversizedTruncatedAndStalledRequestsAreDropped) {
     RawConnection stalled = RawConnection::toPort(server.port());
     stalled.send(request.substr(0, 40));
     EXPECT_TRUE(stalled.closedByServer(std::chrono::seconds(4)));
+    expectServerStillServes();
+
+    // Never silent for a whole request time-out, yet cut off at the request deadline.
+    RawConnection trickled = RawConnection::toPort(server.port());
+    bool cutOff = false;
+    for (std::size_t i = 0; i < 20 && !cutOff; ++i) {
+        trickled.send(request.substr(i, 1));
+        cutOff = trickled.closedByServer(std::chrono::milliseconds(400));
+    }
+    EXPECT_TRUE(cutOff);
     expectServerStillServes();
 }
 
