@@ -459,7 +459,8 @@ std::optional<Caller> HttpFrontEnd::certificateCaller(const Listener& listener,
     if (info == nullptr)
         return std::nullopt;
     std::optional<std::string> user = _tls->userOf(info->tls_session);
-    return user ? std::optional<Caller>(Caller{*user}) : std::nullopt;
+    return user ? std::optional<Caller>(Caller{*user, connectionState(connection).clientAddress})
+                : std::nullopt;
 }
 
 // Only a request that carries a password is refused, so that clients without one still learn

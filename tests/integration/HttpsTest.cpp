@@ -18,7 +18,7 @@ namespace {
 
 struct Certificates {
     std::string directory;
-    CertificateFiles server, stranger, user, expired;
+    CertificateFiles server, stranger, user, expired, auditor;
 };
 
 class HttpsTest : public ::testing::Test {
@@ -27,9 +27,12 @@ protected:
         std::string pattern = ::testing::TempDir() + "ksv-https-XXXXXX";
         _certificates.directory = mkdtemp(pattern.data());
         const std::string& directory = _certificates.directory;
-        _certificates = {directory, makeCertificate(directory, "server"),
-                         makeCertificate(directory, "stranger"), makeCertificate(directory, "user"),
-                         makeCertificate(directory, "expired", -7200, -3600)};
+        _certificates = {directory,
+                         makeCertificate(directory, "server"),
+                         makeCertificate(directory, "stranger"),
+                         makeCertificate(directory, "user"),
+                         makeCertificate(directory, "expired", -7200, -3600),
+                         makeCertificate(directory, "auditor")};
         ServerOptions options;
         options.arrayModel = KSV_SOURCE_DIR "/tests/integration/arrays/integration.json";
         options.arguments = {"--enable-https=true",
@@ -38,7 +41,10 @@ protected:
                              "--ssl-key=" + _certificates.server.key,
                              "--ssl-client-certificate=admin=" + _certificates.user.certificate,
                              "--ssl-client-certificate=admin=" + _certificates.expired.certificate,
+                             "--ssl-client-certificate=auditor=" +
+                                 _certificates.auditor.certificate,
                              "--refuse-basic-over-http=true"};
+        options.logLevel = 3;
         _server = std::make_unique<ServerProcess>(options);
     }
     static void TearDownTestSuite() {
@@ -157,6 +163,8 @@ TEST_F(HttpsTest, RefusesWhatItCannotTrustAndKeepsServing) {
         {"client certificate of no user", &c.server, &c.stranger, "", "", "HTTP 401"},
         {"expired client certificate", &c.server, &c.expired, "", "", "HTTP 401"},
         {"client certificate of a user", &c.server, &c.user, "", "", "served"},
+        {"client certificate of a user the array refuses", &c.server, &c.auditor, "", "",
+         "client error: CIM_ERR_ACCESS_DENIED: Insufficient privilege for the user"},
     };
     auto listDisks = [](const std::function<std::unique_ptr<CIMClient>()>& open) {
         return outcomeOf([&] { open()->enumerateInstanceNames(KSV_NAMESPACE, "KSV_DiskDrive"); });
@@ -180,6 +188,7 @@ TEST_F(HttpsTest, RefusesWhatItCannotTrustAndKeepsServing) {
     const std::string log = _server->output();
     EXPECT_EQ(log.find("PRIVATE KEY"), std::string::npos);
     EXPECT_EQ(log.find("admin-pw"), std::string::npos);
+    EXPECT_NE(log.find("access denied: user \"auditor\" from 127.0.0.1"), std::string::npos) << log;
 }
 
 } // namespace

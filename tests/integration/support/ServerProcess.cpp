@@ -103,7 +103,7 @@ void ServerProcess::start(const ServerOptions& options) {
                                           "--array-model=" + options.arrayModel,
                                           "--threads=" + std::to_string(options.threads),
                                           "--shutdown-grace=5",
-                                          "--log-level=2"};
+                                          "--log-level=" + std::to_string(options.logLevel)};
     arguments.insert(arguments.end(), options.arguments.begin(), options.arguments.end());
     std::vector<std::string> environment = serverEnvironment(options);
     const std::vector<char*> argv = pointersTo(arguments);

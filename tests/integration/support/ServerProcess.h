@@ -26,6 +26,8 @@ struct ServerOptions {
     unsigned threads = 4;
     // More options of the server, "--name=value".
     std::vector<std::string> arguments;
+    // 2 errors; 3 also the warnings, such as access denials.
+    unsigned logLevel = 2;
 };
 
 class ServerProcess {
