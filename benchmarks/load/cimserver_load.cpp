@@ -6,13 +6,13 @@
 // Without --url the server runs in this process over the demo array (--array-model to choose
 // another), so that --faults can make the array library fail: for the middle third of the run
 // cim_sem_wait times out and library calls fail at random, then the run checks that the server
-// recovers. --hostile adds clients that hang up mid-answer, readers that stall, and connections
-// that never send a request. Each client mixes enumerations of every class, associators and
-// references from both ends, getInstance, LED changes through ModifyInstance, a refused user,
-// a wrong password, malformed requests and an oversized key. The run prints requests per second,
-// latency percentiles, outcomes by kind and the server's memory over time, and fails when any
-// answer was not as meant, the server took a semaphore it did not give back, or memory kept
-// growing.
+// recovers. --hostile adds clients that hang up mid-answer, readers that stall, connections
+// that never send a request, and a request trickled in a byte a second. Each client mixes
+// enumerations of every class, associators and references from both ends, getInstance, LED changes
+// through ModifyInstance, a refused user, a wrong password, malformed requests and an oversized
+// key. The run prints requests per second, latency percentiles, outcomes by kind and the server's
+// memory over time, and fails when any answer was not as meant, the server took a semaphore it did
+// not give back, or memory kept growing.
 #include <CLI/CLI.hpp>
 #include <curl/curl.h>
 #include <ksvapi.h>
@@ -284,6 +284,7 @@ bool closedByServer(int fd, std::chrono::seconds within) {
 
 struct HostileCounts {
     std::atomic<unsigned> idleClosed{0}, idleLeftOpen{0}, stalledReaders{0};
+    std::atomic<unsigned> tricklesCut{0}, tricklesLeftOpen{0};
 };
 
 // Connections that never send anything must be closed by the server's request time-out.
@@ -324,6 +325,26 @@ void stallReading(Run& run, std::uint16_t port, const Request& request, HostileC
     }
 }
 
+// Sends a request a byte a second, never silent for a whole request time-out: the request
+// deadline must close it.
+void trickleRequest(Run& run, std::uint16_t port, unsigned deadline, HostileCounts& counts) {
+    const std::string head = "POST /cimom HTTP/1.1\r\nHost: localhost\r\nX-Trickle: ";
+    while (!run.over()) {
+        int fd = connectTo(port);
+        if (fd < 0)
+            continue;
+        const auto giveUp = Clock::now() + std::chrono::seconds(deadline + 3);
+        bool closed = false;
+        for (std::size_t i = 0; !closed && !run.over() && Clock::now() < giveUp; i++) {
+            ::send(fd, i < head.size() ? &head[i] : "x", 1, MSG_NOSIGNAL);
+            closed = closedByServer(fd, std::chrono::seconds(1));
+        }
+        if (closed || !run.over())
+            (closed ? counts.tricklesCut : counts.tricklesLeftOpen)++;
+        close(fd);
+    }
+}
+
 // ---- The run
 // -------------------------------------------------------------------------------------
 
@@ -338,6 +359,8 @@ std::unique_ptr<ksv::server::CimServer> startServer(const Options& options,
     config.http.maxConnectionsPerAddress = options.clients + 24;
     config.http.maxConnections = options.clients + 32;
     config.logLevel = 1;
+    // Short enough for trickled requests to be cut off within a short run.
+    config.http.requestDeadlineSeconds = 15;
     if (std::optional<std::string> error = ksv::server::configureArray(config))
         throw std::runtime_error(*error);
     auto server = std::make_unique<ksv::server::CimServer>(config);
@@ -411,7 +434,9 @@ int main(int argc, char** argv) {
     if (run.options.hostile) {
         const std::uint16_t port = portOf(run.url);
         const unsigned requestTimeout = server ? config.http.requestTimeoutSeconds : 10;
+        const unsigned deadline = server ? config.http.requestDeadlineSeconds : 60;
         threads.emplace_back([&] { holdIdleConnections(run, port, requestTimeout, hostile); });
+        threads.emplace_back([&] { trickleRequest(run, port, deadline, hostile); });
         for (int i = 0; i < 2; i++)
             threads.emplace_back([&] { stallReading(run, port, mix.front(), hostile); });
     }
@@ -437,7 +462,9 @@ int main(int argc, char** argv) {
         std::printf("idle connections         %u closed by the server, %u left open\n",
                     hostile.idleClosed.load(), hostile.idleLeftOpen.load());
         std::printf("stalled readers          %u\n", hostile.stalledReaders.load());
-        passed = passed && hostile.idleLeftOpen == 0;
+        std::printf("trickled requests        %u cut off at the deadline, %u left open\n",
+                    hostile.tricklesCut.load(), hostile.tricklesLeftOpen.load());
+        passed = passed && hostile.idleLeftOpen == 0 && hostile.tricklesLeftOpen == 0;
     }
     if (server) {
         std::printf("semaphore                %s, %u posts it had not taken\n",
