@@ -10,8 +10,8 @@ PEGASUS_NAMESPACE_BEGIN
 // A class of its own rather than Uint16 so that overloads can tell it apart.
 class PEGASUS_COMMON_LINKAGE Char16 {
 public:
-    Char16() : _code(0) {}
-    Char16(Uint16 x) : _code(x) {}
+    constexpr Char16() : _code(0) {}
+    constexpr Char16(Uint16 x) : _code(x) {}
     Char16(const Char16& x) = default;
     ~Char16() = default;
 

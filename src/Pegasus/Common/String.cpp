@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <Pegasus/Common/InternalException.h>
 #include <Pegasus/Common/MessageLoader.h>
 
@@ -185,38 +186,108 @@ CString::operator const char*() const {
 // String
 //------------------------------------------------------------------------------
 
+// Constant-initialised, so static Strings of any library may use it.
+String::EmptyRep String::_empty = {{{0}, 0, 0}, Char16()};
+
 // Built before the other static objects of the library, which may copy it.
 const String String::EMPTY __attribute__((init_priority(101)));
 
-String::String() : _units(1) {}
+String::Rep* String::_allocate(Uint32 capacity) {
+    void* memory = ::operator new(sizeof(Rep) + (size_t(capacity) + 1) * sizeof(Char16));
+    Rep* rep = new (memory) Rep{{1}, 0, capacity};
+    _unitsOf(rep)[0] = Char16(0);
+    return rep;
+}
 
-String::String(const String& str) = default;
+void String::_retain(Rep* rep) {
+    if (rep != _emptyRep())
+        rep->refs.fetch_add(1, std::memory_order_relaxed);
+}
 
-String::String(const String& str, Uint32 n) : _units(1) {
+void String::_release(Rep* rep) {
+    if (rep != _emptyRep() && rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        rep->~Rep();
+        ::operator delete(rep);
+    }
+}
+
+void String::_reserveOwn(Uint32 capacity) {
+    const bool own = _rep != _emptyRep() && _rep->refs.load(std::memory_order_acquire) == 1;
+    if (own && _rep->capacity >= capacity)
+        return;
+    Rep* rep = _allocate(std::max(capacity, _length()));
+    std::memcpy(_unitsOf(rep), _units(), (size_t(_length()) + 1) * sizeof(Char16));
+    rep->size = _length();
+    _release(_rep);
+    _rep = rep;
+}
+
+// Appending grows the room geometrically, so a String built unit by unit
+// costs a logarithmic number of allocations.
+void String::_reserveToAppend(Uint32 n) {
+    if (n > PEG_NOT_FOUND - 1 - _length())
+        throw std::bad_alloc();
+    const Uint32 needed = _length() + n;
+    const Uint32 doubled = _rep->capacity > (PEG_NOT_FOUND >> 1) ? needed : _rep->capacity * 2;
+    _reserveOwn(_rep->capacity >= needed ? needed : std::max(needed, doubled));
+}
+
+void String::_setLength(Uint32 n) {
+    _rep->size = n;
+    _units()[n] = Char16(0);
+}
+
+String::String() : _rep(_emptyRep()) {}
+
+String::String(const String& str) : _rep(str._rep) {
+    _retain(_rep);
+}
+
+String::String(String&& str) noexcept : _rep(str._rep) {
+    str._rep = _emptyRep();
+}
+
+String::String(const String& str, Uint32 n) : _rep(_emptyRep()) {
     if (n > str.size())
         throw IndexOutOfBoundsException();
     assign(str.getChar16Data(), n);
 }
 
-String::String(const Char16* str) : _units(1) {
+String::String(const Char16* str) : _rep(_emptyRep()) {
     assign(str);
 }
 
-String::String(const Char16* str, Uint32 n) : _units(1) {
+String::String(const Char16* str, Uint32 n) : _rep(_emptyRep()) {
     assign(str, n);
 }
 
-String::String(const char* str) : _units(1) {
+String::String(const char* str) : _rep(_emptyRep()) {
     assign(str);
 }
 
-String::String(const char* str, Uint32 n) : _units(1) {
+String::String(const char* str, Uint32 n) : _rep(_emptyRep()) {
     assign(str, n);
 }
 
-String::~String() = default;
+String::~String() {
+    _release(_rep);
+}
 
-String& String::operator=(const String& str) = default;
+String& String::operator=(const String& str) {
+    _retain(str._rep);
+    _release(_rep);
+    _rep = str._rep;
+    return *this;
+}
+
+String& String::operator=(String&& str) noexcept {
+    if (this != &str) {
+        _release(_rep);
+        _rep = str._rep;
+        str._rep = _emptyRep();
+    }
+    return *this;
+}
 
 String& String::assign(const String& str) {
     return *this = str;
@@ -229,9 +300,14 @@ String& String::assign(const Char16* str) {
 
 String& String::assign(const Char16* str, Uint32 n) {
     checkNotNull(str);
-    std::vector<Char16> units(str, str + n);
-    units.push_back(Char16(0));
-    _units.swap(units);
+    Rep* rep = n == 0 ? _emptyRep() : _allocate(n);
+    if (n != 0) {
+        std::memcpy(_unitsOf(rep), str, size_t(n) * sizeof(Char16));
+        rep->size = n;
+        _unitsOf(rep)[n] = Char16(0);
+    }
+    _release(_rep);
+    _rep = rep;
     return *this;
 }
 
@@ -244,52 +320,63 @@ String& String::assign(const char* str, Uint32 n) {
     checkNotNull(str);
     String decoded;
     decoded._appendUtf8(str, n);
-    _units.swap(decoded._units);
-    return *this;
+    return *this = std::move(decoded);
 }
 
 void String::clear() {
-    _units.assign(1, Char16(0));
+    _release(_rep);
+    _rep = _emptyRep();
 }
 
 void String::reserveCapacity(Uint32 capacity) {
-    _units.reserve(size_t(capacity) + 1);
+    _reserveOwn(std::max(capacity, _rep->capacity));
 }
 
 CString String::getCString() const {
-    return CString(encodeUtf8(_units.data(), _length()));
+    return CString(encodeUtf8(getChar16Data(), _length()));
 }
 
 Char16& String::operator[](Uint32 index) {
     if (index >= _length())
         throw IndexOutOfBoundsException();
-    return _units[index];
+    _reserveOwn(_rep->capacity);
+    return _units()[index];
 }
 
 const Char16 String::operator[](Uint32 index) const {
     // Reading the position just past the end yields the terminating null.
     if (index > _length())
         throw IndexOutOfBoundsException();
-    return _units[index];
+    return getChar16Data()[index];
 }
 
 String& String::append(const Char16& c) {
-    _units.back() = c;
-    _units.push_back(Char16(0));
+    const Char16 unit = c;
+    _reserveToAppend(1);
+    _units()[_length()] = unit;
+    _setLength(_length() + 1);
     return *this;
 }
 
 String& String::append(const Char16* str, Uint32 n) {
     checkNotNull(str);
-    _units.pop_back();
-    _units.insert(_units.end(), str, str + n);
-    _units.push_back(Char16(0));
+    const Char16* own = getChar16Data();
+    if (str >= own && str <= own + _length()) {
+        const String copy(str, n);
+        return append(copy.getChar16Data(), n);
+    }
+    _reserveToAppend(n);
+    std::memcpy(_units() + _length(), str, size_t(n) * sizeof(Char16));
+    _setLength(_length() + n);
     return *this;
 }
 
 String& String::append(const String& str) {
-    if (&str == this) {
-        const String copy(str);
+    // Appending to nothing shares the other text, as a copy would.
+    if (_rep == _emptyRep())
+        return *this = str;
+    if (str._rep == _rep) {
+        const String copy(str.getChar16Data(), str.size());
         return append(copy.getChar16Data(), copy.size());
     }
     return append(str.getChar16Data(), str.size());
@@ -302,7 +389,13 @@ void String::remove(Uint32 index, Uint32 n) {
         n = _length() - index;
     if (n > _length() - index)
         throw IndexOutOfBoundsException();
-    _units.erase(_units.begin() + index, _units.begin() + index + n);
+    if (n == 0)
+        return;
+    _reserveOwn(_rep->capacity);
+    Char16* units = _units();
+    std::memmove(units + index, units + index + n,
+                 (size_t(_length()) - index - n) * sizeof(Char16));
+    _setLength(_length() - n);
 }
 
 String String::subString(Uint32 index, Uint32 n) const {
@@ -310,7 +403,9 @@ String String::subString(Uint32 index, Uint32 n) const {
     // a length past the end is cut short.
     if (index >= _length())
         return String();
-    return String(_units.data() + index, std::min(n, _length() - index));
+    if (index == 0 && n >= _length())
+        return *this;
+    return String(getChar16Data() + index, std::min(n, _length() - index));
 }
 
 Uint32 String::find(Char16 c) const {
@@ -320,36 +415,47 @@ Uint32 String::find(Char16 c) const {
 Uint32 String::find(Uint32 index, Char16 c) const {
     if (index > _length())
         throw IndexOutOfBoundsException();
-    const auto end = _units.end() - 1;
-    const auto found = std::find(_units.begin() + index, end, c);
-    return found == end ? PEG_NOT_FOUND : Uint32(found - _units.begin());
+    const Char16* begin = getChar16Data();
+    const Char16* end = begin + _length();
+    const Char16* found = std::find(begin + index, end, c);
+    return found == end ? PEG_NOT_FOUND : Uint32(found - begin);
 }
 
 Uint32 String::find(const String& s) const {
     // An empty pattern is never found.
     if (s.size() == 0)
         return PEG_NOT_FOUND;
-    const auto end = _units.end() - 1;
-    const auto found = std::search(_units.begin(), end, s._units.begin(), s._units.end() - 1);
-    return found == end ? PEG_NOT_FOUND : Uint32(found - _units.begin());
+    const Char16* begin = getChar16Data();
+    const Char16* end = begin + _length();
+    const Char16* found = std::search(begin, end, s.getChar16Data(), s.getChar16Data() + s.size());
+    return found == end ? PEG_NOT_FOUND : Uint32(found - begin);
 }
 
 Uint32 String::reverseFind(Char16 c) const {
+    const Char16* units = getChar16Data();
     for (Uint32 i = _length(); i > 0; i--) {
-        if (_units[i - 1] == c)
+        if (units[i - 1] == c)
             return i - 1;
     }
     return PEG_NOT_FOUND;
 }
 
 void String::toLower() {
+    if (_length() == 0)
+        return;
+    _reserveOwn(_rep->capacity);
+    Char16* units = _units();
     for (Uint32 i = 0; i < _length(); i++)
-        _units[i] = asciiLower(_units[i]);
+        units[i] = asciiLower(units[i]);
 }
 
 void String::toUpper() {
+    if (_length() == 0)
+        return;
+    _reserveOwn(_rep->capacity);
+    Char16* units = _units();
     for (Uint32 i = 0; i < _length(); i++)
-        _units[i] = asciiUpper(_units[i]);
+        units[i] = asciiUpper(units[i]);
 }
 
 void String::appendPrintf(const char* format, ...) {
@@ -368,25 +474,32 @@ void String::appendPrintf(const char* format, ...) {
     va_end(args);
 }
 
+// No sequence gives more code units than it has bytes, so the room for n
+// units is enough. On bad input the text is left as it was.
 void String::_appendUtf8(const char* str, size_t n) {
+    if (n == 0)
+        return;
+    if (n > PEG_NOT_FOUND - 1)
+        throw std::bad_alloc();
     const Uint8* bytes = reinterpret_cast<const Uint8*>(str);
-    std::vector<Char16> units(_units.begin(), _units.end() - 1);
-    units.reserve(units.size() + n + 1);
+    _reserveToAppend(Uint32(n));
+    Char16* out = _units() + _length();
     for (size_t i = 0; i < n;) {
         const int length = sequenceLength(bytes[i]);
-        if (!isWellFormed(bytes + i, n - i, length))
+        if (!isWellFormed(bytes + i, n - i, length)) {
+            _units()[_length()] = Char16(0);
             throwBadUtf8(str, n, i);
+        }
         const Uint32 code = decodeCodePoint(bytes + i, length);
         if (code >= 0x10000) {
-            units.push_back(Char16(Uint16(0xD800 + ((code - 0x10000) >> 10))));
-            units.push_back(Char16(Uint16(0xDC00 + ((code - 0x10000) & 0x3FF))));
+            *out++ = Char16(Uint16(0xD800 + ((code - 0x10000) >> 10)));
+            *out++ = Char16(Uint16(0xDC00 + ((code - 0x10000) & 0x3FF)));
         } else {
-            units.push_back(Char16(Uint16(code)));
+            *out++ = Char16(Uint16(code));
         }
         i += size_t(length);
     }
-    units.push_back(Char16(0));
-    _units.swap(units);
+    _setLength(Uint32(out - _units()));
 }
 
 int String::compare(const String& s1, const String& s2, Uint32 n) {
@@ -403,11 +516,13 @@ int String::compareNoCase(const String& s1, const String& s2) {
 }
 
 Boolean String::equal(const String& s1, const String& s2) {
-    return s1._units == s2._units;
+    return s1._rep == s2._rep ||
+           (s1.size() == s2.size() &&
+            std::memcmp(s1.getChar16Data(), s2.getChar16Data(), s1.size() * sizeof(Char16)) == 0);
 }
 
 Boolean String::equalNoCase(const String& s1, const String& s2) {
-    return s1.size() == s2.size() && compareNoCase(s1, s2) == 0;
+    return s1._rep == s2._rep || (s1.size() == s2.size() && compareNoCase(s1, s2) == 0);
 }
 
 String::String(const String& s1, const String& s2) : String(s1) {

@@ -1,6 +1,7 @@
 #ifndef Pegasus_String_h
 #define Pegasus_String_h
 
+#include <atomic>
 #include <iostream>
 #include <cstdarg>
 #include <string>
@@ -36,7 +37,9 @@ public:
     static const String EMPTY;
 
     String();
+    // Copies share the text until one of them changes it.
     String(const String& str);
+    String(String&& str) noexcept;
     String(const String& str, Uint32 n);
     String(const Char16* str);
     String(const Char16* str, Uint32 n);
@@ -45,6 +48,7 @@ public:
     ~String();
 
     String& operator=(const String& str);
+    String& operator=(String&& str) noexcept;
     String& assign(const String& str);
     String& assign(const Char16* str);
     String& assign(const Char16* str, Uint32 n);
@@ -55,7 +59,7 @@ public:
     void reserveCapacity(Uint32 capacity);
     // Inline: the encoders and comparisons call these once per code unit or name.
     Uint32 size() const { return _length(); }
-    const Char16* getChar16Data() const { return _units.data(); }
+    const Char16* getChar16Data() const { return _unitsOf(_rep); }
     CString getCString() const;
 
     Char16& operator[](Uint32 index);
@@ -102,13 +106,42 @@ public:
 #endif
 
 private:
-    void _appendUtf8(const char* str, size_t n);
-    Uint32 _length() const {
-        return Uint32(_units.size() - 1);
-    }
+    // The text's header; its code units follow it, then a terminating null.
+    struct Rep {
+        std::atomic<Uint32> refs;
+        Uint32 size;
+        Uint32 capacity;
+    };
+    struct EmptyRep {
+        Rep header;
+        Char16 null;
+    };
+    // Shared by every empty String, never counted nor freed.
+    static EmptyRep _empty;
 
-    // Always holds a terminating null unit after the text.
-    std::vector<Char16> _units;
+    static Char16* _unitsOf(Rep* rep) {
+        return reinterpret_cast<Char16*>(rep + 1);
+    }
+    static Rep* _allocate(Uint32 capacity);
+    static Rep* _emptyRep() {
+        return &_empty.header;
+    }
+    static void _retain(Rep* rep);
+    static void _release(Rep* rep);
+
+    Char16* _units() {
+        return _unitsOf(_rep);
+    }
+    Uint32 _length() const {
+        return _rep->size;
+    }
+    // Makes the text this String's own with room for capacity units.
+    void _reserveOwn(Uint32 capacity);
+    void _reserveToAppend(Uint32 n);
+    void _setLength(Uint32 n);
+    void _appendUtf8(const char* str, size_t n);
+
+    Rep* _rep;
 };
 
 PEGASUS_COMMON_LINKAGE Boolean operator==(const String& str1, const String& str2);

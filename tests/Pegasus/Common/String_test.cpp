@@ -2,7 +2,9 @@
 #include <Pegasus/Common/String.h>
 #include <Pegasus/Common/InternalException.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -107,6 +109,26 @@ TEST(StringEditing, SubStringIsForgivingButRemoveAndIndexingCheckBounds) {
     r[1] = 'z';
     EXPECT_EQ("az", utf8(r));
     EXPECT_EQ(0, Uint16(r.getChar16Data()[2]));
+}
+
+TEST(StringSharing, ChangingACopyOrFailingToLeavesOtherCopiesAsTheyWere) {
+    const std::pair<const char*, std::function<void(String&)>> changes[] = {
+        {"XBc", [](String& s) { s[0] = 'X'; }},
+        {"aBcd", [](String& s) { s.append(Char16('d')); }},
+        {"aBcaBc", [](String& s) { s.append(s); }},
+        {"aBcBc", [](String& s) { s.append(s.getChar16Data() + 1, 2); }},
+        {"ac", [](String& s) { s.remove(1, 1); }},
+        {"abc", [](String& s) { s.toLower(); }},
+        {"aBc", [](String& s) { EXPECT_THROW(s.append("d\xFF"), Exception); }},
+    };
+    for (const auto& [expected, change] : changes) {
+        const String original("aBc");
+        String copy(original);
+        change(copy);
+        EXPECT_EQ(expected, utf8(copy));
+        EXPECT_EQ("aBc", utf8(original));
+        EXPECT_EQ(3u, original.size());
+    }
 }
 
 } // namespace
