@@ -11,7 +11,6 @@
 #include "cimserver/ServerStatus.h"
 #include "cimserver/SimulatedArray.h"
 
-#include <malloc.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -39,18 +38,6 @@ Pegasus::String localHostName() {
     if (gethostname(name, sizeof name - 1) != 0)
         return "localhost";
     return name;
-}
-
-// What a request's objects took is freed into the allocator's per-thread arenas, which may keep
-// it from the system. It is handed back once no request is being answered: trimming under load
-// would only return pages that the next request faults in again. Process-wide, as the heap is.
-std::atomic<unsigned> requestsInFlight{0};
-
-void answerCounted(const CimXmlService& service, HttpRequest& request, ResponseStream& response) {
-    ++requestsInFlight;
-    service.process(request, response);
-    if (--requestsInFlight == 0)
-        malloc_trim(0);
 }
 
 bool checkPassword(const std::string& user, const std::string& password) {
@@ -82,11 +69,14 @@ CimServer::CimServer(const ServerConfig& config)
                  config.providerDirectories, Pegasus::CIMOMHandle(_serverHandle), &warn,
                  builtInModules(_repository, localHostName())),
       _dispatcher(_repository, _providers, localHostName()), _enumerations(config.enumerations),
-      _cimXml(_dispatcher, _enumerations), _workers(config.threads, queueCapacity(config)),
+      _responseMemory(config.maxResponseBytes,
+                      std::chrono::seconds(config.http.requestTimeoutSeconds)),
+      _cimXml(_dispatcher, _enumerations, _responseMemory),
+      _workers(config.threads, queueCapacity(config)),
       _http(
           config.http, _workers,
           [this](HttpRequest& request, ResponseStream& response) {
-              answerCounted(_cimXml, request, response);
+              _cimXml.process(request, response);
           },
           &checkPassword) {}
 

@@ -54,6 +54,7 @@ private:
     ProviderTable _providers;
     OperationDispatcher _dispatcher;
     EnumerationContexts _enumerations;
+    ResponseMemoryGate _responseMemory;
     CimXmlService _cimXml;
     WorkerPool _workers;
     HttpFrontEnd _http;

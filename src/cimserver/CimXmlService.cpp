@@ -114,6 +114,12 @@ Pegasus::String describe(const CIMException& error) {
     return Pegasus::TraceableCIMException(error).getDescription();
 }
 
+void requireAdmission(const ResponseMemoryGate::Pass& pass) {
+    if (!pass.admitted())
+        throw CIMException(Pegasus::CIM_ERR_SERVER_LIMITS_EXCEEDED,
+                           "the responses in flight hold all the memory allowed for them");
+}
+
 // A chunked response that fails after its head went out can only report in trailers.
 std::vector<HttpHeader> failureTrailers(const CIMException& error) {
     return {{http::kCimStatusCodeTrailer, std::to_string(error.getCode())},
@@ -228,19 +234,22 @@ void CimXmlService::process(HttpRequest& request, ResponseStream& response) cons
 
 void CimXmlService::answer(const Caller& caller, const OperationRequest& request,
                            ResponseStream& response) const {
+    const ResponseMemoryGate::Pass pass(_responseMemory);
     if (isIntrinsic(request.operation))
-        answerIntrinsic(caller, request, response);
+        answerIntrinsic(caller, request, pass, response);
     else
-        answerExtrinsic(caller, request, response);
+        answerExtrinsic(caller, request, pass, response);
 }
 
 void CimXmlService::answerExtrinsic(const Caller& caller, const OperationRequest& request,
+                                    const ResponseMemoryGate::Pass& pass,
                                     ResponseStream& response) const {
     ResponseOutput output(response);
     const std::string methodName = mof::utf8(request.methodName.getString());
     runForClient(
         caller, methodName,
         [&] {
+            requireAdmission(pass);
             Pegasus::Array<Pegasus::CIMParamValue> outParameters;
             Pegasus::CIMValue returnValue =
                 _dispatcher.invokeMethod(caller, request, outParameters);
@@ -256,6 +265,7 @@ void CimXmlService::answerExtrinsic(const Caller& caller, const OperationRequest
 }
 
 void CimXmlService::answerIntrinsic(const Caller& caller, const OperationRequest& request,
+                                    const ResponseMemoryGate::Pass& pass,
                                     ResponseStream& response) const {
     ResponseOutput output(response);
     IMethodResponseWriter writer(output.text(), request.messageId, request.operation,
@@ -264,6 +274,7 @@ void CimXmlService::answerIntrinsic(const Caller& caller, const OperationRequest
     runForClient(
         caller, operationName(request.operation),
         [&] {
+            requireAdmission(pass);
             if (PullOperations::handles(request.operation)) {
                 _pulls.answer(caller, request, writer, [&output] {
                     if (output.abandoned())

@@ -7,13 +7,16 @@
 #include "cimserver/HttpFrontEnd.h"
 #include "cimserver/OperationDispatcher.h"
 #include "cimserver/PullOperations.h"
+#include "cimserver/ResponseMemoryGate.h"
 
 namespace ksv::server {
 
 class CimXmlService {
 public:
-    CimXmlService(const OperationDispatcher& dispatcher, EnumerationContexts& enumerations)
-        : _dispatcher(dispatcher), _pulls(dispatcher, enumerations) {}
+    CimXmlService(const OperationDispatcher& dispatcher, EnumerationContexts& enumerations,
+                  ResponseMemoryGate& responseMemory)
+        : _dispatcher(dispatcher), _pulls(dispatcher, enumerations),
+          _responseMemory(responseMemory) {}
 
     // Answers every failure itself; never throws.
     void process(HttpRequest& request, ResponseStream& response) const;
@@ -22,12 +25,13 @@ private:
     void answer(const Caller& caller, const cimxml::OperationRequest& request,
                 ResponseStream& response) const;
     void answerIntrinsic(const Caller& caller, const cimxml::OperationRequest& request,
-                         ResponseStream& response) const;
+                         const ResponseMemoryGate::Pass& pass, ResponseStream& response) const;
     void answerExtrinsic(const Caller& caller, const cimxml::OperationRequest& request,
-                         ResponseStream& response) const;
+                         const ResponseMemoryGate::Pass& pass, ResponseStream& response) const;
 
     const OperationDispatcher& _dispatcher;
     const PullOperations _pulls;
+    ResponseMemoryGate& _responseMemory;
 };
 
 } // namespace ksv::server

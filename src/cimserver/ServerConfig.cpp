@@ -102,6 +102,11 @@ void addRuntimeOptions(CLI::App& app, ServerConfig& config) {
     app.add_option("--threads", config.threads, "worker threads serving requests")
         ->capture_default_str()
         ->check(CLI::Range(1u, 1024u));
+    app.add_option("--max-response-memory", config.maxResponseBytes,
+                   "bytes of heap the responses in flight may take together (0: no ceiling); a "
+                   "request arriving above it waits up to request-timeout seconds, then is "
+                   "refused with CIM_ERR_SERVER_LIMITS_EXCEEDED")
+        ->capture_default_str();
     app.add_option("--shutdown-grace", config.shutdownGraceSeconds,
                    "seconds shutdown waits for requests in progress")
         ->capture_default_str();

@@ -30,6 +30,8 @@ struct ServerConfig {
     std::optional<int> logLevel;
     std::optional<std::string> logSink;
     unsigned threads = 8;
+    // Heap the responses in flight may take together; 0 for no ceiling.
+    std::size_t maxResponseBytes = std::size_t(1) << 30;
     // How long shutdown waits for requests in progress before abandoning them.
     unsigned shutdownGraceSeconds = 10;
     // Open enumerations of the pull operations.
