@@ -111,7 +111,7 @@ public:
     /** Index of the member so named (any case), or PEG_NOT_FOUND. */
     Uint32 find(const CIMName& name) const {
         for (size_t i = 0; i < _members.size(); i++) {
-            if (_members[i].getName().equal(name))
+            if (_members[i]._rep->name.equal(name))
                 return Uint32(i);
         }
         return PEG_NOT_FOUND;

@@ -521,8 +521,20 @@ Boolean String::equal(const String& s1, const String& s2) {
             std::memcmp(s1.getChar16Data(), s2.getChar16Data(), s1.size() * sizeof(Char16)) == 0);
 }
 
+// Names are looked up by this, mostly among others of other lengths or spelt the same way.
 Boolean String::equalNoCase(const String& s1, const String& s2) {
-    return s1._rep == s2._rep || (s1.size() == s2.size() && compareNoCase(s1, s2) == 0);
+    if (s1._rep == s2._rep)
+        return true;
+    const Uint32 n = s1.size();
+    if (n != s2.size())
+        return false;
+    const Char16* p1 = s1.getChar16Data();
+    const Char16* p2 = s2.getChar16Data();
+    for (Uint32 i = 0; i < n; i++) {
+        if (p1[i] != p2[i] && asciiLower(p1[i]) != asciiLower(p2[i]))
+            return false;
+    }
+    return true;
 }
 
 String::String(const String& s1, const String& s2) : String(s1) {
