@@ -36,6 +36,41 @@ bool isLegalName(const Char16* units, Uint32 begin, Uint32 end) {
     return true;
 }
 
+// Providers name the same few properties over and over, mostly from literals. The ASCII names
+// last made on each thread are kept, so that making one again shares its text instead of
+// decoding and allocating it anew.
+constexpr size_t kRecentNames = 128;
+thread_local String recentNames[kRecentNames];
+
+bool spells(const String& text, const char* name, size_t n) {
+    if (text.size() != n)
+        return false;
+    const Char16* units = text.getChar16Data();
+    for (size_t i = 0; i < n; i++) {
+        if (Uint16(units[i]) != Uint16(Uint8(name[i])))
+            return false;
+    }
+    return true;
+}
+
+String nameText(const char* name) {
+    if (name == nullptr)
+        return String(name);
+    size_t n = 0;
+    size_t hash = 2166136261u;
+    bool ascii = true;
+    for (; name[n] != '\0'; n++) {
+        hash = (hash ^ Uint8(name[n])) * 16777619u;
+        ascii = ascii && Uint8(name[n]) < 0x80;
+    }
+    if (!ascii)
+        return String(name, Uint32(n));
+    String& recent = recentNames[hash % kRecentNames];
+    if (!spells(recent, name, n))
+        recent = String(name, Uint32(n));
+    return recent;
+}
+
 } // namespace
 
 //------------------------------------------------------------------------------
@@ -49,7 +84,7 @@ CIMName::CIMName(const String& name) : cimName(name) {
         throw InvalidNameException(name);
 }
 
-CIMName::CIMName(const char* name) : CIMName(String(name)) {}
+CIMName::CIMName(const char* name) : CIMName(nameText(name)) {}
 
 CIMName& CIMName::operator=(const CIMName& name) = default;
 
