@@ -59,7 +59,13 @@ public:
         return _items()[index];
     }
 
-    void append(const PEGASUS_ARRAY_T& x) { _slots.push_back(_slotOf(x)); }
+    // Arrays are mostly built by appending a few items: the first append makes room for
+    // several, sparing the reallocations of growing one by one.
+    void append(const PEGASUS_ARRAY_T& x) {
+        if (_slots.capacity() == 0)
+            _slots.reserve(kFirstCapacity);
+        _slots.push_back(_slotOf(x));
+    }
     void append(const PEGASUS_ARRAY_T* x, Uint32 size) { insert(this->size(), x, size); }
     void appendArray(const Array<PEGASUS_ARRAY_T>& x) {
         _slots.insert(_slots.end(), x._slots.begin(), x._slots.end());
@@ -90,6 +96,8 @@ public:
     }
 
 private:
+    static constexpr size_t kFirstCapacity = 8;
+
     using Slot = ArrayStorage::Slot<PEGASUS_ARRAY_T>;
 
     static Slot _slotOf(const PEGASUS_ARRAY_T& x) { return Slot{x}; }

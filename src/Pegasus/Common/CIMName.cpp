@@ -36,9 +36,9 @@ bool isLegalName(const Char16* units, Uint32 begin, Uint32 end) {
     return true;
 }
 
-// Providers name the same few properties over and over, mostly from literals. The ASCII names
-// last made on each thread are kept, so that making one again shares its text instead of
-// decoding and allocating it anew.
+// Providers name the same few properties and namespaces over and over, mostly from literals. The
+// ASCII names last made on each thread are kept, so that making one again shares its text instead
+// of decoding and allocating it anew.
 constexpr size_t kRecentNames = 128;
 thread_local String recentNames[kRecentNames];
 
@@ -153,7 +153,7 @@ CIMNamespaceName::CIMNamespaceName() = default;
 CIMNamespaceName::CIMNamespaceName(const String& name)
     : cimNamespaceName(checkedNamespaceName(name)) {}
 
-CIMNamespaceName::CIMNamespaceName(const char* name) : CIMNamespaceName(String(name)) {}
+CIMNamespaceName::CIMNamespaceName(const char* name) : CIMNamespaceName(nameText(name)) {}
 
 CIMNamespaceName& CIMNamespaceName::operator=(const CIMNamespaceName& name) = default;
 
