@@ -203,15 +203,17 @@ CIMInstance CIMClass::buildInstance(Boolean includeQualifiers, Boolean includeCl
     const CIMObjectRep& rep = checkedRep(_rep);
     CIMInstance instance(rep.path.getClassName());
     CIMObjectRep& instanceRep = *instance._rep;
-    if (includeQualifiers) {
-        for (Uint32 i = 0; i < rep.qualifiers.size(); i++)
-            instanceRep.qualifiers.appendCopyOf(rep.qualifiers.at(i));
+    if (includeQualifiers)
+        instanceRep.qualifiers.appendAllOf(rep.qualifiers);
+    // Whole copies of the class properties are shared with the class until either changes.
+    if (includeQualifiers && includeClassOrigin && propertyList.isNull()) {
+        instanceRep.properties.appendAllOf(rep.properties);
+        return instance;
     }
     for (Uint32 i = 0; i < rep.properties.size(); i++) {
         const CIMProperty& classProperty = rep.properties.at(i);
         if (!propertyList.useThisProperty(classProperty.getName()))
             continue;
-        // A whole copy of the class property is shared with the class until either changes.
         if (includeQualifiers && includeClassOrigin)
             instanceRep.properties.appendCopyOf(classProperty);
         else

@@ -79,39 +79,54 @@ inline const CIMName& checkedName(const CIMName& name) {
     methods or parameters. Names are unique without regard to case.
 
     Copying a list gives it members of its own, as clones would be; until
-    either list changes a member, though, both hold the same one. A member
-    held by more than one list is read only: the non-const at() first
-    replaces it with a clone of its own. Members that some handle outside
-    the lists still refers to are cloned at once, since that handle may
-    change them.
+    either list changes a member, though, both hold the same one, and until
+    either list changes at all, both hold the same sequence. A member held
+    by more than one list is read only: the non-const at() first replaces it
+    with a clone of its own. Members that some handle outside the lists
+    still refers to are cloned at once, since that handle may change them.
 */
 template <class Member>
 class CIMMemberList {
 public:
     /** kind names the members in messages: "property", "qualifier", ... */
     explicit CIMMemberList(const char* kind) : _kind(kind) {}
-    CIMMemberList(const CIMMemberList& other) : _kind(other._kind) {
-        _members.reserve(other._members.size());
-        for (const Member& member : other._members)
-            appendCopyOf(member);
-    }
+    CIMMemberList(const CIMMemberList& other) : _kind(other._kind) { appendAllOf(other); }
     CIMMemberList& operator=(const CIMMemberList&) = delete;
-    ~CIMMemberList() { clear(); }
 
     /** Appends what a clone of the member would be, sharing it while nobody changes it. */
     void appendCopyOf(const Member& member) {
-        if (member._rep.use_count() == long(member._rep->owners.count()))
+        if (_onlyInLists(member))
             _append(member);
         else
             _append(member.clone());
     }
 
-    Uint32 size() const { return Uint32(_members.size()); }
+    /**
+        Appends what clones of all the other list's members would be. An empty
+        list shares the other's sequence when no outside handle can change it,
+        which spares copying every member handle of, say, a class's properties.
+    */
+    void appendAllOf(const CIMMemberList& other) {
+        if (size() == 0 && other._sequenceShareable()) {
+            _members = other._members;
+            return;
+        }
+        _reserve(size() + other.size());
+        for (const Member& member : other._items())
+            appendCopyOf(member);
+    }
+
+    Uint32 size() const { return _members ? Uint32(_members->items.size()) : 0; }
 
     /** Index of the member so named (any case), or PEG_NOT_FOUND. */
     Uint32 find(const CIMName& name) const {
-        for (size_t i = 0; i < _members.size(); i++) {
-            if (_members[i]._rep->name.equal(name))
+        const String& wanted = name.getString();
+        const Uint32 length = wanted.size();
+        const std::vector<Member>& items = _items();
+        for (size_t i = 0; i < items.size(); i++) {
+            // Most names differ in length: that is checked here before a call compares them.
+            const String& candidate = items[i]._rep->name.getString();
+            if (candidate.size() == length && String::equalNoCase(candidate, wanted))
                 return Uint32(i);
         }
         return PEG_NOT_FOUND;
@@ -119,7 +134,7 @@ public:
 
     Member& at(Uint32 index) {
         _checkIndex(index);
-        Member& member = _members[index];
+        Member& member = _own()[index];
         if (member._rep->owners.count() > 1) {
             Member own = member.clone();
             own._rep->owners.add();
@@ -130,7 +145,7 @@ public:
     }
     const Member& at(Uint32 index) const {
         _checkIndex(index);
-        return _members[index];
+        return _items()[index];
     }
 
     /**
@@ -150,37 +165,84 @@ public:
     void insert(Uint32 index, const Member& member) {
         if (index > size())
             throw IndexOutOfBoundsException();
+        std::vector<Member>& items = _own();
         member._rep->owners.add();
-        _members.insert(_members.begin() + index, member);
+        items.insert(items.begin() + index, member);
     }
 
     void remove(Uint32 index) {
         _checkIndex(index);
-        _members[index]._rep->owners.drop();
-        _members.erase(_members.begin() + index);
+        std::vector<Member>& items = _own();
+        items[index]._rep->owners.drop();
+        items.erase(items.begin() + index);
     }
 
-    void clear() {
-        for (Member& member : _members)
-            member._rep->owners.drop();
-        _members.clear();
-    }
+    void clear() { _members.reset(); }
 
     /** Same size and pairwise identical() members, in order. */
     bool identical(const CIMMemberList& other) const {
-        if (_members.size() != other._members.size())
+        if (_members == other._members)
+            return true;
+        const std::vector<Member>& mine = _items();
+        const std::vector<Member>& others = other._items();
+        if (mine.size() != others.size())
             return false;
-        for (size_t i = 0; i < _members.size(); i++) {
-            if (!_members[i].identical(other._members[i]))
+        for (size_t i = 0; i < mine.size(); i++) {
+            if (!mine[i].identical(others[i]))
                 return false;
         }
         return true;
     }
 
 private:
+    // The sequence, shared by the lists copied from one another until one changes. Each
+    // sequence counts once among the owners of its members.
+    struct Members {
+        Members() = default;
+        Members(const Members& other) : items(other.items) {
+            for (const Member& member : items)
+                member._rep->owners.add();
+        }
+        Members& operator=(const Members&) = delete;
+        ~Members() {
+            for (const Member& member : items)
+                member._rep->owners.drop();
+        }
+        std::vector<Member> items;
+    };
+
+    static bool _onlyInLists(const Member& member) {
+        return member._rep.use_count() == long(member._rep->owners.count());
+    }
+    bool _sequenceShareable() const {
+        if (!_members)
+            return true;
+        for (const Member& member : _members->items) {
+            if (!_onlyInLists(member))
+                return false;
+        }
+        return true;
+    }
+    const std::vector<Member>& _items() const {
+        static const std::vector<Member> none;
+        return _members ? _members->items : none;
+    }
+    // The sequence of this list alone, copied first if another list shares it.
+    std::vector<Member>& _own() {
+        if (!_members)
+            _members = std::make_shared<Members>();
+        else if (_members.use_count() > 1)
+            _members = std::make_shared<Members>(*_members);
+        return _members->items;
+    }
+    void _reserve(Uint32 capacity) {
+        if (capacity > size())
+            _own().reserve(capacity);
+    }
     void _append(const Member& member) {
+        std::vector<Member>& items = _own();
         member._rep->owners.add();
-        _members.push_back(member);
+        items.push_back(member);
     }
     void _checkIndex(Uint32 index) const {
         if (index >= size())
@@ -188,7 +250,7 @@ private:
     }
 
     const char* _kind;
-    std::vector<Member> _members;
+    std::shared_ptr<Members> _members;
 };
 
 class CIMQualifierRep {
