@@ -1,5 +1,7 @@
 #include <Pegasus/Common/CIMName.h>
 
+#include <utility>
+
 PEGASUS_NAMESPACE_BEGIN
 
 namespace {
@@ -38,9 +40,10 @@ bool isLegalName(const Char16* units, Uint32 begin, Uint32 end) {
 
 // Providers name the same few properties and namespaces over and over, mostly from literals. The
 // ASCII names last made on each thread are kept, so that making one again shares its text instead
-// of decoding and allocating it anew.
-constexpr size_t kRecentNames = 128;
-thread_local String recentNames[kRecentNames];
+// of decoding and allocating it anew. Each hash picks a pair of places, the last one made first:
+// with one place per hash, two names of one instance that collide would evict each other forever.
+constexpr size_t kRecentNamePairs = 256;
+thread_local String recentNames[2 * kRecentNamePairs];
 
 bool spells(const String& text, const char* name, size_t n) {
     if (text.size() != n)
@@ -65,10 +68,13 @@ String nameText(const char* name) {
     }
     if (!ascii)
         return String(name, Uint32(n));
-    String& recent = recentNames[hash % kRecentNames];
-    if (!spells(recent, name, n))
-        recent = String(name, Uint32(n));
-    return recent;
+    String* pair = &recentNames[2 * (hash % kRecentNamePairs)];
+    if (spells(pair[0], name, n))
+        return pair[0];
+    if (!spells(pair[1], name, n))
+        pair[1] = String(name, Uint32(n));
+    std::swap(pair[0], pair[1]);
+    return pair[0];
 }
 
 } // namespace
