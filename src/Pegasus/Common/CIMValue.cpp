@@ -1,6 +1,7 @@
 #include "CIMValue.h"
 
 #include <cstdio>
+#include <cstring>
 #include <type_traits>
 #include <variant>
 
@@ -225,90 +226,267 @@ Uint32 payloadArraySize(const Array<T>& x) {
 
 class CIMValueRep {
 public:
-    CIMType type = CIMTYPE_BOOLEAN;
-    bool isArray = false;
-    bool isNull = true;
-    // Element count reported for a null array.
-    Uint32 nullArraySize = 0;
     Payload payload;
 };
 
 namespace {
 
-std::shared_ptr<const CIMValueRep> makeNull(CIMType type, Boolean isArray, Uint32 arraySize) {
-    if (type < CIMTYPE_BOOLEAN || type > CIMTYPE_INSTANCE)
-        throw TypeMismatchException();
-    auto rep = std::make_shared<CIMValueRep>();
-    rep->type = type;
-    rep->isArray = isArray;
-    rep->nullArraySize = isArray ? arraySize : 0;
-    return rep;
-}
+// The scalars a value holds itself rather than in a rep.
+template <class T>
+struct HeldInline : std::false_type {};
 
-const std::shared_ptr<const CIMValueRep>& nullBoolean() {
-    static const std::shared_ptr<const CIMValueRep> rep = makeNull(CIMTYPE_BOOLEAN, false, 0);
-    return rep;
+#define PEGASUS_HELD_INLINE(CPP_TYPE)                                                              \
+    template <>                                                                                    \
+    struct HeldInline<CPP_TYPE> : std::true_type {}
+
+PEGASUS_HELD_INLINE(Boolean);
+PEGASUS_HELD_INLINE(Uint8);
+PEGASUS_HELD_INLINE(Sint8);
+PEGASUS_HELD_INLINE(Uint16);
+PEGASUS_HELD_INLINE(Sint16);
+PEGASUS_HELD_INLINE(Uint32);
+PEGASUS_HELD_INLINE(Sint32);
+PEGASUS_HELD_INLINE(Uint64);
+PEGASUS_HELD_INLINE(Sint64);
+PEGASUS_HELD_INLINE(Real32);
+PEGASUS_HELD_INLINE(Real64);
+PEGASUS_HELD_INLINE(Char16);
+
+#undef PEGASUS_HELD_INLINE
+
+bool heldInline(CIMType type, Boolean isArray) {
+    return !isArray && type != CIMTYPE_DATETIME && type != CIMTYPE_REFERENCE &&
+           type != CIMTYPE_OBJECT && type != CIMTYPE_INSTANCE;
 }
 
 template <class T>
-std::shared_ptr<const CIMValueRep> makeValue(const T& x) {
-    auto rep = std::make_shared<CIMValueRep>();
-    rep->type = CIMTypeOf<T>::value;
-    rep->isArray = IsArray<T>::value;
-    rep->isNull = false;
-    rep->payload.template emplace<T>(ownCopy(x));
-    return rep;
+Uint64 bitsOf(const T& x) {
+    static_assert(sizeof(T) <= sizeof(Uint64) && std::is_arithmetic<T>::value, "");
+    Uint64 bits = 0;
+    std::memcpy(&bits, &x, sizeof(T));
+    return bits;
+}
+
+Uint64 bitsOf(const Char16& x) {
+    return Uint16(x);
 }
 
 template <class T>
-void readValue(const CIMValueRep& rep, T& x) {
-    if (rep.type != CIMTypeOf<T>::value || rep.isArray != IsArray<T>::value)
-        throw TypeMismatchException();
-    if (!rep.isNull)
-        x = ownCopy(std::get<T>(rep.payload));
+T bitsAs(Uint64 bits) {
+    T x;
+    std::memcpy(&x, &bits, sizeof(T));
+    return x;
+}
+
+template <>
+Char16 bitsAs<Char16>(Uint64 bits) {
+    return Char16(Uint16(bits));
+}
+
+// Calls f with a non-null scalar held inline, typed.
+template <class F>
+void visitInline(CIMType type, Uint64 bits, const String& text, F&& f) {
+    switch (type) {
+    case CIMTYPE_BOOLEAN:
+        return f(bitsAs<Boolean>(bits));
+    case CIMTYPE_UINT8:
+        return f(bitsAs<Uint8>(bits));
+    case CIMTYPE_SINT8:
+        return f(bitsAs<Sint8>(bits));
+    case CIMTYPE_UINT16:
+        return f(bitsAs<Uint16>(bits));
+    case CIMTYPE_SINT16:
+        return f(bitsAs<Sint16>(bits));
+    case CIMTYPE_UINT32:
+        return f(bitsAs<Uint32>(bits));
+    case CIMTYPE_SINT32:
+        return f(bitsAs<Sint32>(bits));
+    case CIMTYPE_UINT64:
+        return f(bitsAs<Uint64>(bits));
+    case CIMTYPE_SINT64:
+        return f(bitsAs<Sint64>(bits));
+    case CIMTYPE_REAL32:
+        return f(bitsAs<Real32>(bits));
+    case CIMTYPE_REAL64:
+        return f(bitsAs<Real64>(bits));
+    case CIMTYPE_CHAR16:
+        return f(bitsAs<Char16>(bits));
+    default:
+        return f(text);
+    }
+}
+
+// Integers, booleans and characters are equal when their bits are; reals compare as numbers.
+bool sameInline(CIMType type, Uint64 x, Uint64 y, const String& xText, const String& yText) {
+    switch (type) {
+    case CIMTYPE_REAL32:
+        return bitsAs<Real32>(x) == bitsAs<Real32>(y);
+    case CIMTYPE_REAL64:
+        return bitsAs<Real64>(x) == bitsAs<Real64>(y);
+    case CIMTYPE_STRING:
+        return String::equal(xText, yText);
+    default:
+        return x == y;
+    }
 }
 
 } // namespace
 
-CIMValue::CIMValue() : _rep(nullBoolean()) {}
+template <class T>
+void CIMValue::_assign(const T& x) {
+    if constexpr (std::is_same<T, String>::value) {
+        _rep.reset();
+        _scalar = 0;
+        _text = x;
+    } else if constexpr (HeldInline<T>::value) {
+        _rep.reset();
+        _scalar = bitsOf(x);
+        _text = String();
+    } else {
+        auto rep = std::make_shared<CIMValueRep>();
+        rep->payload.template emplace<T>(ownCopy(x));
+        _rep = std::move(rep);
+        _scalar = 0;
+        _text = String();
+    }
+    _type = CIMTypeOf<T>::value;
+    _isArray = IsArray<T>::value;
+    _isNull = false;
+}
 
-CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 arraySize)
-    : _rep(makeNull(type, isArray, arraySize)) {}
+template <class T>
+void CIMValue::_read(T& x) const {
+    if (_type != CIMTypeOf<T>::value || _isArray != IsArray<T>::value)
+        throw TypeMismatchException();
+    if (_isNull)
+        return;
+    if constexpr (std::is_same<T, String>::value)
+        x = _text;
+    else if constexpr (HeldInline<T>::value)
+        x = bitsAs<T>(_scalar);
+    else
+        x = ownCopy(std::get<T>(_rep->payload));
+}
 
-CIMValue::CIMValue(Boolean x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Uint8 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Sint8 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Uint16 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Sint16 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Uint32 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Sint32 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Uint64 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Sint64 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Real32 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(Real64 x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Char16& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const String& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const CIMDateTime& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const CIMObjectPath& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const CIMObject& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const CIMInstance& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Boolean>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Uint8>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Sint8>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Uint16>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Sint16>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Uint32>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Sint32>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Uint64>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Sint64>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Real32>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Real64>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<Char16>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<String>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<CIMDateTime>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<CIMObjectPath>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<CIMObject>& x) : _rep(makeValue(x)) {}
-CIMValue::CIMValue(const Array<CIMInstance>& x) : _rep(makeValue(x)) {}
+void CIMValue::_setNull(CIMType type, Boolean isArray, Uint32 arraySize) {
+    if (type < CIMTYPE_BOOLEAN || type > CIMTYPE_INSTANCE)
+        throw TypeMismatchException();
+    _rep.reset();
+    _scalar = isArray ? arraySize : 0;
+    _text = String();
+    _type = type;
+    _isArray = isArray;
+    _isNull = true;
+}
+
+CIMValue::CIMValue() = default;
+
+CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 arraySize) {
+    _setNull(type, isArray, arraySize);
+}
+
+CIMValue::CIMValue(Boolean x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Uint8 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Sint8 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Uint16 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Sint16 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Uint32 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Sint32 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Uint64 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Sint64 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Real32 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(Real64 x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Char16& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const String& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const CIMDateTime& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const CIMObjectPath& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const CIMObject& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const CIMInstance& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Boolean>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Uint8>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Sint8>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Uint16>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Sint16>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Uint32>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Sint32>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Uint64>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Sint64>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Real32>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Real64>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<Char16>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<String>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<CIMDateTime>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<CIMObjectPath>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<CIMObject>& x) {
+    _assign(x);
+}
+CIMValue::CIMValue(const Array<CIMInstance>& x) {
+    _assign(x);
+}
 
 CIMValue::CIMValue(const CIMValue& x) = default;
 
@@ -317,250 +495,254 @@ CIMValue::~CIMValue() = default;
 CIMValue& CIMValue::operator=(const CIMValue& x) = default;
 
 void CIMValue::assign(const CIMValue& x) {
-    _rep = x._rep;
+    *this = x;
 }
 
 void CIMValue::clear() {
-    _rep = nullBoolean();
+    _setNull(CIMTYPE_BOOLEAN, false, 0);
 }
 
 Boolean CIMValue::typeCompatible(const CIMValue& x) const {
-    return _rep->type == x._rep->type && _rep->isArray == x._rep->isArray;
+    return _type == x._type && _isArray == x._isArray;
 }
 
 Boolean CIMValue::isArray() const {
-    return _rep->isArray;
+    return _isArray;
 }
 
 Boolean CIMValue::isNull() const {
-    return _rep->isNull;
+    return _isNull;
 }
 
 Uint32 CIMValue::getArraySize() const {
-    if (_rep->isNull)
-        return _rep->nullArraySize;
+    if (_isNull)
+        return Uint32(_scalar);
+    if (!_isArray)
+        return 0;
     return std::visit([](const auto& payload) { return payloadArraySize(payload); }, _rep->payload);
 }
 
 CIMType CIMValue::getType() const {
-    return _rep->type;
+    return _type;
 }
 
 void CIMValue::setNullValue(CIMType type, Boolean isArray, Uint32 arraySize) {
-    _rep = makeNull(type, isArray, arraySize);
+    _setNull(type, isArray, arraySize);
 }
 
 void CIMValue::set(Boolean x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Uint8 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Sint8 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Uint16 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Sint16 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Uint32 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Sint32 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Uint64 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Sint64 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Real32 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(Real64 x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Char16& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const String& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const CIMDateTime& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const CIMObjectPath& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const CIMObject& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const CIMInstance& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Boolean>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Uint8>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Sint8>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Uint16>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Sint16>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Uint32>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Sint32>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Uint64>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Sint64>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Real32>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Real64>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<Char16>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<String>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<CIMDateTime>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<CIMObjectPath>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<CIMObject>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 void CIMValue::set(const Array<CIMInstance>& x) {
-    _rep = makeValue(x);
+    _assign(x);
 }
 
 void CIMValue::get(Boolean& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Uint8& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Sint8& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Uint16& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Sint16& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Uint32& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Sint32& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Uint64& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Sint64& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Real32& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Real64& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Char16& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(String& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(CIMDateTime& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(CIMObjectPath& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(CIMObject& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(CIMInstance& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Boolean>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Uint8>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Sint8>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Uint16>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Sint16>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Uint32>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Sint32>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Uint64>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Sint64>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Real32>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Real64>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<Char16>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<String>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<CIMDateTime>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<CIMObjectPath>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<CIMObject>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 void CIMValue::get(Array<CIMInstance>& x) const {
-    readValue(*_rep, x);
+    _read(x);
 }
 
 Boolean CIMValue::equal(const CIMValue& x) const {
-    if (!typeCompatible(x) || _rep->isNull != x._rep->isNull)
+    if (!typeCompatible(x) || _isNull != x._isNull)
         return false;
-    if (_rep->isNull)
+    if (_isNull)
         return true;
+    if (heldInline(_type, _isArray))
+        return sameInline(_type, _scalar, x._scalar, _text, x._text);
     const Payload& other = x._rep->payload;
     return std::visit(
         [&other](const auto& mine) {
@@ -572,7 +754,13 @@ Boolean CIMValue::equal(const CIMValue& x) const {
 
 String CIMValue::toString() const {
     String text;
-    std::visit([&text](const auto& payload) { appendPayloadText(text, payload); }, _rep->payload);
+    if (_isNull)
+        return text;
+    const auto append = [&text](const auto& payload) { appendPayloadText(text, payload); };
+    if (heldInline(_type, _isArray))
+        visitInline(_type, _scalar, _text, append);
+    else
+        std::visit(append, _rep->payload);
     return text;
 }
 

@@ -175,7 +175,21 @@ public:
     String toString() const;
 
 private:
+    template <class T>
+    void _assign(const T& x);
+    template <class T>
+    void _read(T& x) const;
+    void _setNull(CIMType type, Boolean isArray, Uint32 arraySize);
+
+    // Nulls and the common scalars (integers, reals, booleans, Char16, strings) are held
+    // in the value itself, sparing an allocation each; the others in a shared rep.
     std::shared_ptr<const CIMValueRep> _rep;
+    // A scalar's bits, zero-extended, or a null array's size.
+    Uint64 _scalar = 0;
+    String _text;
+    CIMType _type = CIMTYPE_BOOLEAN;
+    Boolean _isArray = false;
+    Boolean _isNull = true;
 };
 
 PEGASUS_COMMON_LINKAGE Boolean operator==(const CIMValue& x, const CIMValue& y);
