@@ -385,108 +385,60 @@ CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 arraySize) {
     _setNull(type, isArray, arraySize);
 }
 
-CIMValue::CIMValue(Boolean x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Uint8 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Sint8 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Uint16 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Sint16 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Uint32 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Sint32 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Uint64 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Sint64 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Real32 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(Real64 x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Char16& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const String& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const CIMDateTime& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const CIMObjectPath& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const CIMObject& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const CIMInstance& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Boolean>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Uint8>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Sint8>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Uint16>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Sint16>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Uint32>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Sint32>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Uint64>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Sint64>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Real32>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Real64>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<Char16>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<String>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<CIMDateTime>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<CIMObjectPath>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<CIMObject>& x) {
-    _assign(x);
-}
-CIMValue::CIMValue(const Array<CIMInstance>& x) {
-    _assign(x);
-}
+// Each type's constructor, setter and getter.
+#define PEGASUS_VALUE_TYPE(T, PARAM)                                                               \
+    CIMValue::CIMValue(PARAM x) {                                                                  \
+        _assign(x);                                                                                \
+    }                                                                                              \
+    void CIMValue::set(PARAM x) {                                                                  \
+        _assign(x);                                                                                \
+    }                                                                                              \
+    void CIMValue::get(T& x) const {                                                               \
+        _read(x);                                                                                  \
+    }
+#define PEGASUS_VALUE_SCALAR(T) PEGASUS_VALUE_TYPE(T, T)
+#define PEGASUS_VALUE_OBJECT(T) PEGASUS_VALUE_TYPE(T, const T&)
+#define PEGASUS_VALUE_ARRAY(T) PEGASUS_VALUE_TYPE(Array<T>, const Array<T>&)
+
+PEGASUS_VALUE_SCALAR(Boolean)
+PEGASUS_VALUE_SCALAR(Uint8)
+PEGASUS_VALUE_SCALAR(Sint8)
+PEGASUS_VALUE_SCALAR(Uint16)
+PEGASUS_VALUE_SCALAR(Sint16)
+PEGASUS_VALUE_SCALAR(Uint32)
+PEGASUS_VALUE_SCALAR(Sint32)
+PEGASUS_VALUE_SCALAR(Uint64)
+PEGASUS_VALUE_SCALAR(Sint64)
+PEGASUS_VALUE_SCALAR(Real32)
+PEGASUS_VALUE_SCALAR(Real64)
+PEGASUS_VALUE_OBJECT(Char16)
+PEGASUS_VALUE_OBJECT(String)
+PEGASUS_VALUE_OBJECT(CIMDateTime)
+PEGASUS_VALUE_OBJECT(CIMObjectPath)
+PEGASUS_VALUE_OBJECT(CIMObject)
+PEGASUS_VALUE_OBJECT(CIMInstance)
+PEGASUS_VALUE_ARRAY(Boolean)
+PEGASUS_VALUE_ARRAY(Uint8)
+PEGASUS_VALUE_ARRAY(Sint8)
+PEGASUS_VALUE_ARRAY(Uint16)
+PEGASUS_VALUE_ARRAY(Sint16)
+PEGASUS_VALUE_ARRAY(Uint32)
+PEGASUS_VALUE_ARRAY(Sint32)
+PEGASUS_VALUE_ARRAY(Uint64)
+PEGASUS_VALUE_ARRAY(Sint64)
+PEGASUS_VALUE_ARRAY(Real32)
+PEGASUS_VALUE_ARRAY(Real64)
+PEGASUS_VALUE_ARRAY(Char16)
+PEGASUS_VALUE_ARRAY(String)
+PEGASUS_VALUE_ARRAY(CIMDateTime)
+PEGASUS_VALUE_ARRAY(CIMObjectPath)
+PEGASUS_VALUE_ARRAY(CIMObject)
+PEGASUS_VALUE_ARRAY(CIMInstance)
+
+#undef PEGASUS_VALUE_ARRAY
+#undef PEGASUS_VALUE_OBJECT
+#undef PEGASUS_VALUE_SCALAR
+#undef PEGASUS_VALUE_TYPE
 
 CIMValue::CIMValue(const CIMValue& x) = default;
 
@@ -528,212 +480,6 @@ CIMType CIMValue::getType() const {
 
 void CIMValue::setNullValue(CIMType type, Boolean isArray, Uint32 arraySize) {
     _setNull(type, isArray, arraySize);
-}
-
-void CIMValue::set(Boolean x) {
-    _assign(x);
-}
-void CIMValue::set(Uint8 x) {
-    _assign(x);
-}
-void CIMValue::set(Sint8 x) {
-    _assign(x);
-}
-void CIMValue::set(Uint16 x) {
-    _assign(x);
-}
-void CIMValue::set(Sint16 x) {
-    _assign(x);
-}
-void CIMValue::set(Uint32 x) {
-    _assign(x);
-}
-void CIMValue::set(Sint32 x) {
-    _assign(x);
-}
-void CIMValue::set(Uint64 x) {
-    _assign(x);
-}
-void CIMValue::set(Sint64 x) {
-    _assign(x);
-}
-void CIMValue::set(Real32 x) {
-    _assign(x);
-}
-void CIMValue::set(Real64 x) {
-    _assign(x);
-}
-void CIMValue::set(const Char16& x) {
-    _assign(x);
-}
-void CIMValue::set(const String& x) {
-    _assign(x);
-}
-void CIMValue::set(const CIMDateTime& x) {
-    _assign(x);
-}
-void CIMValue::set(const CIMObjectPath& x) {
-    _assign(x);
-}
-void CIMValue::set(const CIMObject& x) {
-    _assign(x);
-}
-void CIMValue::set(const CIMInstance& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Boolean>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Uint8>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Sint8>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Uint16>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Sint16>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Uint32>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Sint32>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Uint64>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Sint64>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Real32>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Real64>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<Char16>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<String>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<CIMDateTime>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<CIMObjectPath>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<CIMObject>& x) {
-    _assign(x);
-}
-void CIMValue::set(const Array<CIMInstance>& x) {
-    _assign(x);
-}
-
-void CIMValue::get(Boolean& x) const {
-    _read(x);
-}
-void CIMValue::get(Uint8& x) const {
-    _read(x);
-}
-void CIMValue::get(Sint8& x) const {
-    _read(x);
-}
-void CIMValue::get(Uint16& x) const {
-    _read(x);
-}
-void CIMValue::get(Sint16& x) const {
-    _read(x);
-}
-void CIMValue::get(Uint32& x) const {
-    _read(x);
-}
-void CIMValue::get(Sint32& x) const {
-    _read(x);
-}
-void CIMValue::get(Uint64& x) const {
-    _read(x);
-}
-void CIMValue::get(Sint64& x) const {
-    _read(x);
-}
-void CIMValue::get(Real32& x) const {
-    _read(x);
-}
-void CIMValue::get(Real64& x) const {
-    _read(x);
-}
-void CIMValue::get(Char16& x) const {
-    _read(x);
-}
-void CIMValue::get(String& x) const {
-    _read(x);
-}
-void CIMValue::get(CIMDateTime& x) const {
-    _read(x);
-}
-void CIMValue::get(CIMObjectPath& x) const {
-    _read(x);
-}
-void CIMValue::get(CIMObject& x) const {
-    _read(x);
-}
-void CIMValue::get(CIMInstance& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Boolean>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Uint8>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Sint8>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Uint16>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Sint16>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Uint32>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Sint32>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Uint64>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Sint64>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Real32>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Real64>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<Char16>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<String>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<CIMDateTime>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<CIMObjectPath>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<CIMObject>& x) const {
-    _read(x);
-}
-void CIMValue::get(Array<CIMInstance>& x) const {
-    _read(x);
 }
 
 Boolean CIMValue::equal(const CIMValue& x) const {
