@@ -147,6 +147,8 @@ public:
         _checkIndex(index);
         return _items()[index];
     }
+    /** The representation of a member this list alone holds, for changing it in place. */
+    auto& repAt(Uint32 index) { return *at(index)._rep; }
 
     /**
         @exception UninitializedObjectException for an uninitialized member.

@@ -40,11 +40,6 @@ bool sameMethods(const CIMMemberList<CIMMethod>& x, const CIMMemberList<CIMMetho
     return true;
 }
 
-void removeQualifiers(CIMProperty& property) {
-    while (property.getQualifierCount() != 0)
-        property.removeQualifier(0);
-}
-
 } // namespace
 
 bool CIMObjectRep::identical(const CIMObjectRep& other) const {
@@ -65,16 +60,23 @@ void CIMObjectRep::instanceFilter(Boolean includeQualifiers, Boolean includeClas
     if (!includeQualifiers)
         qualifiers.clear();
     Uint32 i = 0;
+    const CIMMemberList<CIMProperty>& unchanged = properties;
     while (i < properties.size()) {
-        CIMProperty& property = properties.at(i);
-        if (!propertyList.useThisProperty(property.getName())) {
+        const CIMProperty& shown = unchanged.at(i);
+        if (!propertyList.useThisProperty(shown.getName())) {
             properties.remove(i);
             continue;
         }
-        if (!includeClassOrigin)
-            property.setClassOrigin(CIMName());
-        if (!includeQualifiers)
-            removeQualifiers(property);
+        // A property shared with other objects is cloned only when it has something to drop.
+        const bool dropOrigin = !includeClassOrigin && !shown.getClassOrigin().isNull();
+        const bool dropQualifiers = !includeQualifiers && shown.getQualifierCount() != 0;
+        if (dropOrigin || dropQualifiers) {
+            CIMPropertyRep& property = properties.repAt(i);
+            if (dropOrigin)
+                property.classOrigin = CIMName();
+            if (dropQualifiers)
+                property.qualifiers.clear();
+        }
         i++;
     }
 }

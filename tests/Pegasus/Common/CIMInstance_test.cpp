@@ -124,8 +124,13 @@ TEST(CIMInstanceHandling, InstanceFilterDropsWhatWasNotAskedFor) {
     instance.addProperty(CIMProperty(CIMName("Dropped"), CIMValue(true)));
     Array<CIMName> names;
     names.append(CIMName("KEPT"));
+    const CIMInstance source = instance.clone();
 
     instance.instanceFilter(false, false, CIMPropertyList(names));
+    // The clone it was made from keeps everything.
+    EXPECT_EQ(source.getPropertyCount(), 2u);
+    EXPECT_EQ(source.getProperty(0).getQualifierCount(), 1u);
+    EXPECT_EQ(source.getProperty(0).getClassOrigin(), CIMName("KSV_Thing"));
     EXPECT_EQ(instance.getQualifierCount(), 0u);
     ASSERT_EQ(instance.getPropertyCount(), 1u);
     EXPECT_EQ(instance.getProperty(0).getName(), CIMName("Kept"));
