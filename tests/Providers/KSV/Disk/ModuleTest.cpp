@@ -2,7 +2,7 @@
 // initialize to terminate, with the operations every provider refuses.
 #include "DiskTestSupport.h"
 
-#include "ProviderModule.h"
+#include "cimserver/ProviderLibrary.h"
 
 #include "KSV_DiskDrivePackageProvider.h"
 #include "KSV_DiskDriveProvider.h"
@@ -19,13 +19,16 @@ namespace {
 
 class ModuleTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() { module = std::make_unique<ProviderModule>(KSV_DISK_MODULE); }
+    static void SetUpTestSuite() {
+        module = std::make_unique<server::ProviderLibrary>(
+            "KSV_DiskDriveProvider", std::vector<std::string>{KSV_DISK_MODULE_DIR});
+    }
     static void TearDownTestSuite() { module.reset(); }
     static CIMProvider* create(const std::string& name) {
         return module->createProvider(name.c_str());
     }
 
-    static inline std::unique_ptr<ProviderModule> module;
+    static inline std::unique_ptr<server::ProviderLibrary> module;
 };
 
 // The refusal of each writing operation, which opens with the provider's own name. The disk drive

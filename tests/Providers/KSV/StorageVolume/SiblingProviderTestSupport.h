@@ -3,13 +3,15 @@
 #ifndef KSV_TESTS_SIBLINGPROVIDERTESTSUPPORT_H
 #define KSV_TESTS_SIBLINGPROVIDERTESTSUPPORT_H
 
-#include "ProviderModule.h"
 #include "ProviderTestSupport.h"
+
+#include "cimserver/ProviderLibrary.h"
 
 namespace ksv::test {
 
 inline CIMProvider* volumeModuleProvider(const char* name) {
-    static const ProviderModule module(KSV_STORAGE_VOLUME_MODULE);
+    static const server::ProviderLibrary module("KSV_StorageVolumeProvider",
+                                                {KSV_STORAGE_VOLUME_MODULE_DIR});
     return module.createProvider(name);
 }
 

@@ -82,6 +82,31 @@ bool isInternalCache(const CIMNamespaceName& nameSpace, const CIMObjectPath& pat
            path.getClassName().equal(CIMName("KSV_InternalCache"));
 }
 
+// The internal cache's answer, as the test set it.
+void answer(const CacheMethod& method, const CacheAnswer& answer,
+            Array<CIMParamValue>& outParameters) {
+    api_SystemInfo_t info;
+    api_getSystemInfo(&info);
+    switch (answer.kind) {
+    case CacheAnswer::Kind::Normal:
+        outParameters.append(CIMParamValue(method.output, method.datum(info)));
+        break;
+    case CacheAnswer::Kind::RenamedOutput:
+        outParameters.append(CIMParamValue(answer.outputName.c_str(), method.datum(info)));
+        break;
+    case CacheAnswer::Kind::NullOutput: {
+        CIMValue nullValue;
+        nullValue.setNullValue(method.datum(info).getType(), false);
+        outParameters.append(CIMParamValue(method.output, nullValue));
+        break;
+    }
+    case CacheAnswer::Kind::NoOutput:
+        break;
+    case CacheAnswer::Kind::Throws:
+        throw CIMException(CIM_ERR_FAILED, "internal cache unavailable");
+    }
+}
+
 // One route into the server, through the server's own in-process access: what the stand-in
 // does not serve fails as it does in a server that is not running.
 class RouteBackend : public ksv::server::ServerHandleBackend {
@@ -92,39 +117,59 @@ public:
     CIMClass getClass(const OperationContext&, const CIMNamespaceName& nameSpace,
                       const CIMName& className, Boolean localOnly, Boolean includeQualifiers,
                       Boolean includeClassOrigin, const CIMPropertyList& propertyList) override {
-        return _server->serveGetClass(_route, nameSpace, className, localOnly, includeQualifiers,
-                                      includeClassOrigin, propertyList);
+        _server->enter(_route, "getClass", nameSpace, text(className.getString()));
+        return _server->classes().getClass(nameSpace, className, localOnly, includeQualifiers,
+                                           includeClassOrigin, propertyList);
     }
     CIMInstance getInstance(const OperationContext&, const CIMNamespaceName& nameSpace,
                             const CIMObjectPath& instanceName, Boolean, Boolean includeQualifiers,
                             Boolean includeClassOrigin,
                             const CIMPropertyList& propertyList) override {
-        return _server->serveGetInstance(_route, nameSpace, instanceName, includeQualifiers,
-                                         includeClassOrigin, propertyList);
+        _server->enter(_route, "getInstance", nameSpace, text(instanceName.toString()));
+        CIMInstance instance = _server->storedInstance(nameSpace, instanceName);
+        instance.instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
+        return instance;
     }
     Array<CIMInstance> enumerateInstances(const OperationContext&,
                                           const CIMNamespaceName& nameSpace,
                                           const CIMName& className, Boolean, Boolean,
                                           Boolean includeQualifiers, Boolean includeClassOrigin,
                                           const CIMPropertyList& propertyList) override {
-        return _server->serveEnumerateInstances(_route, nameSpace, className, includeQualifiers,
-                                                includeClassOrigin, propertyList);
+        _server->enter(_route, "enumerateInstances", nameSpace, text(className.getString()));
+        Array<CIMInstance> instances = _server->instancesOf(nameSpace, className);
+        for (Uint32 i = 0; i < instances.size(); i++)
+            instances[i].instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
+        return instances;
     }
     Array<CIMObjectPath> enumerateInstanceNames(const OperationContext&,
                                                 const CIMNamespaceName& nameSpace,
                                                 const CIMName& className) override {
-        return _server->serveEnumerateInstanceNames(_route, nameSpace, className);
+        _server->enter(_route, "enumerateInstanceNames", nameSpace, text(className.getString()));
+        const Array<CIMInstance> instances = _server->instancesOf(nameSpace, className);
+        Array<CIMObjectPath> names;
+        for (Uint32 i = 0; i < instances.size(); i++)
+            names.append(instances[i].getPath());
+        return names;
     }
     CIMValue getProperty(const OperationContext&, const CIMNamespaceName& nameSpace,
                          const CIMObjectPath& instanceName, const CIMName& propertyName) override {
-        return _server->serveGetProperty(_route, nameSpace, instanceName, propertyName);
+        _server->enter(_route, "getProperty", nameSpace, text(instanceName.toString()));
+        const CIMInstance instance = _server->storedInstance(nameSpace, instanceName);
+        const Uint32 index = instance.findProperty(propertyName);
+        if (index == PEG_NOT_FOUND)
+            throw CIMException(CIM_ERR_NO_SUCH_PROPERTY, propertyName.getString());
+        return instance.getProperty(index).getValue();
     }
     CIMValue invokeMethod(const OperationContext&, const CIMNamespaceName& nameSpace,
                           const CIMObjectPath& instanceName, const CIMName& methodName,
                           const Array<CIMParamValue>&,
                           Array<CIMParamValue>& outParameters) override {
-        return _server->serveInvokeMethod(_route, nameSpace, instanceName, methodName,
-                                          outParameters);
+        _server->enter(_route, "invokeMethod", nameSpace, text(methodName.getString()));
+        if (!isInternalCache(nameSpace, instanceName))
+            throw CIMException(CIM_ERR_NOT_SUPPORTED, instanceName.toString());
+        const CacheMethod& method = cacheMethod(methodName);
+        answer(method, _server->cacheAnswer(method.method, _route), outParameters);
+        return CIMValue(Uint32(0));
     }
 
 private:
@@ -266,89 +311,6 @@ CacheAnswer InProcessServer::cacheAnswer(const std::string& method, Route route)
     std::lock_guard<std::mutex> guard(_behaviourLock);
     const auto found = _cacheAnswers.find({folded(method.c_str()), route});
     return found == _cacheAnswers.end() ? CacheAnswer() : found->second;
-}
-
-CIMClass InProcessServer::serveGetClass(Route route, const CIMNamespaceName& nameSpace,
-                                        const CIMName& className, bool localOnly,
-                                        bool includeQualifiers, bool includeClassOrigin,
-                                        const CIMPropertyList& propertyList) {
-    enter(route, "getClass", nameSpace, text(className.getString()));
-    return _classes.getClass(nameSpace, className, localOnly, includeQualifiers, includeClassOrigin,
-                             propertyList);
-}
-
-CIMInstance InProcessServer::serveGetInstance(Route route, const CIMNamespaceName& nameSpace,
-                                              const CIMObjectPath& instanceName,
-                                              bool includeQualifiers, bool includeClassOrigin,
-                                              const CIMPropertyList& propertyList) {
-    enter(route, "getInstance", nameSpace, text(instanceName.toString()));
-    CIMInstance instance = storedInstance(nameSpace, instanceName);
-    instance.instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
-    return instance;
-}
-
-Array<CIMInstance> InProcessServer::serveEnumerateInstances(
-    Route route, const CIMNamespaceName& nameSpace, const CIMName& className,
-    bool includeQualifiers, bool includeClassOrigin, const CIMPropertyList& propertyList) {
-    enter(route, "enumerateInstances", nameSpace, text(className.getString()));
-    Array<CIMInstance> instances = instancesOf(nameSpace, className);
-    for (Uint32 i = 0; i < instances.size(); i++)
-        instances[i].instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
-    return instances;
-}
-
-Array<CIMObjectPath> InProcessServer::serveEnumerateInstanceNames(Route route,
-                                                                  const CIMNamespaceName& nameSpace,
-                                                                  const CIMName& className) {
-    enter(route, "enumerateInstanceNames", nameSpace, text(className.getString()));
-    const Array<CIMInstance> instances = instancesOf(nameSpace, className);
-    Array<CIMObjectPath> names;
-    for (Uint32 i = 0; i < instances.size(); i++)
-        names.append(instances[i].getPath());
-    return names;
-}
-
-CIMValue InProcessServer::serveGetProperty(Route route, const CIMNamespaceName& nameSpace,
-                                           const CIMObjectPath& instanceName,
-                                           const CIMName& propertyName) {
-    enter(route, "getProperty", nameSpace, text(instanceName.toString()));
-    const CIMInstance instance = storedInstance(nameSpace, instanceName);
-    const Uint32 index = instance.findProperty(propertyName);
-    if (index == PEG_NOT_FOUND)
-        throw CIMException(CIM_ERR_NO_SUCH_PROPERTY, propertyName.getString());
-    return instance.getProperty(index).getValue();
-}
-
-CIMValue InProcessServer::serveInvokeMethod(Route route, const CIMNamespaceName& nameSpace,
-                                            const CIMObjectPath& instanceName,
-                                            const CIMName& methodName,
-                                            Array<CIMParamValue>& outParameters) {
-    enter(route, "invokeMethod", nameSpace, text(methodName.getString()));
-    if (!isInternalCache(nameSpace, instanceName))
-        throw CIMException(CIM_ERR_NOT_SUPPORTED, instanceName.toString());
-    const CacheMethod& method = cacheMethod(methodName);
-    const CacheAnswer answer = cacheAnswer(method.method, route);
-    api_SystemInfo_t info;
-    api_getSystemInfo(&info);
-    switch (answer.kind) {
-    case CacheAnswer::Kind::Normal:
-        outParameters.append(CIMParamValue(method.output, method.datum(info)));
-        break;
-    case CacheAnswer::Kind::RenamedOutput:
-        outParameters.append(CIMParamValue(answer.outputName.c_str(), method.datum(info)));
-        break;
-    case CacheAnswer::Kind::NullOutput: {
-        CIMValue nullValue;
-        nullValue.setNullValue(method.datum(info).getType(), false);
-        outParameters.append(CIMParamValue(method.output, nullValue));
-        break;
-    }
-    case CacheAnswer::Kind::NoOutput:
-        break;
-    case CacheAnswer::Kind::Throws:
-        throw CIMException(CIM_ERR_FAILED, "internal cache unavailable");
-    }
-    return CIMValue(Uint32(0));
 }
 
 } // namespace ksv::test

@@ -93,37 +93,14 @@ public:
     // A factory for CIMClientConnector::setLocal: each connection serves the local route.
     Pegasus::CIMClientConnector::LocalFactory localConnector();
 
-    // ---- What both routes serve -------------------------------------------------------------
-    Pegasus::CIMClass serveGetClass(Route route, const Pegasus::CIMNamespaceName& nameSpace,
-                                    const Pegasus::CIMName& className, bool localOnly,
-                                    bool includeQualifiers, bool includeClassOrigin,
-                                    const Pegasus::CIMPropertyList& propertyList);
-    Pegasus::CIMInstance serveGetInstance(Route route, const Pegasus::CIMNamespaceName& nameSpace,
-                                          const Pegasus::CIMObjectPath& instanceName,
-                                          bool includeQualifiers, bool includeClassOrigin,
-                                          const Pegasus::CIMPropertyList& propertyList);
-    Pegasus::Array<Pegasus::CIMInstance>
-    serveEnumerateInstances(Route route, const Pegasus::CIMNamespaceName& nameSpace,
-                            const Pegasus::CIMName& className, bool includeQualifiers,
-                            bool includeClassOrigin, const Pegasus::CIMPropertyList& propertyList);
-    Pegasus::Array<Pegasus::CIMObjectPath>
-    serveEnumerateInstanceNames(Route route, const Pegasus::CIMNamespaceName& nameSpace,
-                                const Pegasus::CIMName& className);
-    Pegasus::CIMValue serveGetProperty(Route route, const Pegasus::CIMNamespaceName& nameSpace,
-                                       const Pegasus::CIMObjectPath& instanceName,
-                                       const Pegasus::CIMName& propertyName);
-    Pegasus::CIMValue serveInvokeMethod(Route route, const Pegasus::CIMNamespaceName& nameSpace,
-                                        const Pegasus::CIMObjectPath& instanceName,
-                                        const Pegasus::CIMName& methodName,
-                                        Pegasus::Array<Pegasus::CIMParamValue>& outParameters);
-
-private:
+    // Records the request and throws the failure set for it.
     void enter(Route route, const std::string& operation,
                const Pegasus::CIMNamespaceName& nameSpace, const std::string& target);
     Pegasus::CIMInstance storedInstance(const Pegasus::CIMNamespaceName& nameSpace,
                                         const Pegasus::CIMObjectPath& instanceName) const;
     CacheAnswer cacheAnswer(const std::string& method, Route route) const;
 
+private:
     const ksv::mof::ClassRepository _classes;
 
     mutable std::shared_mutex _storeLock;

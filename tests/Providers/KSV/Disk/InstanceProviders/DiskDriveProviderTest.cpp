@@ -118,8 +118,7 @@ TEST_F(DiskDriveProviderTest, QuadPortSystemsKeepAPlaceForEachPathWithoutAPort) 
     api_DiskList_t list{};
     ASSERT_EQ(api_getSystemDisks(API_ALL_DISKS, &list), API_OK);
     const CIMInstance built = provider.as<KSV_DiskDriveProvider>()->build_instance(
-        harness.server().serveGetClass(Route::ServerHandle, "root/ksv", "KSV_DiskDrive", false,
-                                       true, true, CIMPropertyList()),
+        harness.shippedClasses().getClass("root/ksv", "KSV_DiskDrive", false, true, true),
         list.disks[0], "other-host", "OTHER", Uint8(1));
     free(list.disks);
     EXPECT_EQ(render(built, "SystemName InitiatorPortA"),
