@@ -3,7 +3,6 @@
 #include "CommonTestSupport.h"
 
 #include <atomic>
-#include <thread>
 #include <vector>
 
 namespace ksv::test {
@@ -13,15 +12,6 @@ using namespace Pegasus;
 
 const int THREADS = 8;
 const int ROUNDS = 200;
-
-template <typename Work>
-void onThreads(Work work) {
-    std::vector<std::thread> threads;
-    for (int t = 0; t < THREADS; t++)
-        threads.emplace_back(work, t);
-    for (std::thread& thread : threads)
-        thread.join();
-}
 
 struct Request {
     const char* className;
@@ -47,7 +37,7 @@ TEST(StoredClassesUnderConcurrentRequests, EveryRequestGetsItsVariantAndClassesA
         }
     }
     std::atomic<int> wrong(0);
-    onThreads([&](int t) {
+    onThreads(THREADS, [&](int t) {
         CIMOMHandle cimom = harness.cimom();
         for (int round = 0; round < ROUNDS; round++) {
             const Request& request = requests[(t + round) % requests.size()];
@@ -71,7 +61,7 @@ TEST(StoredClassesUnderConcurrentRequests, EveryRequestGetsItsVariantAndClassesA
 TEST(SystemAddressesUnderConcurrentRequests, AllThreadsSeeTheSameAddresses) {
     ProviderHarness harness;
     std::atomic<int> wrong(0);
-    onThreads([&wrong](int t) {
+    onThreads(THREADS, [&wrong](int t) {
         for (int round = 0; round < ROUNDS; round++) {
             const int type = 1 + (t + round) % 2;
             const String address = KSV_Common::getSystemIPAddr(type);

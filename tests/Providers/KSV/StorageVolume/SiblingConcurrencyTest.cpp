@@ -4,27 +4,16 @@
 
 #include "SiblingProviderTestSupport.h"
 
-#include <thread>
-
 namespace ksv::test {
 namespace {
 
 const int THREADS = 8;
 
-template <typename Work>
-void onThreads(Work work) {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < THREADS; i++)
-        threads.emplace_back(work, i);
-    for (std::thread& thread : threads)
-        thread.join();
-}
-
 TEST(SiblingConcurrency, ProvidersStartingAtOnceAgreeOnTheIdentity) {
     ProviderHarness harness;
     std::vector<std::string> systems(THREADS);
     std::vector<std::string> hosts(THREADS);
-    onThreads([&](int i) {
+    onThreads(THREADS, [&](int i) {
         RunningProvider system(harness, volumeModuleProvider("KSV_StorageSystemProvider"),
                                "KSV_StorageSystem");
         RunningProvider pools(harness, volumeModuleProvider("KSV_StoragePoolProvider"),
@@ -49,7 +38,7 @@ TEST(SiblingConcurrency, OneProviderServesManyReadsAtOnce) {
     const CIMObjectPath volume = KSV_StorageVolumeProvider::createObjectPath(
         "60002AC00000000010D7000000001004", "KSV-D7", "ksv-d7.example.net");
     std::vector<int> wrong(THREADS, 0);
-    onThreads([&](int i) {
+    onThreads(THREADS, [&](int i) {
         for (int round = 0; round < 20; round++) {
             wrong[i] += volumes.enumerateInstances().delivered.size() != 10;
             wrong[i] += volumes.getInstance(volume).events() != kDeliveredOnce;

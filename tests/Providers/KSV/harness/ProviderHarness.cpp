@@ -46,14 +46,6 @@ CIMInstance instanceAt(const CIMObjectPath& path,
     return instance;
 }
 
-CIMObjectPath pathOf(const char* className,
-                     std::initializer_list<std::pair<const char*, String>> keys) {
-    Array<CIMKeyBinding> bindings;
-    for (const auto& key : keys)
-        bindings.append(CIMKeyBinding(key.first, key.second, CIMKeyBinding::STRING));
-    return CIMObjectPath(String(), KSV_NAMESPACE, className, bindings);
-}
-
 api_SystemInfo_t systemInfo() {
     api_SystemInfo_t info;
     if (api_getSystemInfo(&info) != 0)
@@ -62,6 +54,14 @@ api_SystemInfo_t systemInfo() {
 }
 
 } // namespace
+
+CIMObjectPath keyPath(const char* className,
+                      std::initializer_list<std::pair<const char*, String>> keys) {
+    Array<CIMKeyBinding> bindings;
+    for (const auto& key : keys)
+        bindings.append(CIMKeyBinding(key.first, key.second, CIMKeyBinding::STRING));
+    return CIMObjectPath(String(), KSV_NAMESPACE, className, bindings);
+}
 
 ProviderHarness::ProviderHarness(const std::string& model)
     : _server(std::make_shared<InProcessServer>(shippedClasses())) {
@@ -139,15 +139,15 @@ void ProviderHarness::fillStore() {
     const String host(info.hostName);
     InProcessServer& store = *_server;
 
-    store.putInstance(KSV_NAMESPACE, instanceAt(pathOf("KSV_StorageSystem",
-                                                       {{"CreationClassName", "KSV_StorageSystem"},
-                                                        {"Name", name}}),
+    store.putInstance(KSV_NAMESPACE, instanceAt(keyPath("KSV_StorageSystem",
+                                                        {{"CreationClassName", "KSV_StorageSystem"},
+                                                         {"Name", name}}),
                                                 {{"ElementName", CIMValue(name)}}));
-    store.putInstance(KSV_NAMESPACE, instanceAt(pathOf("KSV_SystemPackage",
-                                                       {{"CreationClassName", "KSV_SystemPackage"},
-                                                        {"Tag", name}})));
-    store.putInstance(KSV_NAMESPACE, instanceAt(pathOf("KSV_StorageSystemView",
-                                                       {{"InstanceID", "QUANOR:" + name}})));
+    store.putInstance(KSV_NAMESPACE, instanceAt(keyPath("KSV_SystemPackage",
+                                                        {{"CreationClassName", "KSV_SystemPackage"},
+                                                         {"Tag", name}})));
+    store.putInstance(KSV_NAMESPACE, instanceAt(keyPath("KSV_StorageSystemView",
+                                                        {{"InstanceID", "QUANOR:" + name}})));
     store.putInstance(KSV_NAMESPACE, instanceAt(KSV_StoragePoolProvider::buildInstanceName(
                                                     "QUANOR:primordial", host),
                                                 {{"ElementName", CIMValue(String("primordial"))},

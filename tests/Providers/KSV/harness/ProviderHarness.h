@@ -15,11 +15,16 @@
 #include "InProcessServer.h"
 #include "RecordingHandlers.h"
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace ksv::test {
+
+// A path in root/ksv without a host, with these string keys in this order.
+Pegasus::CIMObjectPath keyPath(const char* className,
+                               std::initializer_list<std::pair<const char*, Pegasus::String>> keys);
 
 class ProviderHarness {
 public:

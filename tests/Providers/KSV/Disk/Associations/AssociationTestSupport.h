@@ -56,25 +56,25 @@ public:
         : _system(harness.systemName().c_str()), _host(harness.hostName().c_str()) {}
 
     CIMObjectPath system(const String& name = String()) const {
-        return path("KSV_StorageSystem", {{"CreationClassName", "KSV_StorageSystem"},
-                                          {"Name", name.size() ? name : _system}});
+        return keyPath("KSV_StorageSystem", {{"CreationClassName", "KSV_StorageSystem"},
+                                             {"Name", name.size() ? name : _system}});
     }
     CIMObjectPath disk(const String& deviceID) const { return device("KSV_DiskDrive", deviceID); }
     CIMObjectPath extent(const String& deviceID) const {
         return device("KSV_DiskStorageExtent", deviceID);
     }
     CIMObjectPath package(const String& deviceID) const {
-        return path("KSV_DiskDrivePackage",
-                    {{"CreationClassName", "KSV_DiskDrivePackage"}, {"Tag", deviceID}});
+        return keyPath("KSV_DiskDrivePackage",
+                       {{"CreationClassName", "KSV_DiskDrivePackage"}, {"Tag", deviceID}});
     }
     CIMObjectPath identity(const String& version) const {
-        return path("KSV_DiskSoftwareIdentity", {{"InstanceID", "QUANOR:" + version}});
+        return keyPath("KSV_DiskSoftwareIdentity", {{"InstanceID", "QUANOR:" + version}});
     }
     CIMObjectPath magazine(const String& tag, const char* className = "KSV_Magazine") const {
-        return path(className, {{"CreationClassName", className}, {"Tag", tag}});
+        return keyPath(className, {{"CreationClassName", className}, {"Tag", tag}});
     }
     CIMObjectPath pool(const String& instanceID) const {
-        return path("KSV_StoragePool", {{"InstanceID", instanceID}});
+        return keyPath("KSV_StoragePool", {{"InstanceID", instanceID}});
     }
     CIMObjectPath volume(const String& wwn) const { return device("KSV_StorageVolume", wwn); }
 
@@ -87,20 +87,12 @@ public:
         return CIMObjectPath(_host, CIMNamespaceName("root/ksv"), className, keys);
     }
 
-    static CIMObjectPath path(const char* className,
-                              std::initializer_list<std::pair<const char*, String>> keys) {
-        Array<CIMKeyBinding> bindings;
-        for (const auto& key : keys)
-            bindings.append(CIMKeyBinding(key.first, key.second, CIMKeyBinding::STRING));
-        return CIMObjectPath(String(), CIMNamespaceName("root/ksv"), className, bindings);
-    }
-
 private:
     CIMObjectPath device(const char* className, const String& deviceID) const {
-        return path(className, {{"SystemCreationClassName", "KSV_StorageSystem"},
-                                {"SystemName", _system},
-                                {"CreationClassName", className},
-                                {"DeviceID", deviceID}});
+        return keyPath(className, {{"SystemCreationClassName", "KSV_StorageSystem"},
+                                   {"SystemName", _system},
+                                   {"CreationClassName", className},
+                                   {"DeviceID", deviceID}});
     }
 
     String _system;

@@ -49,10 +49,9 @@ TEST_F(PrimordialDisksTest, PoolHoldsThePresentDisksUpToHealth19AndTheyNameIt) {
                       paths.extent(D0)));
 
     const std::string invalid = std::string("CIM_ERR_INVALID_PARAMETER: ") + PROVIDER;
-    EXPECT_EQ(
-        failureOf([&] { provider.associators(ModelPaths::path("KSV_DiskStorageExtent", {})); }),
-        invalid + " DeviceID key not found.");
-    EXPECT_EQ(failureOf([&] { provider.referenceNames(ModelPaths::path("KSV_StoragePool", {})); }),
+    EXPECT_EQ(failureOf([&] { provider.associators(keyPath("KSV_DiskStorageExtent", {})); }),
+              invalid + " DeviceID key not found.");
+    EXPECT_EQ(failureOf([&] { provider.referenceNames(keyPath("KSV_StoragePool", {})); }),
               invalid + " InstanceID key not found.");
 }
 

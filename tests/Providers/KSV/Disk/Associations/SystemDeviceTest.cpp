@@ -50,7 +50,7 @@ TEST_P(SystemDeviceTest, TheSystemHasEveryPresentDiskAndEachDiskTheSystem) {
     EXPECT_TRUE(
         sameObjects(provider.associatorNames(part(UNKNOWN_DISK)).delivered, {paths.system()}));
     EXPECT_TRUE(sameObjects(pathsOf(provider.associators(part(D0)).delivered), {paths.system()}));
-    EXPECT_EQ(provider.associatorNames(ModelPaths::path("CIM_Chassis", {{"Tag", D0}})).events(),
+    EXPECT_EQ(provider.associatorNames(keyPath("CIM_Chassis", {{"Tag", D0}})).events(),
               EMPTY_ANSWER);
 }
 

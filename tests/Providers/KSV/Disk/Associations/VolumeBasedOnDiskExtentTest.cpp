@@ -110,9 +110,8 @@ TEST_F(VolumeBasedOnDiskExtentTest, EachSideIsReadFromItsOwnMaps) {
     for (const CIMObjectPath& none :
          {paths.extent(D2), paths.extent(UNKNOWN_DISK), paths.volume(VOL4)})
         EXPECT_EQ(provider.associatorNames(none).events(), EMPTY_ANSWER);
-    EXPECT_EQ(
-        failureOf([&] { provider.associatorNames(ModelPaths::path("KSV_StorageVolume", {})); }),
-        std::string("CIM_ERR_INVALID_PARAMETER: ") + PROVIDER + " DeviceID key not found.");
+    EXPECT_EQ(failureOf([&] { provider.associatorNames(keyPath("KSV_StorageVolume", {})); }),
+              std::string("CIM_ERR_INVALID_PARAMETER: ") + PROVIDER + " DeviceID key not found.");
     expectBalancedResources();
 }
 
