@@ -23,12 +23,10 @@ struct Request {
 
 TEST(StoredClassesUnderConcurrentRequests, EveryRequestGetsItsVariantAndClassesAreFetchedOnce) {
     ProviderHarness harness;
-    Array<CIMName> twoNames;
-    twoNames.append("DeviceID");
-    twoNames.append("ElementName");
     std::vector<Request> requests;
     for (const char* className : {"KSV_DiskDrive", "KSV_DiskStorageExtent", "KSV_SystemDisk"}) {
-        for (const CIMPropertyList& list : {CIMPropertyList(), CIMPropertyList(twoNames)}) {
+        for (const CIMPropertyList& list :
+             {CIMPropertyList(), listOf({"DeviceID", "ElementName"})}) {
             for (bool flags : {true, false}) {
                 requests.push_back({className, flags, !flags, list,
                                     harness.shippedClasses().getClass("root/ksv", className, false,

@@ -101,13 +101,6 @@ TEST(InternalCacheService, OneServicePerProcessUntilDestroyed) {
     EXPECT_EQ(KSV_Common::getPolicy(), 0u);
 }
 
-CIMPropertyList listOf(std::initializer_list<const char*> names) {
-    Array<CIMName> list;
-    for (const char* name : names)
-        list.append(name);
-    return CIMPropertyList(list);
-}
-
 // Requests go through KSV_Common, which hands them to the service.
 class ClassStore : public ::testing::Test {
 protected:

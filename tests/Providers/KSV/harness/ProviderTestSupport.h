@@ -36,6 +36,13 @@ inline std::string text(const String& value) {
     return std::string(value.getCString());
 }
 
+inline CIMPropertyList listOf(std::initializer_list<const char*> names) {
+    Array<CIMName> list;
+    for (const char* name : names)
+        list.append(name);
+    return CIMPropertyList(list);
+}
+
 // "CIM_ERR_...: <message>" of the CIM error the request throws, or what else happened.
 inline std::string failureOf(const std::function<void()>& request) {
     try {

@@ -2,22 +2,15 @@
 #ifndef KSV_TESTS_SETTINGSTESTSUPPORT_H
 #define KSV_TESTS_SETTINGSTESTSUPPORT_H
 
-#include <Pegasus/Common/Config.h>
-#include <Pegasus/Common/String.h>
-
 #include <KSV_Common.h>
 #include <ksvapi.h>
 #include <ksvapi_sim.h>
 
-#include <gtest/gtest.h>
+#include "ProviderTestSupport.h"
 
 #include <string>
 
 namespace ksv::test {
-
-inline std::string text(const Pegasus::String& value) {
-    return std::string(value.getCString());
-}
 
 // The simulated array starts as the built-in two-node model; log lines are captured.
 class SimulatedArrayTest : public ::testing::Test {

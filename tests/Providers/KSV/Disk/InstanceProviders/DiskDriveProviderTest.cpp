@@ -182,13 +182,6 @@ CIMInstance modification(std::initializer_list<std::pair<const char*, CIMValue>>
     return instance;
 }
 
-CIMPropertyList listOf(std::initializer_list<const char*> names) {
-    Array<CIMName> list;
-    for (const char* name : names)
-        list.append(name);
-    return CIMPropertyList(list);
-}
-
 class DiskDriveLocateTest : public DiskDriveProviderTest {
 protected:
     // The library calls the modification made after the user gate; the handler stays unused.
