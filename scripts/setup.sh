@@ -7,7 +7,7 @@ packages=(
     build-essential cmake ninja-build ccache pkg-config clang-format clang libclang-rt-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     nlohmann-json3-dev libmicrohttpd-dev libgnutls28-dev libcurl4-openssl-dev libtinyxml2-dev
-    libcli11-dev
+    libcli11-dev libjemalloc-dev
     sblim-wbemcli openssl
     libsystemd-dev lintian systemd
 )

@@ -1,18 +1,11 @@
 #include "cimserver/ResponseMemoryGate.h"
 
-#include <malloc.h>
-
 namespace ksv::server {
 
 ResponseMemoryGate::ResponseMemoryGate(std::size_t ceilingBytes,
                                        std::chrono::milliseconds longestWait, HeapMeasure heapInUse)
     : _ceiling(ceilingBytes), _longestWait(longestWait), _heapInUse(std::move(heapInUse)),
       _idleHeap(_heapInUse()) {}
-
-std::size_t ResponseMemoryGate::allocatorHeapInUse() {
-    const struct mallinfo2 info = mallinfo2();
-    return info.uordblks + info.hblkhd;
-}
 
 ResponseMemoryGate::Pass::Pass(ResponseMemoryGate& gate) : _gate(gate), _admitted(gate.enter()) {}
 
@@ -37,18 +30,10 @@ bool ResponseMemoryGate::enter() {
     return true;
 }
 
-// What a request's objects took is freed into the allocator's per-thread arenas, which may keep
-// it from the system. It is handed back once no request is being answered: trimming under load
-// would only return pages that the next request faults in again.
 void ResponseMemoryGate::leave() {
-    std::unique_lock<std::mutex> lock(_mutex);
-    if (--_inFlight == 0) {
-        lock.unlock();
-        malloc_trim(0);
-        lock.lock();
-        if (_inFlight == 0)
-            _idleHeap = _heapInUse();
-    }
+    std::lock_guard<std::mutex> lock(_mutex);
+    if (--_inFlight == 0)
+        _idleHeap = _heapInUse();
     _left.notify_all();
 }
 

@@ -1,7 +1,8 @@
 // A ceiling on the memory that the responses in flight take together. What they take is the
 // heap in use beyond what it was when the server last answered nothing. A request that arrives
 // while that is over the ceiling waits for responses to end, for a bounded time, and is then
-// refused, so that load makes the server refuse work rather than run out of memory.
+// refused, so that load makes the server refuse work rather than run out of memory. Giving freed
+// pages back to the system is the allocator's own business (see main.cpp).
 #ifndef KSV_CIMSERVER_RESPONSEMEMORYGATE_H
 #define KSV_CIMSERVER_RESPONSEMEMORYGATE_H
 
@@ -11,6 +12,8 @@
 #include <functional>
 #include <mutex>
 
+#include "cimserver/HeapAllocator.h"
+
 namespace ksv::server {
 
 class ResponseMemoryGate {
@@ -19,7 +22,7 @@ public:
 
     // A ceiling of 0 admits every request.
     ResponseMemoryGate(std::size_t ceilingBytes, std::chrono::milliseconds longestWait,
-                       HeapMeasure heapInUse = &allocatorHeapInUse);
+                       HeapMeasure heapInUse = &heap::bytesInUse);
     ResponseMemoryGate(const ResponseMemoryGate&) = delete;
     ResponseMemoryGate& operator=(const ResponseMemoryGate&) = delete;
 
@@ -36,9 +39,6 @@ public:
         ResponseMemoryGate& _gate;
         const bool _admitted;
     };
-
-    // Bytes the allocator has handed out and not yet had back.
-    static std::size_t allocatorHeapInUse();
 
 private:
     bool enter();

@@ -53,8 +53,10 @@ std::vector<std::string> serverEnvironment(const ServerOptions& options) {
     std::vector<std::string> environment;
     for (char** variable = environ; *variable != nullptr; variable++)
         environment.push_back(*variable);
-    if (options.addressSpaceLimit)
+    if (options.addressSpaceLimit) {
         environment.push_back("MALLOC_ARENA_MAX=1");
+        environment.push_back("MALLOC_CONF=narenas:1,background_thread:false");
+    }
     return environment;
 }
 

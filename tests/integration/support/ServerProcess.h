@@ -19,9 +19,9 @@ namespace ksv::integration {
 
 struct ServerOptions {
     std::string arrayModel;
-    // The soft and hard RLIMIT_AS of the server process, in bytes. The server then runs with
-    // one malloc arena, so that the limit measures what it uses rather than the address space
-    // that each thread's arena reserves.
+    // The soft and hard RLIMIT_AS of the server process, in bytes. The server's allocator then
+    // runs with one arena and no thread of its own, so that the limit measures what the server
+    // uses rather than the address space that arenas and threads reserve.
     std::optional<rlim_t> addressSpaceLimit;
     unsigned threads = 4;
     // More options of the server, "--name=value".
