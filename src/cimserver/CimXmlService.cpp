@@ -66,24 +66,40 @@ private:
     bool _abandoned = false;
 };
 
-// Writes each result as it arrives.
+// Writes each result as it arrives; objects with the request's filter are shaped while written
+// when the sink has a writer for that.
 template <typename T>
 class WritingSink : public Sink<T> {
 public:
-    WritingSink(ResponseOutput& output, std::function<void(const T&)> write)
-        : _output(output), _write(std::move(write)) {}
+    using Write = std::function<void(const T&)>;
+    using WriteShaped = std::function<void(const T&, const ObjectFilter&)>;
 
-    // Once the client is gone, the provider is stopped at its next delivery.
+    WritingSink(ResponseOutput& output, Write write, WriteShaped writeShaped = nullptr)
+        : _output(output), _write(std::move(write)), _writeShaped(std::move(writeShaped)) {}
+
     void put(const T& item) override {
-        if (_output.abandoned())
-            throw std::runtime_error("the response was abandoned");
+        requireClient();
         _write(item);
+        _output.flushIfFull();
+    }
+    void put(const T& item, const ObjectFilter& filter) override {
+        if (!_writeShaped)
+            return Sink<T>::put(item, filter);
+        requireClient();
+        _writeShaped(item, filter);
         _output.flushIfFull();
     }
 
 private:
+    // Once the client is gone, the provider is stopped at its next delivery.
+    void requireClient() const {
+        if (_output.abandoned())
+            throw std::runtime_error("the response was abandoned");
+    }
+
     ResponseOutput& _output;
-    std::function<void(const T&)> _write;
+    Write _write;
+    WriteShaped _writeShaped;
 };
 
 CIMException asCimException(const std::exception& error) {
@@ -148,9 +164,14 @@ void answerOperationError(const OperationError& error, ResponseStream& response)
 }
 
 template <typename T, typename Run>
-void streamResults(ResponseOutput& output, std::function<void(const T&)> write, Run&& run) {
-    WritingSink<T> sink(output, std::move(write));
+void streamResults(ResponseOutput& output, typename WritingSink<T>::Write write, Run&& run,
+                   typename WritingSink<T>::WriteShaped writeShaped = nullptr) {
+    WritingSink<T> sink(output, std::move(write), std::move(writeShaped));
     run(sink);
+}
+
+InstanceParts partsOf(const ObjectFilter& filter) {
+    return {filter.includeQualifiers, filter.includeClassOrigin, &filter.propertyList};
 }
 
 void runIntrinsic(const OperationDispatcher& dispatcher, const Caller& caller,
@@ -175,7 +196,10 @@ void runIntrinsic(const OperationDispatcher& dispatcher, const Caller& caller,
     case Operation::EnumerateInstances:
         return streamResults<CIMInstance>(
             output, [&writer](const CIMInstance& instance) { writer.writeInstance(instance); },
-            [&](Sink<CIMInstance>& sink) { dispatcher.enumerateInstances(caller, request, sink); });
+            [&](Sink<CIMInstance>& sink) { dispatcher.enumerateInstances(caller, request, sink); },
+            [&writer](const CIMInstance& instance, const ObjectFilter& filter) {
+                writer.writeInstance(instance, partsOf(filter));
+            });
     case Operation::EnumerateInstanceNames:
         return streamResults<CIMObjectPath>(output, writePath, [&](Sink<CIMObjectPath>& sink) {
             dispatcher.enumerateInstanceNames(caller, request, sink);

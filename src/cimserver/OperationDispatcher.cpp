@@ -207,13 +207,12 @@ void OperationDispatcher::enumerateInstancesOf(const Caller& caller, const Reque
         Array<CIMInstance> stored = _repository.enumerateInstances(request.nameSpace, className);
         for (Uint32 i = 0; i < stored.size(); ++i) {
             if (ofExactly(stored[i], className))
-                sink.put(filtered(stored[i], filter));
+                sink.put(stored[i], filter);
         }
         return;
     }
-    InstanceForwarder handler([&](const CIMInstance& instance) {
-        sink.put(filtered(withPath(instance, itsClass), filter));
-    });
+    InstanceForwarder handler(
+        [&](const CIMInstance& instance) { sink.put(withPath(instance, itsClass), filter); });
     provider->invoke<Pegasus::CIMInstanceProvider>("enumerateInstances", [&](auto& instances) {
         instances.enumerateInstances(
             contextFor(caller), CIMObjectPath(_hostName, request.nameSpace, className),

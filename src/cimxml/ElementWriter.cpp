@@ -438,7 +438,7 @@ void Writer::_qualifiers(const Element& element) {
     }
 }
 
-void Writer::property(const CIMConstProperty& property) {
+void Writer::property(const CIMConstProperty& property, const InstanceParts& parts) {
     const char* tag = property.getType() == CIMTYPE_REFERENCE ? "PROPERTY.REFERENCE"
                       : property.isArray()                    ? "PROPERTY.ARRAY"
                                                               : "PROPERTY";
@@ -457,9 +457,12 @@ void Writer::property(const CIMConstProperty& property) {
             _out += '"';
         }
     }
-    _originAttributes(property.getClassOrigin(), property.getPropagated());
+    static const CIMName noOrigin;
+    _originAttributes(parts.classOrigins ? property.getClassOrigin() : noOrigin,
+                      property.getPropagated());
     _out += '>';
-    _qualifiers(property);
+    if (parts.qualifiers)
+        _qualifiers(property);
     value(property.getValue());
     _out += "</";
     _out += tag;
@@ -506,13 +509,16 @@ void Writer::method(const CIMConstMethod& method) {
     _out += "</METHOD>";
 }
 
-void Writer::instance(const CIMConstInstance& instance) {
+void Writer::instance(const CIMConstInstance& instance, const InstanceParts& parts) {
     _out += "<INSTANCE";
     attribute("CLASSNAME", instance.getClassName().getString());
     _out += '>';
-    _qualifiers(instance);
+    if (parts.qualifiers)
+        _qualifiers(instance);
     for (Uint32 i = 0; i < instance.getPropertyCount(); i++) {
-        property(instance.getProperty(i));
+        const CIMConstProperty item = instance.getProperty(i);
+        if (parts.properties == nullptr || parts.properties->useThisProperty(item.getName()))
+            property(item, parts);
     }
     _out += "</INSTANCE>";
 }

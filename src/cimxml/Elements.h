@@ -10,6 +10,7 @@
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMParamValue.h>
 #include <Pegasus/Common/CIMProperty.h>
+#include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/CIMQualifier.h>
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/String.h>
@@ -27,6 +28,16 @@
 /// value longer than 1024 bytes or another value longer than 64 KiB (UTF-8). Elements nest at
 /// most 100 deep and embedded objects at most 8.
 namespace ksv::cimxml {
+
+/// What of an instance is written: DSP0200's PropertyList, IncludeQualifiers and
+/// IncludeClassOrigin, applied while writing so that no copy of the instance is needed to leave
+/// parts out. The default writes everything.
+struct InstanceParts {
+    bool qualifiers = true;
+    bool classOrigins = true;
+    /// Null: every property.
+    const Pegasus::CIMPropertyList* properties = nullptr;
+};
 
 /// Character data or an attribute value: & < > " ' as entity references; control characters,
 /// and a text made only of blanks, as character references so that readers keep them.

@@ -14,6 +14,7 @@
 #include <Pegasus/Common/Exception.h>
 #include <Pegasus/Common/String.h>
 
+#include <cimxml/Elements.h>
 #include <cimxml/Operation.h>
 
 #include <optional>
@@ -62,7 +63,8 @@ public:
 
     void writeClass(const Pegasus::CIMConstClass& cimClass);
     void writeClassName(const Pegasus::CIMName& className);
-    void writeInstance(const Pegasus::CIMConstInstance& instance);
+    void writeInstance(const Pegasus::CIMConstInstance& instance,
+                       const InstanceParts& parts = InstanceParts());
     /// A class or an instance; writeObject of an instance also serves GetInstance and
     /// EnumerateInstances, of a class GetClass and EnumerateClasses.
     void writeObject(const Pegasus::CIMConstObject& object);

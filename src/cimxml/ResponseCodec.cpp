@@ -125,7 +125,8 @@ void IMethodResponseWriter::writeClassName(const CIMName& className) {
     detail::Writer(_out).className(className);
 }
 
-void IMethodResponseWriter::writeInstance(const CIMConstInstance& instance) {
+void IMethodResponseWriter::writeInstance(const CIMConstInstance& instance,
+                                          const InstanceParts& parts) {
     _require(_operation == Operation::GetInstance || _operation == Operation::EnumerateInstances ||
                  isAssociation(_operation) || _operation == Operation::PullInstances ||
                  deliversInstancesWithPath(_operation),
@@ -133,21 +134,21 @@ void IMethodResponseWriter::writeInstance(const CIMConstInstance& instance) {
     _start();
     detail::Writer writer(_out);
     if (_operation == Operation::GetInstance || _operation == Operation::PullInstances) {
-        writer.instance(instance);
+        writer.instance(instance, parts);
     } else if (deliversInstancesWithPath(_operation)) {
         _out += "<VALUE.INSTANCEWITHPATH>";
         writer.instancePath(completed(pathOf(instance), _defaults));
-        writer.instance(instance);
+        writer.instance(instance, parts);
         _out += "</VALUE.INSTANCEWITHPATH>";
     } else if (_operation == Operation::EnumerateInstances) {
         _out += "<VALUE.NAMEDINSTANCE>";
         writeInstanceName(writer, instance);
-        writer.instance(instance);
+        writer.instance(instance, parts);
         _out += "</VALUE.NAMEDINSTANCE>";
     } else {
         _out += "<VALUE.OBJECTWITHPATH>";
         writer.instancePath(completed(pathOf(instance), _defaults));
-        writer.instance(instance);
+        writer.instance(instance, parts);
         _out += "</VALUE.OBJECTWITHPATH>";
     }
 }

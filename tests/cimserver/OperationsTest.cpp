@@ -209,6 +209,11 @@ TEST_F(OperationsTest, PropertyListsAndQualifiersAreAppliedToProviderResults) {
     ASSERT_EQ(gadgets.size(), 2u);
     EXPECT_EQ(gadgets[0].getPropertyCount(), 1u);
     EXPECT_EQ(gadgets[0].getQualifierCount(), 0u);
+    EXPECT_TRUE(gadgets[0].getProperty(0).getClassOrigin().isNull());
+    Array<CIMInstance> whole = client->enumerateInstances(
+        kTestNamespace, "KSV_TestGadget", true, false, true, true, CIMPropertyList(names));
+    EXPECT_EQ(whole[0].getQualifierCount(), 1u);
+    EXPECT_EQ(whole[0].getProperty(0).getClassOrigin(), CIMName("KSV_TestGadget"));
 
     // Each flag on its own: qualifiers without class origins, then the other way round.
     CIMInstance qualified =

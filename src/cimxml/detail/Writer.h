@@ -15,6 +15,8 @@
 #include <Pegasus/Common/CIMValue.h>
 #include <Pegasus/Common/String.h>
 
+#include <cimxml/Elements.h>
+
 #include <string>
 #include <string_view>
 
@@ -38,9 +40,9 @@ public:
     void valueReference(const Pegasus::CIMObjectPath& path);
 
     void qualifier(const Pegasus::CIMConstQualifier& qualifier);
-    void property(const Pegasus::CIMConstProperty& property);
+    void property(const Pegasus::CIMConstProperty& property, const InstanceParts& parts = {});
     void method(const Pegasus::CIMConstMethod& method);
-    void instance(const Pegasus::CIMConstInstance& instance);
+    void instance(const Pegasus::CIMConstInstance& instance, const InstanceParts& parts = {});
     void cimClass(const Pegasus::CIMConstClass& cimClass);
     void object(const Pegasus::CIMConstObject& object);
     void paramValue(const Pegasus::CIMParamValue& parameter);
