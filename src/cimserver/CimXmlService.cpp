@@ -44,10 +44,13 @@ public:
         if (_text.size() >= kFlushBytes)
             flush();
     }
+    // The stream takes the text's buffer; the next piece starts in one large enough for it,
+    // so that the encoder does not grow it step by step.
     void flush() {
         if (!_abandoned && !_stream.write(_text))
             _abandoned = true;
         _text.clear();
+        _text.reserve(2 * kFlushBytes);
     }
     void finish(std::vector<HttpHeader> trailers = {}) {
         flush();

@@ -15,7 +15,8 @@
 
 // Read by jemalloc, which the server is linked with: pages freed under load go back to the system
 // from jemalloc's own thread within a second, instead of staying with the process or being
-// returned by the threads that answer requests.
+// returned by the threads that answer requests. Huge pages ("thp:always") would spare page faults
+// but keep pages that are partly in use, so that the server would not shrink back after a load.
 extern "C" const char* malloc_conf;
 const char* malloc_conf = "background_thread:true,dirty_decay_ms:1000,muzzy_decay_ms:0";
 

@@ -7,6 +7,8 @@
 #include <Pegasus/Common/CIMFlavor.h>
 #include <Pegasus/Common/Exception.h>
 
+#include <array>
+
 namespace ksv::cimxml {
 
 using namespace Pegasus;
@@ -51,6 +53,33 @@ CIMObjectPath referencedPath(const CIMKeyBinding& binding) {
     }
 }
 
+// A reference key holds its path as text, which is parsed to be written. Associations name the
+// same objects in pair after pair, so each thread keeps the last few references it wrote.
+class ReferenceMemo {
+public:
+    const std::string* find(const String& path) const {
+        for (const Entry& entry : _entries) {
+            if (entry.path == path && !entry.element.empty())
+                return &entry.element;
+        }
+        return nullptr;
+    }
+    void remember(const String& path, std::string_view element) {
+        Entry& entry = _entries[_next];
+        entry.path = path;
+        entry.element.assign(element);
+        _next = (_next + 1) % _entries.size();
+    }
+
+private:
+    struct Entry {
+        String path;
+        std::string element;
+    };
+    std::array<Entry, 4> _entries;
+    std::size_t _next = 0;
+};
+
 } // namespace
 
 void Writer::attribute(const char* name, const String& value) {
@@ -80,7 +109,7 @@ void Writer::_keyBinding(const CIMKeyBinding& binding) {
     attribute("NAME", binding.getName().getString());
     _out += '>';
     if (binding.getType() == CIMKeyBinding::REFERENCE) {
-        valueReference(referencedPath(binding));
+        _referenceKeyValue(binding);
     } else {
         _out += "<KEYVALUE VALUETYPE=\"";
         _out += keyValueType(binding.getType());
@@ -89,6 +118,17 @@ void Writer::_keyBinding(const CIMKeyBinding& binding) {
         _out += "</KEYVALUE>";
     }
     _out += "</KEYBINDING>";
+}
+
+void Writer::_referenceKeyValue(const CIMKeyBinding& binding) {
+    thread_local ReferenceMemo written;
+    if (const std::string* element = written.find(binding.getValue())) {
+        _out += *element;
+        return;
+    }
+    const std::size_t start = _out.size();
+    valueReference(referencedPath(binding));
+    written.remember(binding.getValue(), std::string_view(_out).substr(start));
 }
 
 void Writer::instanceName(const CIMObjectPath& path) {

@@ -55,6 +55,7 @@ public:
 private:
     void _namespacePath(const Pegasus::String& host, const Pegasus::CIMNamespaceName& nameSpace);
     void _keyBinding(const Pegasus::CIMKeyBinding& binding);
+    void _referenceKeyValue(const Pegasus::CIMKeyBinding& binding);
     void _typeAttributes(Pegasus::CIMType type);
     void _originAttributes(const Pegasus::CIMName& classOrigin, Pegasus::Boolean propagated);
     void _flavorAttributes(const Pegasus::CIMFlavor& flavor);
