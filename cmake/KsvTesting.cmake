@@ -1,3 +1,23 @@
+function(ksv_test_settings target)
+    target_link_libraries(${target} PRIVATE GTest::gmock GTest::gtest GTest::gtest_main
+                                            Threads::Threads)
+    target_compile_definitions(${target} PRIVATE KSV_SHARED_DIR="${KSV_SHARED_DIR}"
+                                                 KSV_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+                                                 KSV_BINARY_DIR="${PROJECT_BINARY_DIR}")
+endfunction()
+
+# Parsing the test framework's headers takes longer than compiling most tests: the suites share
+# one precompiled copy of them. It is made by an (empty) test executable with the suites' own
+# settings, down to -fPIE, so that it stays valid for every suite.
+function(ksv_add_test_headers)
+    set(source "${PROJECT_BINARY_DIR}/ksv_test_headers.cpp")
+    file(CONFIGURE OUTPUT "${source}" CONTENT "")
+    add_executable(ksv_test_headers "${source}")
+    ksv_test_settings(ksv_test_headers)
+    target_precompile_headers(ksv_test_headers PRIVATE <gtest/gtest.h> <functional> <map> <memory>
+                              <set> <sstream> <string> <thread> <vector>)
+endfunction()
+
 # ksv_gtest(<name> SOURCES ... [LIBS ...] [LABELS ...])
 # One GoogleTest executable whose cases are registered with CTest one by one.
 # Tests read fixtures relative to KSV_SOURCE_DIR and the observed OpenPegasus
@@ -5,11 +25,9 @@
 function(ksv_gtest name)
     cmake_parse_arguments(T "" "" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${name} ${T_SOURCES})
-    target_link_libraries(${name} PRIVATE ${T_LIBS} GTest::gmock GTest::gtest GTest::gtest_main
-                                          Threads::Threads)
-    target_compile_definitions(${name} PRIVATE KSV_SHARED_DIR="${KSV_SHARED_DIR}"
-                                               KSV_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
-                                               KSV_BINARY_DIR="${PROJECT_BINARY_DIR}")
+    target_link_libraries(${name} PRIVATE ${T_LIBS})
+    ksv_test_settings(${name})
+    target_precompile_headers(${name} REUSE_FROM ksv_test_headers)
     # A list of labels must reach the test properties as one value.
     string(REPLACE ";" "\\;" labels "${T_LABELS}")
     gtest_discover_tests(${name} PROPERTIES LABELS "${labels}" DISCOVERY_TIMEOUT 120)
