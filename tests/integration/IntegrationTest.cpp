@@ -82,6 +82,12 @@ bool isNamedBy(const CIMInstance& instance, const CIMObjectPath& name) {
     return true;
 }
 
+std::string bareText(CIMObjectPath path) {
+    path.setHost(String());
+    path.setNameSpace(CIMNamespaceName());
+    return text(path.toString());
+}
+
 std::string cimErrorOf(const std::function<void()>& operation) {
     try {
         operation();

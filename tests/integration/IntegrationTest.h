@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 
 namespace ksv::integration {
@@ -46,6 +47,26 @@ CIMObjectPath magazinePath(const std::string& className, const std::string& tag)
 // Whether the instance is the object the name names: its class and key properties. A
 // GetInstance answer carries no name of its own.
 bool isNamedBy(const CIMInstance& instance, const CIMObjectPath& name);
+
+// The path without host and namespace: what names the object in the namespace.
+std::string bareText(CIMObjectPath path);
+
+inline const CIMObjectPath& nameOf(const CIMObjectPath& path) {
+    return path;
+}
+template <typename Object>
+const CIMObjectPath& nameOf(const Object& object) {
+    return object.getPath();
+}
+
+// The bare texts of the names of paths, instances or objects.
+template <typename Objects>
+std::set<std::string> bareTexts(const Objects& objects) {
+    std::set<std::string> texts;
+    for (Uint32 i = 0; i < objects.size(); i++)
+        texts.insert(bareText(nameOf(objects[i])));
+    return texts;
+}
 
 // "CIM_ERR_...: <message>" of the CIM error, or what else happened.
 std::string cimErrorOf(const std::function<void()>& operation);

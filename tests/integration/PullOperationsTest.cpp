@@ -16,31 +16,6 @@ namespace {
 
 using Paths = std::set<std::string>;
 
-Paths namesOf(const Array<CIMObjectPath>& paths) {
-    Paths names;
-    for (Uint32 i = 0; i < paths.size(); i++) {
-        CIMObjectPath path = paths[i];
-        path.setHost(String());
-        path.setNameSpace(CIMNamespaceName());
-        names.insert(text(path.toString()));
-    }
-    return names;
-}
-
-Paths namesOf(const Array<CIMInstance>& instances) {
-    Array<CIMObjectPath> paths;
-    for (Uint32 i = 0; i < instances.size(); i++)
-        paths.append(instances[i].getPath());
-    return namesOf(paths);
-}
-
-Paths namesOf(const Array<CIMObject>& objects) {
-    Array<CIMObjectPath> paths;
-    for (Uint32 i = 0; i < objects.size(); i++)
-        paths.append(objects[i].getPath());
-    return namesOf(paths);
-}
-
 // A context naming an enumeration the server never opened.
 struct ForgedContext : CIMEnumerationContext {
     explicit ForgedContext(const String& name) {
@@ -59,7 +34,7 @@ Paths pullRest(CIMClient& client, CIMEnumerationContext& context, Boolean ended,
             next = client.pullInstancesWithPath(context, ended, page);
         else
             next = client.pullInstancePaths(context, ended, page);
-        const Paths names = namesOf(next);
+        const Paths names = bareTexts(next);
         collected.insert(names.begin(), names.end());
     }
     return collected;
@@ -80,47 +55,47 @@ TEST_F(PullOperationsTest, EveryOpenOperationPagesToItsOneShotResults) {
     const Case cases[] = {
         {"OpenEnumerateInstances",
          [&](auto& context, auto& ended) {
-             return namesOf(admin->openEnumerateInstances(
+             return bareTexts(admin->openEnumerateInstances(
                  context, ended, KSV_NAMESPACE, disks, true, false, CIMPropertyList(),
                  String::EMPTY, String::EMPTY, Uint32Arg(), false, 2));
          },
-         [&] { return namesOf(admin->enumerateInstances(KSV_NAMESPACE, disks)); }, false},
+         [&] { return bareTexts(admin->enumerateInstances(KSV_NAMESPACE, disks)); }, false},
         {"OpenEnumerateInstancePaths",
          [&](auto& context, auto& ended) {
-             return namesOf(admin->openEnumerateInstancePaths(context, ended, KSV_NAMESPACE, disks,
-                                                              String::EMPTY, String::EMPTY,
-                                                              Uint32Arg(), false, 2));
+             return bareTexts(admin->openEnumerateInstancePaths(context, ended, KSV_NAMESPACE,
+                                                                disks, String::EMPTY, String::EMPTY,
+                                                                Uint32Arg(), false, 2));
          },
-         [&] { return namesOf(admin->enumerateInstanceNames(KSV_NAMESPACE, disks)); }, true},
+         [&] { return bareTexts(admin->enumerateInstanceNames(KSV_NAMESPACE, disks)); }, true},
         {"OpenReferenceInstances",
          [&](auto& context, auto& ended) {
-             return namesOf(admin->openReferenceInstances(
+             return bareTexts(admin->openReferenceInstances(
                  context, ended, KSV_NAMESPACE, disk, CIMName(), String::EMPTY, false,
                  CIMPropertyList(), String::EMPTY, String::EMPTY, Uint32Arg(), false, 2));
          },
-         [&] { return namesOf(admin->references(KSV_NAMESPACE, disk)); }, false},
+         [&] { return bareTexts(admin->references(KSV_NAMESPACE, disk)); }, false},
         {"OpenReferenceInstancePaths",
          [&](auto& context, auto& ended) {
-             return namesOf(admin->openReferenceInstancePaths(
+             return bareTexts(admin->openReferenceInstancePaths(
                  context, ended, KSV_NAMESPACE, disk, CIMName(), String::EMPTY, String::EMPTY,
                  String::EMPTY, Uint32Arg(), false, 2));
          },
-         [&] { return namesOf(admin->referenceNames(KSV_NAMESPACE, disk)); }, true},
+         [&] { return bareTexts(admin->referenceNames(KSV_NAMESPACE, disk)); }, true},
         {"OpenAssociatorInstances",
          [&](auto& context, auto& ended) {
-             return namesOf(admin->openAssociatorInstances(
+             return bareTexts(admin->openAssociatorInstances(
                  context, ended, KSV_NAMESPACE, disk, CIMName(), CIMName(), String::EMPTY,
                  String::EMPTY, false, CIMPropertyList(), String::EMPTY, String::EMPTY, Uint32Arg(),
                  false, 2));
          },
-         [&] { return namesOf(admin->associators(KSV_NAMESPACE, disk)); }, false},
+         [&] { return bareTexts(admin->associators(KSV_NAMESPACE, disk)); }, false},
         {"OpenAssociatorInstancePaths",
          [&](auto& context, auto& ended) {
-             return namesOf(admin->openAssociatorInstancePaths(
+             return bareTexts(admin->openAssociatorInstancePaths(
                  context, ended, KSV_NAMESPACE, disk, CIMName(), CIMName(), String::EMPTY,
                  String::EMPTY, String::EMPTY, String::EMPTY, Uint32Arg(), false, 2));
          },
-         [&] { return namesOf(admin->associatorNames(KSV_NAMESPACE, disk)); }, true},
+         [&] { return bareTexts(admin->associatorNames(KSV_NAMESPACE, disk)); }, true},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
@@ -238,14 +213,14 @@ TEST(PullOperationsLargeArrayTest, ASlowClientPagesThroughInFlatMemory) {
 
     CIMEnumerationContext context;
     Boolean ended = false;
-    Paths seen = namesOf(admin->openEnumerateInstances(context, ended, KSV_NAMESPACE, pairs, true,
-                                                       false, CIMPropertyList(), String::EMPTY,
-                                                       String::EMPTY, Uint32Arg(), false, 1000));
+    Paths seen = bareTexts(admin->openEnumerateInstances(context, ended, KSV_NAMESPACE, pairs, true,
+                                                         false, CIMPropertyList(), String::EMPTY,
+                                                         String::EMPTY, Uint32Arg(), false, 1000));
     // Time for a provider that is not held back to run far ahead.
     std::this_thread::sleep_for(std::chrono::seconds(2));
     [[maybe_unused]] const long afterFirstPage = residentKilobytes(server.pid()).second;
     while (!ended) {
-        const Paths page = namesOf(admin->pullInstancesWithPath(context, ended, 1000));
+        const Paths page = bareTexts(admin->pullInstancesWithPath(context, ended, 1000));
         EXPECT_LE(page.size(), 1000u);
         seen.insert(page.begin(), page.end());
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
