@@ -1,10 +1,14 @@
 // Many clients at once: every answer right, providers initialized once and before their first
-// operation, nested calls never starved of workers, shutdown bounded while requests run.
+// operation, nested calls never starved of workers, handles safe while the server's backend
+// changes, shutdown bounded while requests run.
 #include <gtest/gtest.h>
 
 #include "Probes.h"
 #include "TestServer.h"
 #include "cimserver/Caller.h"
+
+#include <Pegasus/Provider/CIMOMHandle.h>
+#include <Pegasus/Provider/CIMOMHandleBackend.h>
 
 #include <unistd.h>
 
@@ -100,6 +104,47 @@ TEST(ConcurrencyTest, NestedCallsFromEveryWorkerAtOnceComplete) {
         return right;
     });
     EXPECT_EQ(failures, 0);
+}
+
+// While the default backend comes and goes, every handle made reaches the server or fails
+// cleanly, and no call is lost.
+TEST(ConcurrencyTest, HandlesMadeWhileTheDefaultBackendChangesReachItOrFailCleanly) {
+    TestServer server(2);
+    const std::shared_ptr<CIMOMHandleBackend> backend = CIMOMHandleBackend::getDefault();
+    const unsigned before = ksvtest_operations();
+    constexpr int calls = 200;
+    std::atomic<int> attached{0};
+    std::atomic<int> detached{0};
+    std::atomic<bool> done{false};
+    std::thread swapper([&] {
+        while (!done) {
+            CIMOMHandleBackend::resetDefault();
+            CIMOMHandleBackend::setDefault(backend);
+            // Attached most of the time, so that most calls reach the server.
+            std::this_thread::sleep_for(std::chrono::microseconds(200));
+        }
+    });
+    int failures = runClients([&](int) {
+        const OperationContext context;
+        for (int i = 0; i < calls; ++i) {
+            CIMOMHandle handle;
+            CIMOMHandle copy(handle);
+            try {
+                copy.enumerateInstanceNames(context, kTestNamespace, "KSV_TestDevice");
+                ++attached;
+            } catch (const CIMException& error) {
+                if (error.getCode() != CIM_ERR_FAILED)
+                    return false;
+                ++detached;
+            }
+        }
+        return true;
+    });
+    done = true;
+    swapper.join();
+    EXPECT_EQ(failures, 0);
+    EXPECT_EQ(attached + detached, kClients * calls);
+    EXPECT_EQ(ksvtest_operations() - before, unsigned(attached));
 }
 
 TEST(ConcurrencyTest, ShutdownWhileClientsStreamFinishesWithinTheGrace) {
