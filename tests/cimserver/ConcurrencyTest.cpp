@@ -6,6 +6,9 @@
 #include "Probes.h"
 #include "TestServer.h"
 #include "cimserver/Caller.h"
+#include "cimserver/InProcessAccess.h"
+
+#include <Pegasus/Client/CIMXmlClientBackend.h>
 
 #include <Pegasus/Provider/CIMOMHandle.h>
 #include <Pegasus/Provider/CIMOMHandleBackend.h>
@@ -145,6 +148,59 @@ TEST(ConcurrencyTest, HandlesMadeWhileTheDefaultBackendChangesReachItOrFailClean
     EXPECT_EQ(failures, 0);
     EXPECT_EQ(attached + detached, kClients * calls);
     EXPECT_EQ(ksvtest_operations() - before, unsigned(attached));
+}
+
+// Clients connect while the connection factories come and go: each attempt gets a connection
+// from a factory or fails with CannotConnectException, and every connection opened is closed.
+TEST(ConcurrencyTest, ClientsConnectWhileTheFactoriesChange) {
+    TestServer server(2);
+    struct Counted : server::LocalClientConnection {
+        Counted(std::atomic<int>& closed)
+            : LocalClientConnection(std::dynamic_pointer_cast<server::ServerHandleBackend>(
+                  CIMOMHandleBackend::getDefault())),
+              _closed(closed) {}
+        void disconnect() override { ++_closed; }
+        std::atomic<int>& _closed;
+    };
+    std::atomic<int> opened{0}, closed{0}, connected{0};
+    auto factory = [&] {
+        ++opened;
+        return std::make_unique<Counted>(closed);
+    };
+    std::atomic<bool> done{false};
+    std::thread swapper([&] {
+        while (!done) {
+            CIMClientConnector::setLocal(factory);
+            CIMClientConnector::setRemote(
+                [&](const String&, Uint32, const String&, const String&) { return factory(); });
+            CIMClientConnector::setLocal(nullptr);
+            CIMClientConnector::setRemote(nullptr);
+        }
+    });
+    constexpr int attempts = 300;
+    int failures = runClients([&](int index) {
+        for (int i = 0; i < attempts; ++i) {
+            CIMClient client;
+            try {
+                if ((index + i) % 2 == 0)
+                    client.connectLocal();
+                else
+                    client.connect("array1", 5988, "alice", "secret");
+            } catch (const CannotConnectException&) {
+                continue;
+            }
+            if (client.enumerateInstanceNames(kTestNamespace, "KSV_TestGadget").size() != 2)
+                return false;
+            ++connected;
+        }
+        return true;
+    });
+    done = true;
+    swapper.join();
+    CIMClientConnector::setRemote(&CIMXmlClientConnector::connectRemote);
+    EXPECT_EQ(failures, 0);
+    EXPECT_EQ(opened, connected);
+    EXPECT_EQ(closed, opened);
 }
 
 TEST(ConcurrencyTest, ShutdownWhileClientsStreamFinishesWithinTheGrace) {

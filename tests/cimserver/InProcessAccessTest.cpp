@@ -3,13 +3,16 @@
 // the provider in its place.
 #include <gtest/gtest.h>
 
+#include <Pegasus/Client/CIMXmlClientBackend.h>
 #include <Pegasus/Provider/CIMOMHandle.h>
 #include <cimxml/Elements.h>
 
 #include "TestServer.h"
+#include "cimserver/InProcessAccess.h"
 #include "mof_compiler/NamespaceStore.h"
 
 #include <functional>
+#include <mutex>
 
 namespace ksv::test {
 namespace {
@@ -190,16 +193,49 @@ const std::vector<Operation>& operations() {
                  shown(h.invokeMethod(x, ns, devicePath("dev-0"), "Reset", resetParameters(), out));
              return result + shown(out);
          }},
+        // The client's defaults are OpenPegasus's.
+        {"getClass", [](CIMClient& c) { return shown(c.getClass(ns, "KSV_TestGadget")); },
+         [](H& h, const C& x) {
+             return shown(
+                 h.getClass(x, ns, "KSV_TestGadget", true, true, false, CIMPropertyList()));
+         }},
+        {"enumerateClasses", [](CIMClient& c) { return shown(c.enumerateClasses(ns)); },
+         [](H& h, const C& x) {
+             return shown(h.enumerateClasses(x, ns, CIMName(), false, true, true, false));
+         }},
+        {"enumerateClassNames", [](CIMClient& c) { return shown(c.enumerateClassNames(ns)); },
+         [](H& h, const C& x) { return shown(h.enumerateClassNames(x, ns, CIMName(), false)); }},
+        {"getInstance", [](CIMClient& c) { return shown(c.getInstance(ns, gadgetPath("g-1"))); },
+         [](H& h, const C& x) {
+             return shown(
+                 h.getInstance(x, ns, gadgetPath("g-1"), true, false, false, CIMPropertyList()));
+         }},
+        {"enumerateInstances",
+         [](CIMClient& c) { return shown(c.enumerateInstances(ns, "KSV_TestElement")); },
+         [](H& h, const C& x) {
+             return shown(h.enumerateInstances(x, ns, "KSV_TestElement", true, true, false, false,
+                                               CIMPropertyList()));
+         }},
+        {"associators", [](CIMClient& c) { return shown(c.associators(ns, devicePath("dev-0"))); },
+         [](H& h, const C& x) {
+             return shown(h.associators(x, ns, devicePath("dev-0"), CIMName(), CIMName(), String(),
+                                        String(), false, false, CIMPropertyList()));
+         }},
+        {"references", [](CIMClient& c) { return shown(c.references(ns, gadgetPath("g-0"))); },
+         [](H& h, const C& x) {
+             return shown(h.references(x, ns, gadgetPath("g-0"), CIMName(), String(), false, false,
+                                       CIMPropertyList()));
+         }},
         {"createInstance", [](CIMClient& c) { return shown(c.createInstance(ns, written("red"))); },
          [](H& h, const C& x) { return shown(h.createInstance(x, ns, written("red"))); }},
         {"modifyInstance",
          [](CIMClient& c) {
-             c.modifyInstance(ns, written("green"), false, CIMPropertyList());
+             c.modifyInstance(ns, written("green"));
              c.modifyInstance(ns, written("red"), false, CIMPropertyList(Array<CIMName>()));
              return shown(c.getInstance(ns, devicePath("dev-w")));
          },
          [](H& h, const C& x) {
-             h.modifyInstance(x, ns, written("green"), false, CIMPropertyList());
+             h.modifyInstance(x, ns, written("green"), true, CIMPropertyList());
              h.modifyInstance(x, ns, written("red"), false, CIMPropertyList(Array<CIMName>()));
              return shown(
                  h.getInstance(x, ns, devicePath("dev-w"), true, false, false, CIMPropertyList()));
@@ -290,6 +326,163 @@ TEST(InProcessAccess, HandlesReachTheServerRunningWhenTheyWereMade) {
                           ": the handle is not attached to a CIM server");
         }
     }
+}
+
+// The server's in-process connection, recording its timeouts and its closing.
+class RecordingConnection : public server::LocalClientConnection {
+public:
+    RecordingConnection(std::vector<std::string>& record, std::mutex& mutex)
+        : LocalClientConnection(std::dynamic_pointer_cast<server::ServerHandleBackend>(
+              CIMOMHandleBackend::getDefault())),
+          _record(record), _mutex(mutex) {}
+
+    void setTimeout(Uint32 milliseconds) override {
+        add("setTimeout " + std::to_string(milliseconds));
+    }
+    void disconnect() override { add("disconnect"); }
+
+    void add(const std::string& line) {
+        std::lock_guard<std::mutex> lock(_mutex);
+        _record.push_back(line);
+    }
+
+private:
+    std::vector<std::string>& _record;
+    std::mutex& _mutex;
+};
+
+using Lines = std::vector<std::string>;
+
+// How CIMClient opens, keeps and closes the connection its factories make.
+class ClientConnection : public ::testing::Test {
+protected:
+    void SetUp() override { recordLocalConnections(); }
+    // Back to the connections a client of this process makes when no server runs in it.
+    void TearDown() override {
+        CIMClientConnector::setLocal(&CIMXmlClientConnector::connectLocal);
+        CIMClientConnector::setRemote(&CIMXmlClientConnector::connectRemote);
+    }
+
+    void recordLocalConnections() {
+        CIMClientConnector::setLocal([this] {
+            ++localConnections;
+            return std::make_unique<RecordingConnection>(record, mutex);
+        });
+    }
+
+    std::string messageOf(const std::function<void()>& call) {
+        try {
+            call();
+        } catch (const CannotConnectException& error) {
+            return mof::utf8(error.getMessage());
+        }
+        return "connected";
+    }
+
+    TestServer server;
+    Lines record;
+    std::mutex mutex;
+    int localConnections = 0;
+};
+
+TEST_F(ClientConnection, AnUnconnectedClientRefusesEveryOperation) {
+    CIMClient client;
+    for (const Operation& operation : operations())
+        EXPECT_THROW(operation.client(client), NotConnectedException) << operation.name;
+    EXPECT_NO_THROW(client.disconnect());
+    EXPECT_EQ(localConnections, 0);
+}
+
+TEST_F(ClientConnection, WithoutAFactoryOrAConnectionFromItConnectingFailsClearly) {
+    CIMClientConnector::setLocal(nullptr);
+    CIMClientConnector::setRemote(nullptr);
+    CIMClient client;
+    EXPECT_EQ(messageOf([&] { client.connectLocal(); }),
+              "CIMClient::connectLocal: no local connection factory is registered");
+    EXPECT_EQ(messageOf([&] { client.connect("array1", 5988, "alice", "secret"); }),
+              "CIMClient::connect to array1:5988: no remote connection factory is registered");
+    CIMClientConnector::setLocal([] { return std::unique_ptr<CIMClientBackend>(); });
+    EXPECT_EQ(messageOf([&] { client.connectLocal(); }),
+              "CIMClient::connectLocal: the connection factory returned no connection");
+    CIMClientConnector::setLocal(
+        []() -> std::unique_ptr<CIMClientBackend> { throw CannotConnectException("refused"); });
+    EXPECT_EQ(messageOf([&] { client.connectLocal(); }), "refused");
+    EXPECT_THROW(client.enumerateClassNames(ns), NotConnectedException);
+
+    recordLocalConnections();
+    client.connectLocal();
+    EXPECT_EQ(client.enumerateInstanceNames(ns, "KSV_TestGadget").size(), 2u);
+}
+
+TEST_F(ClientConnection, OneConnectionAtATimeWithTheTimeoutLastSet) {
+    {
+        CIMClient client;
+        EXPECT_EQ(client.getTimeout(), 20000u);
+        client.connectLocal();
+        // A second connect is refused and keeps the first connection.
+        EXPECT_THROW(client.connectLocal(), AlreadyConnectedException);
+        EXPECT_THROW(client.connect("array1", 5988, "alice", "secret"), AlreadyConnectedException);
+        EXPECT_EQ(client.enumerateInstanceNames(ns, "KSV_TestGadget").size(), 2u);
+        client.setTimeout(45000);
+        client.disconnect();
+        EXPECT_THROW(client.getInstance(ns, devicePath("dev-0")), NotConnectedException);
+        client.disconnect();
+        // The timeout set while unconnected reaches the next connection.
+        client.setTimeout(3000);
+        client.connectLocal();
+        EXPECT_EQ(client.getTimeout(), 3000u);
+    }
+    // Destroying the client closed its connection.
+    EXPECT_EQ(localConnections, 2);
+    EXPECT_EQ(record, (Lines{"setTimeout 20000", "setTimeout 45000", "disconnect",
+                             "setTimeout 3000", "disconnect"}));
+}
+
+TEST_F(ClientConnection, AFailingCloseStillDisconnects) {
+    struct FailingClose : RecordingConnection {
+        using RecordingConnection::RecordingConnection;
+        void disconnect() override {
+            RecordingConnection::disconnect();
+            throw CIMException(CIM_ERR_FAILED, "");
+        }
+    };
+    CIMClientConnector::setLocal([this] { return std::make_unique<FailingClose>(record, mutex); });
+    CIMClient client;
+    client.connectLocal();
+    EXPECT_THROW(client.disconnect(), CIMException);
+    EXPECT_THROW(client.enumerateClassNames(ns), NotConnectedException);
+    EXPECT_EQ(record, (Lines{"setTimeout 20000", "disconnect"}));
+}
+
+TEST_F(ClientConnection, AFactoryMayReplaceItselfWhileConnecting) {
+    CIMClientConnector::setLocal([this] {
+        CIMClientConnector::setLocal(nullptr);
+        return std::make_unique<RecordingConnection>(record, mutex);
+    });
+    CIMClient first;
+    first.connectLocal();
+    CIMClient second;
+    EXPECT_THROW(second.connectLocal(), CannotConnectException);
+}
+
+TEST_F(ClientConnection, ConnectPassesServerAndCredentialsAndAnEmptyHostWithAPortIsLocal) {
+    CIMClientConnector::setRemote(
+        [this](const String& host, Uint32 port, const String& user, const String& password) {
+            std::lock_guard<std::mutex> lock(mutex);
+            record.push_back("connect " + mof::utf8(host) + " " + std::to_string(port) + " " +
+                             mof::utf8(user) + " " + mof::utf8(password));
+            return std::make_unique<RecordingConnection>(record, mutex);
+        });
+    const std::pair<const char*, Uint32> servers[] = {{"array1", 5989}, {"", 5988}, {"", 0}};
+    for (const auto& [host, port] : servers) {
+        CIMClient client;
+        client.connect(host, port, "alice", "secret");
+    }
+    EXPECT_EQ(localConnections, 0);
+    EXPECT_EQ(record,
+              (Lines{"connect array1 5989 alice secret", "setTimeout 20000", "disconnect",
+                     "connect localhost 5988 alice secret", "setTimeout 20000", "disconnect",
+                     "connect  0 alice secret", "setTimeout 20000", "disconnect"}));
 }
 
 } // namespace
