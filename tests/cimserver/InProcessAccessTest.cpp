@@ -139,25 +139,33 @@ const std::vector<Operation>& operations() {
         {"associators",
          [](CIMClient& c) {
              return shown(c.associators(ns, devicePath("dev-1"), "KSV_TestLink", "KSV_TestGadget",
-                                        "Owner", "Member", true, false, kWeightAndName));
+                                        "Owner", "Member", true, false, kWeightAndName)) +
+                    shown(
+                        c.associators(ns, devicePath("dev-1"), CIMName(), CIMName(), "", "Owner"));
          },
          [](H& h, const C& x) {
              return shown(h.associators(x, ns, devicePath("dev-1"), "KSV_TestLink",
                                         "KSV_TestGadget", "Owner", "Member", true, false,
-                                        kWeightAndName));
+                                        kWeightAndName)) +
+                    shown(h.associators(x, ns, devicePath("dev-1"), CIMName(), CIMName(), "",
+                                        "Owner", false, false, CIMPropertyList()));
          }},
-        // Each role once matching the object's end, once not.
+        // Each role once matching its end, once not.
         {"associatorNames",
          [](CIMClient& c) {
              return shown(c.associatorNames(ns, gadgetPath("g-0"), "KSV_TestLink", CIMName(),
-                                            "Member")) +
-                    shown(c.associatorNames(ns, gadgetPath("g-0"), CIMName(), CIMName(), "Owner"));
+                                            "Member", "Owner")) +
+                    shown(c.associatorNames(ns, gadgetPath("g-0"), CIMName(), CIMName(), "Owner")) +
+                    shown(c.associatorNames(ns, gadgetPath("g-0"), CIMName(), CIMName(), "",
+                                            "Member"));
          },
          [](H& h, const C& x) {
              return shown(h.associatorNames(x, ns, gadgetPath("g-0"), "KSV_TestLink", CIMName(),
-                                            "Member", String())) +
+                                            "Member", "Owner")) +
                     shown(h.associatorNames(x, ns, gadgetPath("g-0"), CIMName(), CIMName(), "Owner",
-                                            String()));
+                                            String())) +
+                    shown(h.associatorNames(x, ns, gadgetPath("g-0"), CIMName(), CIMName(), "",
+                                            "Member"));
          }},
         {"references",
          [](CIMClient& c) {

@@ -292,21 +292,21 @@ private:
 class LinkProvider : public Provider, public CIMAssociationProvider {
 public:
     void associators(const OperationContext& context, const CIMObjectPath& objectName,
-                     const CIMName&, const CIMName&, const String& role, const String&,
+                     const CIMName&, const CIMName&, const String& role, const String& resultRole,
                      const Boolean, const Boolean, const CIMPropertyList&,
                      ObjectResponseHandler& handler) override {
         enter();
-        for (const CIMObjectPath& far : farEnds(context, objectName, role))
+        for (const CIMObjectPath& far : farEnds(context, objectName, role, resultRole))
             handler.deliver(CIMObject(_cimom.getInstance(context, kNamespace, far, false, false,
                                                          false, CIMPropertyList())));
         handler.complete();
     }
 
     void associatorNames(const OperationContext& context, const CIMObjectPath& objectName,
-                         const CIMName&, const CIMName&, const String& role, const String&,
-                         ObjectPathResponseHandler& handler) override {
+                         const CIMName&, const CIMName&, const String& role,
+                         const String& resultRole, ObjectPathResponseHandler& handler) override {
         enter();
-        for (const CIMObjectPath& far : farEnds(context, objectName, role))
+        for (const CIMObjectPath& far : farEnds(context, objectName, role, resultRole))
             handler.deliver(far);
         handler.complete();
     }
@@ -360,11 +360,13 @@ private:
         return result;
     }
 
-    // Only Role narrows the links; ResultRole is accepted and ignored.
     std::vector<CIMObjectPath> farEnds(const OperationContext& context,
-                                       const CIMObjectPath& objectName, const String& role) {
+                                       const CIMObjectPath& objectName, const String& role,
+                                       const String& resultRole) {
         const char* farEnd = objectName.getClassName().equal(kDevice) ? "Member" : "Owner";
         std::vector<CIMObjectPath> result;
+        if (resultRole.size() != 0 && !String::equalNoCase(resultRole, farEnd))
+            return result;
         for (const CIMInstance& link : links(context, objectName, role)) {
             CIMObjectPath far;
             link.getProperty(link.findProperty(farEnd)).getValue().get(far);
