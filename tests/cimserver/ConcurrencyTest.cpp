@@ -167,6 +167,9 @@ TEST(ConcurrencyTest, ClientsConnectWhileTheFactoriesChange) {
         ++opened;
         return std::make_unique<Counted>(closed);
     };
+    // The running server registers its own local factory, which the counts do not see: clients
+    // that start before the swapper's first turn must find none.
+    CIMClientConnector::setLocal(nullptr);
     std::atomic<bool> done{false};
     std::thread swapper([&] {
         while (!done) {
