@@ -107,7 +107,7 @@ public:
         which spares copying every member handle of, say, a class's properties.
     */
     void appendAllOf(const CIMMemberList& other) {
-        if (size() == 0 && other._sequenceShareable()) {
+        if (size() == 0 && other.shareable()) {
             _members = other._members;
             return;
         }
@@ -196,6 +196,17 @@ public:
         return true;
     }
 
+    /** True when no handle outside the lists refers to a member. */
+    bool shareable() const {
+        if (!_members)
+            return true;
+        for (const Member& member : _members->items) {
+            if (!_onlyInLists(member))
+                return false;
+        }
+        return true;
+    }
+
 private:
     // The sequence, shared by the lists copied from one another until one changes. Each
     // sequence counts once among the owners of its members.
@@ -215,15 +226,6 @@ private:
 
     static bool _onlyInLists(const Member& member) {
         return member._rep.use_count() == long(member._rep->owners.count());
-    }
-    bool _sequenceShareable() const {
-        if (!_members)
-            return true;
-        for (const Member& member : _members->items) {
-            if (!_onlyInLists(member))
-                return false;
-        }
-        return true;
     }
     const std::vector<Member>& _items() const {
         static const std::vector<Member> none;
@@ -267,20 +269,58 @@ public:
     CIMOwnerCount owners;
 };
 
-class CIMPropertyRep {
+/**
+    What a property declares beyond its name and value. The properties an
+    instance copies from its class share the class's declarations, so that
+    giving the copy a value copies no more than the name and the value.
+*/
+class CIMPropertyDecl {
 public:
-    CIMPropertyRep(const CIMName& name_, const CIMValue& value_, Uint32 arraySize_,
-                   const CIMName& referenceClassName_, const CIMName& classOrigin_,
-                   Boolean propagated_);
+    CIMPropertyDecl(Uint32 arraySize_, const CIMName& referenceClassName_,
+                    const CIMName& classOrigin_, Boolean propagated_);
+    CIMPropertyDecl(const CIMPropertyDecl& other);
+    CIMPropertyDecl& operator=(const CIMPropertyDecl&) = delete;
 
-    CIMName name;
-    CIMValue value;
+    /** Whether a qualifier may have been handed out for changing, or added with a handle kept. */
+    void lendQualifiers() { _lent.store(true, std::memory_order_relaxed); }
+    /**
+        True when no handle outside the lists can change a qualifier, so that another
+        property may share this declaration.
+    */
+    bool shareable() const;
+
     Uint32 arraySize;
     CIMName referenceClassName;
     CIMName classOrigin;
     Boolean propagated;
     CIMMemberList<CIMQualifier> qualifiers{"qualifier"};
+
+private:
+    // Set while some handle outside the qualifier list may refer to a qualifier.
+    mutable std::atomic<bool> _lent{false};
+};
+
+class CIMPropertyRep {
+public:
+    CIMPropertyRep(const CIMName& name_, const CIMValue& value_, Uint32 arraySize_,
+                   const CIMName& referenceClassName_, const CIMName& classOrigin_,
+                   Boolean propagated_);
+    /** A clone: the declaration is shared until either property changes it. */
+    CIMPropertyRep(const CIMPropertyRep& other);
+    CIMPropertyRep& operator=(const CIMPropertyRep&) = delete;
+
+    const CIMPropertyDecl& decl() const { return *_decl; }
+    /** The declaration of this property alone, for changing it. */
+    CIMPropertyDecl& ownDecl();
+    /** The qualifiers, for changing them or handing out a qualifier that may be changed. */
+    CIMMemberList<CIMQualifier>& lendQualifiers();
+
+    CIMName name;
+    CIMValue value;
     CIMOwnerCount owners;
+
+private:
+    std::shared_ptr<CIMPropertyDecl> _decl;
 };
 
 class CIMParameterRep {

@@ -71,11 +71,11 @@ void CIMObjectRep::instanceFilter(Boolean includeQualifiers, Boolean includeClas
         const bool dropOrigin = !includeClassOrigin && !shown.getClassOrigin().isNull();
         const bool dropQualifiers = !includeQualifiers && shown.getQualifierCount() != 0;
         if (dropOrigin || dropQualifiers) {
-            CIMPropertyRep& property = properties.repAt(i);
+            CIMPropertyDecl& decl = properties.repAt(i).ownDecl();
             if (dropOrigin)
-                property.classOrigin = CIMName();
+                decl.classOrigin = CIMName();
             if (dropQualifiers)
-                property.qualifiers.clear();
+                decl.qualifiers.clear();
         }
         i++;
     }

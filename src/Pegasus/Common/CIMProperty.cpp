@@ -22,11 +22,15 @@ void checkReferenceClass(const CIMValue& value, const CIMName& referenceClassNam
         throw TypeMismatchException();
 }
 
-bool identicalProperties(const CIMPropertyRep& x, const CIMPropertyRep& y) {
-    return &x == &y || (x.name.equal(y.name) && x.value == y.value &&
-                        x.referenceClassName.equal(y.referenceClassName) &&
+bool identicalDecls(const CIMPropertyDecl& x, const CIMPropertyDecl& y) {
+    return &x == &y || (x.referenceClassName.equal(y.referenceClassName) &&
                         x.qualifiers.identical(y.qualifiers) &&
                         x.classOrigin.equal(y.classOrigin) && x.propagated == y.propagated);
+}
+
+bool identicalProperties(const CIMPropertyRep& x, const CIMPropertyRep& y) {
+    return &x == &y ||
+           (x.name.equal(y.name) && x.value == y.value && identicalDecls(x.decl(), y.decl()));
 }
 
 std::shared_ptr<CIMPropertyRep> cloneOf(const std::shared_ptr<CIMPropertyRep>& rep) {
@@ -35,14 +39,52 @@ std::shared_ptr<CIMPropertyRep> cloneOf(const std::shared_ptr<CIMPropertyRep>& r
 
 } // namespace
 
+CIMPropertyDecl::CIMPropertyDecl(Uint32 arraySize_, const CIMName& referenceClassName_,
+                                 const CIMName& classOrigin_, Boolean propagated_)
+    : arraySize(arraySize_), referenceClassName(referenceClassName_), classOrigin(classOrigin_),
+      propagated(propagated_) {}
+
+// The copy's qualifiers are its own, so nothing outside can reach them yet.
+CIMPropertyDecl::CIMPropertyDecl(const CIMPropertyDecl& other)
+    : arraySize(other.arraySize), referenceClassName(other.referenceClassName),
+      classOrigin(other.classOrigin), propagated(other.propagated), qualifiers(other.qualifiers) {}
+
+bool CIMPropertyDecl::shareable() const {
+    if (!_lent.load(std::memory_order_relaxed))
+        return true;
+    // Handles lent earlier may all be gone: then the scan need not be repeated.
+    if (!qualifiers.shareable())
+        return false;
+    _lent.store(false, std::memory_order_relaxed);
+    return true;
+}
+
 CIMPropertyRep::CIMPropertyRep(const CIMName& name_, const CIMValue& value_, Uint32 arraySize_,
                                const CIMName& referenceClassName_, const CIMName& classOrigin_,
                                Boolean propagated_)
-    : name(checkedName(name_)), value(value_), arraySize(arraySize_),
-      referenceClassName(referenceClassName_), classOrigin(classOrigin_), propagated(propagated_) {
-    checkArraySize(value, arraySize);
+    : name(checkedName(name_)), value(value_),
+      _decl(std::make_shared<CIMPropertyDecl>(arraySize_, referenceClassName_, classOrigin_,
+                                              propagated_)) {
+    checkArraySize(value, arraySize_);
     checkNotReferenceArray(value);
-    checkReferenceClass(value, referenceClassName);
+    checkReferenceClass(value, referenceClassName_);
+}
+
+CIMPropertyRep::CIMPropertyRep(const CIMPropertyRep& other)
+    : name(other.name), value(other.value),
+      _decl(other._decl->shareable() ? other._decl
+                                     : std::make_shared<CIMPropertyDecl>(*other._decl)) {}
+
+CIMPropertyDecl& CIMPropertyRep::ownDecl() {
+    if (_decl.use_count() > 1)
+        _decl = std::make_shared<CIMPropertyDecl>(*_decl);
+    return *_decl;
+}
+
+CIMMemberList<CIMQualifier>& CIMPropertyRep::lendQualifiers() {
+    CIMPropertyDecl& own = ownDecl();
+    own.lendQualifiers();
+    return own.qualifiers;
 }
 
 bool isKeyProperty(const CIMConstProperty& property) {
@@ -99,59 +141,60 @@ void CIMProperty::setValue(const CIMValue& value) {
     CIMPropertyRep& rep = checkedRep(_rep);
     if (!value.typeCompatible(rep.value))
         throw TypeMismatchException();
-    if (rep.arraySize != 0 && rep.arraySize != value.getArraySize())
+    const Uint32 arraySize = rep.decl().arraySize;
+    if (arraySize != 0 && arraySize != value.getArraySize())
         throw TypeMismatchException();
     checkNotReferenceArray(value);
     rep.value = value;
 }
 
 Uint32 CIMProperty::getArraySize() const {
-    return checkedRep(_rep).arraySize;
+    return checkedRep(_rep).decl().arraySize;
 }
 
 const CIMName& CIMProperty::getReferenceClassName() const {
-    return checkedRep(_rep).referenceClassName;
+    return checkedRep(_rep).decl().referenceClassName;
 }
 
 const CIMName& CIMProperty::getClassOrigin() const {
-    return checkedRep(_rep).classOrigin;
+    return checkedRep(_rep).decl().classOrigin;
 }
 
 void CIMProperty::setClassOrigin(const CIMName& classOrigin) {
-    checkedRep(_rep).classOrigin = classOrigin;
+    checkedRep(_rep).ownDecl().classOrigin = classOrigin;
 }
 
 Boolean CIMProperty::getPropagated() const {
-    return checkedRep(_rep).propagated;
+    return checkedRep(_rep).decl().propagated;
 }
 
 void CIMProperty::setPropagated(Boolean propagated) {
-    checkedRep(_rep).propagated = propagated;
+    checkedRep(_rep).ownDecl().propagated = propagated;
 }
 
 CIMProperty& CIMProperty::addQualifier(const CIMQualifier& x) {
-    checkedRep(_rep).qualifiers.add(x);
+    checkedRep(_rep).lendQualifiers().add(x);
     return *this;
 }
 
 Uint32 CIMProperty::findQualifier(const CIMName& name) const {
-    return checkedRep(_rep).qualifiers.find(name);
+    return checkedRep(_rep).decl().qualifiers.find(name);
 }
 
 CIMQualifier CIMProperty::getQualifier(Uint32 index) {
-    return checkedRep(_rep).qualifiers.at(index);
+    return checkedRep(_rep).lendQualifiers().at(index);
 }
 
 CIMConstQualifier CIMProperty::getQualifier(Uint32 index) const {
-    return constRep(_rep).qualifiers.at(index);
+    return constRep(_rep).decl().qualifiers.at(index);
 }
 
 void CIMProperty::removeQualifier(Uint32 index) {
-    checkedRep(_rep).qualifiers.remove(index);
+    checkedRep(_rep).ownDecl().qualifiers.remove(index);
 }
 
 Uint32 CIMProperty::getQualifierCount() const {
-    return checkedRep(_rep).qualifiers.size();
+    return checkedRep(_rep).decl().qualifiers.size();
 }
 
 Boolean CIMProperty::identical(const CIMConstProperty& x) const {
@@ -204,31 +247,31 @@ Boolean CIMConstProperty::isArray() const {
 }
 
 Uint32 CIMConstProperty::getArraySize() const {
-    return checkedRep(_rep).arraySize;
+    return checkedRep(_rep).decl().arraySize;
 }
 
 const CIMName& CIMConstProperty::getReferenceClassName() const {
-    return checkedRep(_rep).referenceClassName;
+    return checkedRep(_rep).decl().referenceClassName;
 }
 
 const CIMName& CIMConstProperty::getClassOrigin() const {
-    return checkedRep(_rep).classOrigin;
+    return checkedRep(_rep).decl().classOrigin;
 }
 
 Boolean CIMConstProperty::getPropagated() const {
-    return checkedRep(_rep).propagated;
+    return checkedRep(_rep).decl().propagated;
 }
 
 Uint32 CIMConstProperty::findQualifier(const CIMName& name) const {
-    return checkedRep(_rep).qualifiers.find(name);
+    return checkedRep(_rep).decl().qualifiers.find(name);
 }
 
 CIMConstQualifier CIMConstProperty::getQualifier(Uint32 index) const {
-    return constRep(_rep).qualifiers.at(index);
+    return constRep(_rep).decl().qualifiers.at(index);
 }
 
 Uint32 CIMConstProperty::getQualifierCount() const {
-    return checkedRep(_rep).qualifiers.size();
+    return checkedRep(_rep).decl().qualifiers.size();
 }
 
 Boolean CIMConstProperty::identical(const CIMConstProperty& x) const {

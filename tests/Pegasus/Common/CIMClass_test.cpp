@@ -54,17 +54,26 @@ TEST(CIMClassBuildInstance, InstanceIsIndependentOfTheClass) {
 TEST(CIMClassBuildInstance, ChangesOnEitherSideOfACopyStayThere) {
     CIMClass cimClass = diskClass();
     CIMProperty heldSpeed = cimClass.getProperty(1);
+    CIMQualifier heldUnits = heldSpeed.getQualifier(0);
     CIMInstance disk = cimClass.buildInstance(true, true, CIMPropertyList());
     CIMInstance copy = disk.clone();
     heldSpeed.setValue(CIMValue(Uint64(10000)));
+    heldUnits.setValue(CIMValue(String("rpm")));
     cimClass.getProperty(0).getQualifier(0).setValue(CIMValue(false));
     disk.getProperty(2).setValue(CIMValue(Array<String>(1, String("0:1:2"))));
+    disk.getProperty(2).setClassOrigin(CIMName("KSV_Other"));
+    disk.getProperty(2).addQualifier(CIMQualifier(CIMName("Override"), CIMValue(String("x"))));
 
     for (const CIMInstance& built : {disk, copy}) {
         EXPECT_EQ(built.getProperty(1).getValue(), CIMValue(Uint64(15000)));
+        EXPECT_EQ(built.getProperty(1).getQualifier(0).getValue(), CIMValue(String("RPM")));
         EXPECT_EQ(built.getProperty(0).getQualifier(0).getValue(), CIMValue(true));
     }
     EXPECT_TRUE(copy.getProperty(2).getValue().isNull());
+    for (const CIMConstObject& unchanged : {CIMConstObject(copy), CIMConstObject(cimClass)}) {
+        EXPECT_TRUE(unchanged.getProperty(2).getClassOrigin().isNull());
+        EXPECT_EQ(unchanged.getProperty(2).getQualifierCount(), 0u);
+    }
     EXPECT_EQ(cimClass.getProperty(1).getValue(), CIMValue(Uint64(10000)));
     EXPECT_TRUE(cimClass.getProperty(2).getValue().isNull());
 }
