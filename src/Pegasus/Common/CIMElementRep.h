@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <Pegasus/Common/Config.h>
@@ -123,11 +124,22 @@ public:
         const String& wanted = name.getString();
         const Uint32 length = wanted.size();
         const std::vector<Member>& items = _items();
-        for (size_t i = 0; i < items.size(); i++) {
+        const size_t count = items.size();
+        // Members are mostly looked up in the order they are listed, so the search starts after
+        // the one found last; names are unique, so where it starts does not change the answer.
+        const size_t start = _next.load(std::memory_order_relaxed);
+        size_t i = start;
+        for (size_t looked = 0; looked < count; looked++, i++) {
+            if (i >= count)
+                i = 0;
             // Most names differ in length: that is checked here before a call compares them.
             const String& candidate = items[i]._rep->name.getString();
-            if (candidate.size() == length && String::equalNoCase(candidate, wanted))
+            if (candidate.size() == length && String::equalNoCase(candidate, wanted)) {
+                // Readers of one list on several threads write only when the start moves.
+                if (i + 1 != start)
+                    _next.store(Uint32(i + 1), std::memory_order_relaxed);
                 return Uint32(i);
+            }
         }
         return PEG_NOT_FOUND;
     }
@@ -139,7 +151,7 @@ public:
             Member own = member.clone();
             own._rep->owners.add();
             member._rep->owners.drop();
-            member = own;
+            member._rep = std::move(own._rep);
         }
         return member;
     }
@@ -161,15 +173,6 @@ public:
                                          member.getName().getString() + String("\""));
         }
         _append(member);
-    }
-
-    /** Puts an inherited member in front of the element's own ones. */
-    void insert(Uint32 index, const Member& member) {
-        if (index > size())
-            throw IndexOutOfBoundsException();
-        std::vector<Member>& items = _own();
-        member._rep->owners.add();
-        items.insert(items.begin() + index, member);
     }
 
     void remove(Uint32 index) {
@@ -255,6 +258,8 @@ private:
 
     const char* _kind;
     std::shared_ptr<Members> _members;
+    // Where the next search starts; readers on several threads may move it.
+    mutable std::atomic<Uint32> _next{0};
 };
 
 class CIMQualifierRep {
