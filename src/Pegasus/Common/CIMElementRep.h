@@ -294,6 +294,18 @@ public:
     */
     bool shareable() const;
 
+    /** Another property's reference to this declaration. */
+    CIMPropertyDecl* share() {
+        _refs.fetch_add(1, std::memory_order_relaxed);
+        return this;
+    }
+    /** Ends a reference; the last one frees the declaration. */
+    static void release(CIMPropertyDecl* decl) {
+        if (decl->_refs.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete decl;
+    }
+    bool sharedByOthers() const { return _refs.load(std::memory_order_acquire) > 1; }
+
     Uint32 arraySize;
     CIMName referenceClassName;
     CIMName classOrigin;
@@ -303,6 +315,9 @@ public:
 private:
     // Set while some handle outside the qualifier list may refer to a qualifier.
     mutable std::atomic<bool> _lent{false};
+    // The properties referring to this declaration: a count of its own keeps the reference
+    // in each property at the size of a pointer.
+    std::atomic<Uint32> _refs{1};
 };
 
 class CIMPropertyRep {
@@ -313,6 +328,7 @@ public:
     /** A clone: the declaration is shared until either property changes it. */
     CIMPropertyRep(const CIMPropertyRep& other);
     CIMPropertyRep& operator=(const CIMPropertyRep&) = delete;
+    ~CIMPropertyRep() { CIMPropertyDecl::release(_decl); }
 
     const CIMPropertyDecl& decl() const { return *_decl; }
     /** The declaration of this property alone, for changing it. */
@@ -325,7 +341,7 @@ public:
     CIMOwnerCount owners;
 
 private:
-    std::shared_ptr<CIMPropertyDecl> _decl;
+    CIMPropertyDecl* _decl;
 };
 
 class CIMParameterRep {

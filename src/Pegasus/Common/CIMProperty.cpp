@@ -62,22 +62,23 @@ bool CIMPropertyDecl::shareable() const {
 CIMPropertyRep::CIMPropertyRep(const CIMName& name_, const CIMValue& value_, Uint32 arraySize_,
                                const CIMName& referenceClassName_, const CIMName& classOrigin_,
                                Boolean propagated_)
-    : name(checkedName(name_)), value(value_),
-      _decl(std::make_shared<CIMPropertyDecl>(arraySize_, referenceClassName_, classOrigin_,
-                                              propagated_)) {
+    : name(checkedName(name_)), value(value_), _decl(nullptr) {
     checkArraySize(value, arraySize_);
     checkNotReferenceArray(value);
     checkReferenceClass(value, referenceClassName_);
+    _decl = new CIMPropertyDecl(arraySize_, referenceClassName_, classOrigin_, propagated_);
 }
 
 CIMPropertyRep::CIMPropertyRep(const CIMPropertyRep& other)
     : name(other.name), value(other.value),
-      _decl(other._decl->shareable() ? other._decl
-                                     : std::make_shared<CIMPropertyDecl>(*other._decl)) {}
+      _decl(other._decl->shareable() ? other._decl->share() : new CIMPropertyDecl(*other._decl)) {}
 
 CIMPropertyDecl& CIMPropertyRep::ownDecl() {
-    if (_decl.use_count() > 1)
-        _decl = std::make_shared<CIMPropertyDecl>(*_decl);
+    if (_decl->sharedByOthers()) {
+        CIMPropertyDecl* own = new CIMPropertyDecl(*_decl);
+        CIMPropertyDecl::release(_decl);
+        _decl = own;
+    }
     return *_decl;
 }
 
