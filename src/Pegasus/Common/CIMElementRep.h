@@ -85,6 +85,11 @@ inline const CIMName& checkedName(const CIMName& name) {
     by more than one list is read only: the non-const at() first replaces it
     with a clone of its own. Members that some handle outside the lists
     still refers to are cloned at once, since that handle may change them.
+
+    A list that changes members of a shared sequence, as an instance sets
+    the values of properties shared with its class, keeps only the changed
+    ones and refers to the shared sequence for the others, so that neither
+    a copy nor its end touches the members it leaves alone.
 */
 template <class Member>
 class CIMMemberList {
@@ -113,8 +118,8 @@ public:
             return;
         }
         _reserve(size() + other.size());
-        for (const Member& member : other._items())
-            appendCopyOf(member);
+        for (Uint32 i = 0; i < other.size(); i++)
+            appendCopyOf(other._item(i));
     }
 
     Uint32 size() const { return _members ? Uint32(_members->items.size()) : 0; }
@@ -123,8 +128,7 @@ public:
     Uint32 find(const CIMName& name) const {
         const String& wanted = name.getString();
         const Uint32 length = wanted.size();
-        const std::vector<Member>& items = _items();
-        const size_t count = items.size();
+        const size_t count = size();
         // Members are mostly looked up in the order they are listed, so the search starts after
         // the one found last; names are unique, so where it starts does not change the answer.
         const size_t start = _next.load(std::memory_order_relaxed);
@@ -133,7 +137,7 @@ public:
             if (i >= count)
                 i = 0;
             // Most names differ in length: that is checked here before a call compares them.
-            const String& candidate = items[i]._rep->name.getString();
+            const String& candidate = _item(i)._rep->name.getString();
             if (candidate.size() == length && String::equalNoCase(candidate, wanted)) {
                 // Readers of one list on several threads write only when the start moves.
                 if (i + 1 != start)
@@ -146,8 +150,14 @@ public:
 
     Member& at(Uint32 index) {
         _checkIndex(index);
-        Member& member = _own()[index];
-        if (member._rep->owners.count() > 1) {
+        Members& members = _ownSlots();
+        Member& member = members.items[index];
+        if (!member._rep) {
+            // A member of the shared sequence, which other lists may hold.
+            Member own = members.base->items[index].clone();
+            own._rep->owners.add();
+            member._rep = std::move(own._rep);
+        } else if (member._rep->owners.count() > 1) {
             Member own = member.clone();
             own._rep->owners.add();
             member._rep->owners.drop();
@@ -157,7 +167,7 @@ public:
     }
     const Member& at(Uint32 index) const {
         _checkIndex(index);
-        return _items()[index];
+        return _item(index);
     }
     /** The representation of a member this list alone holds, for changing it in place. */
     auto& repAt(Uint32 index) { return *at(index)._rep; }
@@ -188,12 +198,10 @@ public:
     bool identical(const CIMMemberList& other) const {
         if (_members == other._members)
             return true;
-        const std::vector<Member>& mine = _items();
-        const std::vector<Member>& others = other._items();
-        if (mine.size() != others.size())
+        if (size() != other.size())
             return false;
-        for (size_t i = 0; i < mine.size(); i++) {
-            if (!mine[i].identical(others[i]))
+        for (Uint32 i = 0; i < size(); i++) {
+            if (!_item(i).identical(other._item(i)))
                 return false;
         }
         return true;
@@ -201,10 +209,8 @@ public:
 
     /** True when no handle outside the lists refers to a member. */
     bool shareable() const {
-        if (!_members)
-            return true;
-        for (const Member& member : _members->items) {
-            if (!_onlyInLists(member))
+        for (Uint32 i = 0; i < size(); i++) {
+            if (!_onlyInLists(_item(i)))
                 return false;
         }
         return true;
@@ -212,35 +218,59 @@ public:
 
 private:
     // The sequence, shared by the lists copied from one another until one changes. Each
-    // sequence counts once among the owners of its members.
+    // sequence counts once among the owners of the members it holds itself.
     struct Members {
         Members() = default;
-        Members(const Members& other) : items(other.items) {
-            for (const Member& member : items)
-                member._rep->owners.add();
+        // The members of a base sequence, held for changing: each empty slot stands for the
+        // base's member.
+        explicit Members(std::shared_ptr<const Members> base_)
+            : items(base_->items.size()), base(std::move(base_)) {}
+        // A copy holds every member itself.
+        Members(const Members& other) {
+            items.reserve(other.items.size());
+            for (size_t i = 0; i < other.items.size(); i++) {
+                items.push_back(other.item(i));
+                items.back()._rep->owners.add();
+            }
         }
         Members& operator=(const Members&) = delete;
         ~Members() {
-            for (const Member& member : items)
-                member._rep->owners.drop();
+            for (const Member& member : items) {
+                if (member._rep)
+                    member._rep->owners.drop();
+            }
+        }
+        const Member& item(size_t index) const {
+            const Member& own = items[index];
+            return own._rep ? own : base->items[index];
         }
         std::vector<Member> items;
+        // A sequence that holds all its members itself, or null.
+        std::shared_ptr<const Members> base;
     };
 
     static bool _onlyInLists(const Member& member) {
         return member._rep.use_count() == long(member._rep->owners.count());
     }
-    const std::vector<Member>& _items() const {
-        static const std::vector<Member> none;
-        return _members ? _members->items : none;
-    }
-    // The sequence of this list alone, copied first if another list shares it.
+    const Member& _item(Uint32 index) const { return _members->item(index); }
+    // The sequence of this list alone, holding all its members itself, for adding or removing.
     std::vector<Member>& _own() {
         if (!_members)
             _members = std::make_shared<Members>();
-        else if (_members.use_count() > 1)
+        else if (_members.use_count() > 1 || _members->base)
             _members = std::make_shared<Members>(*_members);
         return _members->items;
+    }
+    // The sequence of this list alone, for changing members in place: a shared sequence that
+    // holds its members itself becomes the base of one that holds only those changed.
+    Members& _ownSlots() {
+        if (!_members)
+            _members = std::make_shared<Members>();
+        else if (_members.use_count() > 1 && !_members->base)
+            _members = std::make_shared<Members>(std::shared_ptr<const Members>(_members));
+        else if (_members.use_count() > 1)
+            _members = std::make_shared<Members>(*_members);
+        return *_members;
     }
     void _reserve(Uint32 capacity) {
         if (capacity > size())

@@ -78,6 +78,24 @@ TEST(CIMClassBuildInstance, ChangesOnEitherSideOfACopyStayThere) {
     EXPECT_TRUE(cimClass.getProperty(2).getValue().isNull());
 }
 
+// Instances built while nothing outside the class refers to its properties share them until set.
+TEST(CIMClassBuildInstance, AHandleTakenFromABuiltInstanceFollowsItsProperty) {
+    CIMClass cimClass = diskClass();
+    CIMInstance disk = cimClass.buildInstance(true, true, CIMPropertyList());
+    CIMInstance other = cimClass.buildInstance(true, true, CIMPropertyList());
+    CIMProperty speed = disk.getProperty(1);
+    other.getProperty(1).setValue(CIMValue(Uint64(7200)));
+    disk.removeProperty(0);
+    speed.setValue(CIMValue(Uint64(10000)));
+    const CIMInstance before = disk.clone();
+    speed.setValue(CIMValue(Uint64(5400)));
+
+    EXPECT_EQ(disk.getProperty(0).getValue(), CIMValue(Uint64(5400)));
+    EXPECT_EQ(before.getProperty(0).getValue(), CIMValue(Uint64(10000)));
+    EXPECT_EQ(other.getProperty(1).getValue(), CIMValue(Uint64(7200)));
+    EXPECT_EQ(cimClass.getProperty(1).getValue(), CIMValue(Uint64(15000)));
+}
+
 TEST(CIMClassKeys, KeyNamesInPropertyOrderOnlyForTrueBooleanKeys) {
     CIMClass cimClass(CIMName("KSV_Pair"));
     cimClass.addProperty(keyProperty("Second", CIMValue(true)));
