@@ -72,6 +72,7 @@ CIMPropertyList listOf(std::initializer_list<const char*> names) {
 }
 const CIMPropertyList kWeightAndName = listOf({"Weight", "Name"});
 const CIMPropertyList kOwner = listOf({"Owner"});
+const CIMPropertyList kAll;
 
 CIMInstance written(const char* color) {
     CIMInstance device("KSV_TestDevice");
@@ -89,185 +90,113 @@ Array<CIMParamValue> resetParameters() {
     return in;
 }
 
-// One operation, its arguments away from their defaults, through a client and through a handle;
-// run in order, so that the writes at the end leave the devices as they were.
-struct Operation {
-    const char* name;
-    std::function<std::string(CIMClient&)> client;
-    std::function<std::string(CIMOMHandle&, const OperationContext&)> handle;
+// A CIMOMHandle behind CIMClient's names, so that each operation below is written once.
+struct ThroughHandle {
+    CIMOMHandle& handle;
+    const OperationContext& context;
+#define KSV_FORWARD(method)                                                                        \
+    template <class... A>                                                                          \
+    auto method(A&&... arguments) {                                                                \
+        return handle.method(context, std::forward<A>(arguments)...);                              \
+    }
+    KSV_FORWARD(getClass)
+    KSV_FORWARD(enumerateClasses)
+    KSV_FORWARD(enumerateClassNames)
+    KSV_FORWARD(getInstance)
+    KSV_FORWARD(enumerateInstances)
+    KSV_FORWARD(enumerateInstanceNames)
+    KSV_FORWARD(associators)
+    KSV_FORWARD(associatorNames)
+    KSV_FORWARD(references)
+    KSV_FORWARD(referenceNames)
+    KSV_FORWARD(invokeMethod)
+    KSV_FORWARD(createInstance)
+    KSV_FORWARD(modifyInstance)
+    KSV_FORWARD(setProperty)
+    KSV_FORWARD(getProperty)
+    KSV_FORWARD(deleteInstance)
+#undef KSV_FORWARD
 };
 
-const std::vector<Operation>& operations() {
-    using H = CIMOMHandle;
-    using C = OperationContext;
-    static const std::vector<Operation> all = {
+using Operation = std::pair<const char*, std::function<std::string()>>;
+
+// Every operation, its arguments away from their defaults, on one access path; run in order, so
+// that the writes at the end leave the devices as they were.
+template <class Access>
+std::vector<Operation> operationsOn(Access& a) {
+    return {
         {"getClass",
-         [](CIMClient& c) {
-             return shown(c.getClass(ns, "KSV_TestDevice", true, false, true, CIMPropertyList()));
-         },
-         [](H& h, const C& x) {
-             return shown(
-                 h.getClass(x, ns, "KSV_TestDevice", true, false, true, CIMPropertyList()));
-         }},
+         [&a] { return shown(a.getClass(ns, "KSV_TestDevice", true, false, true, kAll)); }},
         {"enumerateClasses",
-         [](CIMClient& c) { return shown(c.enumerateClasses(ns, "KSV_TestElement", true, false)); },
-         [](H& h, const C& x) {
-             return shown(h.enumerateClasses(x, ns, "KSV_TestElement", true, false, true, false));
+         [&a] {
+             return shown(a.enumerateClasses(ns, "KSV_TestElement", true, false, true, false));
          }},
-        {"enumerateClassNames",
-         [](CIMClient& c) { return shown(c.enumerateClassNames(ns, CIMName(), true)); },
-         [](H& h, const C& x) { return shown(h.enumerateClassNames(x, ns, CIMName(), true)); }},
+        {"enumerateClassNames", [&a] { return shown(a.enumerateClassNames(ns, CIMName(), true)); }},
         {"getInstance",
-         [](CIMClient& c) {
-             return shown(c.getInstance(ns, gadgetPath("g-0"), false, true, false, kWeightAndName));
-         },
-         [](H& h, const C& x) {
-             return shown(
-                 h.getInstance(x, ns, gadgetPath("g-0"), false, true, false, kWeightAndName));
+         [&a] {
+             return shown(a.getInstance(ns, gadgetPath("g-0"), false, true, false, kWeightAndName));
          }},
         {"enumerateInstances",
-         [](CIMClient& c) {
-             return shown(c.enumerateInstances(ns, "KSV_TestElement", false, false, false, true));
-         },
-         [](H& h, const C& x) {
-             return shown(h.enumerateInstances(x, ns, "KSV_TestElement", false, false, false, true,
-                                               CIMPropertyList()));
+         [&a] {
+             return shown(
+                 a.enumerateInstances(ns, "KSV_TestElement", false, false, false, true, kAll));
          }},
         {"enumerateInstanceNames",
-         [](CIMClient& c) { return shown(c.enumerateInstanceNames(ns, "KSV_TestGadget")); },
-         [](H& h, const C& x) { return shown(h.enumerateInstanceNames(x, ns, "KSV_TestGadget")); }},
+         [&a] { return shown(a.enumerateInstanceNames(ns, "KSV_TestGadget")); }},
         {"associators",
-         [](CIMClient& c) {
-             return shown(c.associators(ns, devicePath("dev-1"), "KSV_TestLink", "KSV_TestGadget",
+         [&a] {
+             return shown(a.associators(ns, devicePath("dev-1"), "KSV_TestLink", "KSV_TestGadget",
                                         "Owner", "Member", true, false, kWeightAndName)) +
-                    shown(
-                        c.associators(ns, devicePath("dev-1"), CIMName(), CIMName(), "", "Owner"));
-         },
-         [](H& h, const C& x) {
-             return shown(h.associators(x, ns, devicePath("dev-1"), "KSV_TestLink",
-                                        "KSV_TestGadget", "Owner", "Member", true, false,
-                                        kWeightAndName)) +
-                    shown(h.associators(x, ns, devicePath("dev-1"), CIMName(), CIMName(), "",
-                                        "Owner", false, false, CIMPropertyList()));
+                    shown(a.associators(ns, devicePath("dev-1"), CIMName(), CIMName(), "", "Owner",
+                                        false, false, kAll));
          }},
         // Each role once matching its end, once not.
         {"associatorNames",
-         [](CIMClient& c) {
-             return shown(c.associatorNames(ns, gadgetPath("g-0"), "KSV_TestLink", CIMName(),
+         [&a] {
+             return shown(a.associatorNames(ns, gadgetPath("g-0"), "KSV_TestLink", CIMName(),
                                             "Member", "Owner")) +
-                    shown(c.associatorNames(ns, gadgetPath("g-0"), CIMName(), CIMName(), "Owner")) +
-                    shown(c.associatorNames(ns, gadgetPath("g-0"), CIMName(), CIMName(), "",
-                                            "Member"));
-         },
-         [](H& h, const C& x) {
-             return shown(h.associatorNames(x, ns, gadgetPath("g-0"), "KSV_TestLink", CIMName(),
-                                            "Member", "Owner")) +
-                    shown(h.associatorNames(x, ns, gadgetPath("g-0"), CIMName(), CIMName(), "Owner",
-                                            String())) +
-                    shown(h.associatorNames(x, ns, gadgetPath("g-0"), CIMName(), CIMName(), "",
+                    shown(a.associatorNames(ns, gadgetPath("g-0"), CIMName(), CIMName(), "Owner",
+                                            "")) +
+                    shown(a.associatorNames(ns, gadgetPath("g-0"), CIMName(), CIMName(), "",
                                             "Member"));
          }},
         {"references",
-         [](CIMClient& c) {
-             return shown(c.references(ns, devicePath("dev-1"), "KSV_TestLink", "Owner", false,
+         [&a] {
+             return shown(a.references(ns, devicePath("dev-1"), "KSV_TestLink", "Owner", false,
                                        true, kOwner)) +
-                    shown(c.references(ns, devicePath("dev-1"), CIMName(), "Member"));
-         },
-         [](H& h, const C& x) {
-             return shown(h.references(x, ns, devicePath("dev-1"), "KSV_TestLink", "Owner", false,
-                                       true, kOwner)) +
-                    shown(h.references(x, ns, devicePath("dev-1"), CIMName(), "Member", false,
-                                       false, CIMPropertyList()));
+                    shown(a.references(ns, devicePath("dev-1"), CIMName(), "Member", false, false,
+                                       kAll));
          }},
         {"referenceNames",
-         [](CIMClient& c) {
-             return shown(c.referenceNames(ns, gadgetPath("g-1"), "KSV_TestLink", "Member")) +
-                    shown(c.referenceNames(ns, gadgetPath("g-1"), CIMName(), "Owner"));
-         },
-         [](H& h, const C& x) {
-             return shown(h.referenceNames(x, ns, gadgetPath("g-1"), "KSV_TestLink", "Member")) +
-                    shown(h.referenceNames(x, ns, gadgetPath("g-1"), CIMName(), "Owner"));
+         [&a] {
+             return shown(a.referenceNames(ns, gadgetPath("g-1"), "KSV_TestLink", "Member")) +
+                    shown(a.referenceNames(ns, gadgetPath("g-1"), CIMName(), "Owner"));
          }},
         {"invokeMethod",
-         [](CIMClient& c) {
+         [&a] {
              Array<CIMParamValue> out;
              const std::string result =
-                 shown(c.invokeMethod(ns, devicePath("dev-0"), "Reset", resetParameters(), out));
-             return result + shown(out);
-         },
-         [](H& h, const C& x) {
-             Array<CIMParamValue> out;
-             const std::string result =
-                 shown(h.invokeMethod(x, ns, devicePath("dev-0"), "Reset", resetParameters(), out));
+                 shown(a.invokeMethod(ns, devicePath("dev-0"), "Reset", resetParameters(), out));
              return result + shown(out);
          }},
-        // The client's defaults are OpenPegasus's.
-        {"getClass", [](CIMClient& c) { return shown(c.getClass(ns, "KSV_TestGadget")); },
-         [](H& h, const C& x) {
-             return shown(
-                 h.getClass(x, ns, "KSV_TestGadget", true, true, false, CIMPropertyList()));
-         }},
-        {"enumerateClasses", [](CIMClient& c) { return shown(c.enumerateClasses(ns)); },
-         [](H& h, const C& x) {
-             return shown(h.enumerateClasses(x, ns, CIMName(), false, true, true, false));
-         }},
-        {"enumerateClassNames", [](CIMClient& c) { return shown(c.enumerateClassNames(ns)); },
-         [](H& h, const C& x) { return shown(h.enumerateClassNames(x, ns, CIMName(), false)); }},
-        {"getInstance", [](CIMClient& c) { return shown(c.getInstance(ns, gadgetPath("g-1"))); },
-         [](H& h, const C& x) {
-             return shown(
-                 h.getInstance(x, ns, gadgetPath("g-1"), true, false, false, CIMPropertyList()));
-         }},
-        {"enumerateInstances",
-         [](CIMClient& c) { return shown(c.enumerateInstances(ns, "KSV_TestElement")); },
-         [](H& h, const C& x) {
-             return shown(h.enumerateInstances(x, ns, "KSV_TestElement", true, true, false, false,
-                                               CIMPropertyList()));
-         }},
-        {"associators", [](CIMClient& c) { return shown(c.associators(ns, devicePath("dev-0"))); },
-         [](H& h, const C& x) {
-             return shown(h.associators(x, ns, devicePath("dev-0"), CIMName(), CIMName(), String(),
-                                        String(), false, false, CIMPropertyList()));
-         }},
-        {"references", [](CIMClient& c) { return shown(c.references(ns, gadgetPath("g-0"))); },
-         [](H& h, const C& x) {
-             return shown(h.references(x, ns, gadgetPath("g-0"), CIMName(), String(), false, false,
-                                       CIMPropertyList()));
-         }},
-        {"createInstance", [](CIMClient& c) { return shown(c.createInstance(ns, written("red"))); },
-         [](H& h, const C& x) { return shown(h.createInstance(x, ns, written("red"))); }},
+        {"createInstance", [&a] { return shown(a.createInstance(ns, written("red"))); }},
         {"modifyInstance",
-         [](CIMClient& c) {
-             c.modifyInstance(ns, written("green"));
-             c.modifyInstance(ns, written("red"), false, CIMPropertyList(Array<CIMName>()));
-             return shown(c.getInstance(ns, devicePath("dev-w")));
-         },
-         [](H& h, const C& x) {
-             h.modifyInstance(x, ns, written("green"), true, CIMPropertyList());
-             h.modifyInstance(x, ns, written("red"), false, CIMPropertyList(Array<CIMName>()));
-             return shown(
-                 h.getInstance(x, ns, devicePath("dev-w"), true, false, false, CIMPropertyList()));
+         [&a] {
+             a.modifyInstance(ns, written("green"), true, CIMPropertyList());
+             a.modifyInstance(ns, written("red"), false, CIMPropertyList(Array<CIMName>()));
+             return shown(a.getInstance(ns, devicePath("dev-w"), true, false, false, kAll));
          }},
         {"setProperty",
-         [](CIMClient& c) {
-             c.setProperty(ns, devicePath("dev-w"), "Size", CIMValue(Uint32(7)));
-             return shown(c.getProperty(ns, devicePath("dev-w"), "Size"));
-         },
-         [](H& h, const C& x) {
-             h.setProperty(x, ns, devicePath("dev-w"), "Size", CIMValue(Uint32(7)));
-             return shown(h.getProperty(x, ns, devicePath("dev-w"), "Size"));
+         [&a] {
+             a.setProperty(ns, devicePath("dev-w"), "Size", CIMValue(Uint32(7)));
+             return shown(a.getProperty(ns, devicePath("dev-w"), "Size"));
          }},
         {"deleteInstance",
-         [](CIMClient& c) {
-             c.deleteInstance(ns, devicePath("dev-w"));
-             return shown(c.enumerateInstanceNames(ns, "KSV_TestDevice"));
-         },
-         [](H& h, const C& x) {
-             h.deleteInstance(x, ns, devicePath("dev-w"));
-             return shown(h.enumerateInstanceNames(x, ns, "KSV_TestDevice"));
+         [&a] {
+             a.deleteInstance(ns, devicePath("dev-w"));
+             return shown(a.enumerateInstanceNames(ns, "KSV_TestDevice"));
          }},
     };
-    return all;
 }
 
 std::string failureText(const std::function<void()>& call) {
@@ -276,17 +205,17 @@ std::string failureText(const std::function<void()>& call) {
            mof::utf8(failure.getMessage());
 }
 
-// Each operation's name and answer, every operation run through one path.
-std::vector<std::string> answers(const std::function<std::string(const Operation&)>& through) {
+// Each operation's name and answer.
+std::vector<std::string> answers(const std::vector<Operation>& operations) {
     std::vector<std::string> all;
-    for (const Operation& operation : operations()) {
+    for (const auto& [name, call] : operations) {
         std::string answer;
         try {
-            answer = through(operation);
+            answer = call();
         } catch (const Exception& error) {
             answer = "failed: " + mof::utf8(error.getMessage());
         }
-        all.push_back(std::string(operation.name) + ": " + answer);
+        all.push_back(std::string(name) + ": " + answer);
     }
     return all;
 }
@@ -295,13 +224,42 @@ TEST(InProcessAccess, EveryOperationAnswersAsOverHttp) {
     TestServer server;
     const OperationContext context;
     CIMOMHandle handle;
+    ThroughHandle throughHandle{handle, context};
     CIMClient local;
     local.connectLocal();
     const auto http = server.client();
-    const std::vector<std::string> overHttp =
-        answers([&](const Operation& o) { return o.client(*http); });
-    EXPECT_EQ(answers([&](const Operation& o) { return o.client(local); }), overHttp);
-    EXPECT_EQ(answers([&](const Operation& o) { return o.handle(handle, context); }), overHttp);
+    const std::vector<std::string> overHttp = answers(operationsOn(*http));
+    EXPECT_EQ(answers(operationsOn(local)), overHttp);
+    EXPECT_EQ(answers(operationsOn(throughHandle)), overHttp);
+    // The client's defaults are OpenPegasus's.
+    CIMClient& c = *http;
+    const std::function<std::string()> withDefaults[][2] = {
+        {[&] { return shown(c.getClass(ns, "KSV_TestGadget")); },
+         [&] { return shown(c.getClass(ns, "KSV_TestGadget", true, true, false, kAll)); }},
+        {[&] { return shown(c.enumerateClasses(ns)); },
+         [&] { return shown(c.enumerateClasses(ns, CIMName(), false, true, true, false)); }},
+        {[&] { return shown(c.enumerateClassNames(ns)); },
+         [&] { return shown(c.enumerateClassNames(ns, CIMName(), false)); }},
+        {[&] { return shown(c.getInstance(ns, gadgetPath("g-1"))); },
+         [&] { return shown(c.getInstance(ns, gadgetPath("g-1"), true, false, false, kAll)); }},
+        {[&] { return shown(c.enumerateInstances(ns, "KSV_TestElement")); },
+         [&] {
+             return shown(
+                 c.enumerateInstances(ns, "KSV_TestElement", true, true, false, false, kAll));
+         }},
+        {[&] { return shown(c.associators(ns, devicePath("dev-0"))); },
+         [&] {
+             return shown(c.associators(ns, devicePath("dev-0"), CIMName(), CIMName(), String(),
+                                        String(), false, false, kAll));
+         }},
+        {[&] { return shown(c.references(ns, gadgetPath("g-0"))); },
+         [&] {
+             return shown(
+                 c.references(ns, gadgetPath("g-0"), CIMName(), String(), false, false, kAll));
+         }},
+    };
+    for (const auto& [implicit, spelledOut] : withDefaults)
+        EXPECT_EQ(implicit(), spelledOut());
     // A server that serves instances leaves class changes and queries to the handle's defaults.
     const std::pair<const char*, std::function<void()>> unsupported[] = {
         {"createClass", [&] { handle.createClass(context, ns, CIMClass("KSV_New")); }},
@@ -328,9 +286,10 @@ TEST(InProcessAccess, HandlesReachTheServerRunningWhenTheyWereMade) {
     EXPECT_EQ(assigned.enumerateInstanceNames(context, ns, "KSV_TestDevice").size(), 3u);
     CIMOMHandle detached(nullptr);
     for (CIMOMHandle* unbound : {&early, &detached}) {
-        for (const Operation& operation : operations()) {
-            EXPECT_EQ(failureText([&] { operation.handle(*unbound, context); }),
-                      std::string("CIM_ERR_FAILED: CIMOMHandle::") + operation.name +
+        ThroughHandle throughHandle{*unbound, context};
+        for (const auto& [name, call] : operationsOn(throughHandle)) {
+            EXPECT_EQ(failureText([&] { call(); }),
+                      std::string("CIM_ERR_FAILED: CIMOMHandle::") + name +
                           ": the handle is not attached to a CIM server");
         }
     }
@@ -395,8 +354,8 @@ protected:
 
 TEST_F(ClientConnection, AnUnconnectedClientRefusesEveryOperation) {
     CIMClient client;
-    for (const Operation& operation : operations())
-        EXPECT_THROW(operation.client(client), NotConnectedException) << operation.name;
+    for (const auto& [name, call] : operationsOn(client))
+        EXPECT_THROW(call(), NotConnectedException) << name;
     EXPECT_NO_THROW(client.disconnect());
     EXPECT_EQ(localConnections, 0);
 }
