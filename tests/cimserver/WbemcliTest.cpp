@@ -45,7 +45,7 @@ TEST_F(WbemcliTest, EachOperationGetsAWellFormedAnswer) {
         {"ein", "KSV_TestDevice", "", "KSV_TestDevice.Id=\"dev-2\""},
         {"gi", "KSV_TestDevice.Id=\"dev-1\"", "", "Size=1"},
         {"gp", "KSV_TestDevice.Id=\"dev-1\"", "Color", "grey"},
-        {"ci", dev7, "'Id=\"dev-7\"'", ""},
+        {"ci", dev7, "'Id=\"dev-7\"'", "KSV_TestDevice.Id=\"dev-7\""},
         {"mi", dev7, "'Color=\"red\"'", ""},
         {"gi", dev7, "", "Color=\"red\""},
         {"sp", dev7, "Size=5", ""},
