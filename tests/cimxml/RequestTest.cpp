@@ -42,7 +42,7 @@ const Operation allOperations[] = {
     Operation::InvokeMethod,
 };
 
-TEST(RequestRoundTrip, DefaultsAreLeftOutAndRestored) {
+TEST(RequestRoundTrip, DefaultsAreLeftOutAndRestoredAndOthersKept) {
     for (Operation operation : allOperations) {
         OperationRequest sent = OperationRequest::make(operation, ksvNamespace);
         sent.className = CIMName("KSV_DiskDrive");
@@ -66,6 +66,11 @@ TEST(RequestRoundTrip, DefaultsAreLeftOutAndRestored) {
         EXPECT_EQ(0u, received.role.size() + received.resultRole.size());
         EXPECT_TRUE(received.newValue.isNull());
     }
+    // Instance providers answer alike whatever LocalOnly says, so only here can it be seen kept.
+    OperationRequest notLocal = OperationRequest::make(Operation::GetInstance, ksvNamespace);
+    notLocal.objectName = diskName("D1");
+    notLocal.localOnly = false;
+    EXPECT_FALSE(decodeRequest(encodeRequest(notLocal)).localOnly);
 }
 
 TEST(RequestDecoding, ReadsIntrinsicCallsAsDsp0200DescribesThem) {
