@@ -115,26 +115,9 @@ TEST(ResponseWriter, TakesTheDsp0201FormAndStartsOnlyWhenAskedTo) {
         out);
 }
 
-TEST(ErrorAndMethodResponses, RoundTripThroughTheDecoder) {
-    std::string error;
-    appendErrorResponse(error, "9", "GetInstance", true, CIM_ERR_NOT_FOUND,
-                        "KSV_DiskDrive CIM Object not found.");
-    EXPECT_NE(std::string::npos,
-              error.find("<IMETHODRESPONSE NAME=\"GetInstance\"><ERROR CODE=\"6\" "
-                         "DESCRIPTION=\"KSV_DiskDrive CIM Object not found.\"/>"
-                         "</IMETHODRESPONSE>"));
-    const OperationResponse failed = decodeResponse(error, Operation::GetInstance, "GetInstance");
-    ASSERT_TRUE(failed.error);
-    EXPECT_EQ(CIM_ERR_NOT_FOUND, failed.error->code);
-    EXPECT_TRUE(throwsCim([&] { failed.throwIfError(); }, CIM_ERR_NOT_FOUND,
-                          "KSV_DiskDrive CIM Object not found."));
-
-    std::string methodError;
-    appendErrorResponse(methodError, "10", "Locate", false, CIM_ERR_ACCESS_DENIED,
-                        "Insufficient privilege for the user");
-    EXPECT_EQ(CIM_ERR_ACCESS_DENIED,
-              decodeResponse(methodError, Operation::InvokeMethod, "Locate").error->code);
-
+// Out parameters of every kind and a null result; error responses reach clients in the CIM
+// server's tests and the transport's.
+TEST(MethodResponses, RoundTripThroughTheDecoder) {
     Array<CIMParamValue> out;
     out.append(CIMParamValue("Job", CIMValue(CIMObjectPath("KSV_Job.Id=3"))));
     out.append(CIMParamValue("Progress", CIMValue(Uint16(50))));
