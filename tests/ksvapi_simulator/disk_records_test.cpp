@@ -1,5 +1,5 @@
-// Disk records, DeviceIDs and the magazine locate LED, as read through the library. How each
-// record field reaches a property is the disk providers' suite's to show.
+// DeviceIDs and the magazine locate LED, as read through the library. How each record field
+// reaches a property is the disk providers' suite's to show.
 #include "simulator_test_support.h"
 
 #include <map>
@@ -7,40 +7,7 @@
 namespace ksvsim::testing {
 namespace {
 
-using nlohmann::json;
-
 class DiskRecords : public SimulatorTest {};
-
-class EnclosureBlock : public SimulatorTest, public ::testing::WithParamInterface<int> {};
-
-TEST_P(EnclosureBlock, SitsWhereTheCageTypeSays) {
-    const int cageType = GetParam();
-    const bool hasLed = cageType == 1 || cageType == 2 || cageType == 3 || cageType == 5;
-    const bool hasEsi = cageType >= 3;
-    json model = minimalModel(cageType);
-    json enclosure = {{"locateLit", true}};
-    if (hasLed) {
-        enclosure["ledState"] = 0x0A0B0C0D;
-    }
-    if (hasEsi) {
-        enclosure["esiPresent"] = true;
-        enclosure["esiState"] = 0x77;
-    }
-    model["disks"][0]["enclosure"] = enclosure;
-    loadModel(model);
-    const api_DiskEnclosure_u u = readDisks()[0].u;
-    EXPECT_EQ(u.locate.flags, API_DISK_LOCATE_LIT);
-    if (hasLed) {
-        EXPECT_EQ(u.ledState, 0x0A0B0C0Du);
-    }
-    if (hasEsi) {
-        const api_DiskEsi_t& esi = cageType <= 5 ? u.esiAt4.esi : u.esiAt0;
-        EXPECT_EQ(esi.present, 1);
-        EXPECT_EQ(esi.state, 0x77u);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(CageTypes, EnclosureBlock, ::testing::Range(1, 9));
 
 TEST_F(DiskRecords, MalformedDeviceIdsAreNotParsed) {
     for (const char* text :
@@ -58,30 +25,6 @@ TEST_F(DiskRecords, MalformedDeviceIdsAreNotParsed) {
     EXPECT_EQ(api_extractFromSystemDiskID("5000cca01a2b3c40-id--7", &wwn, &id), API_OK);
     EXPECT_EQ(wwn, 0x5000CCA01A2B3C40u);
     EXPECT_EQ(id, -7);
-}
-
-TEST_F(DiskRecords, DeviceIdListsHoldPresentDisksWithTheirStatus) {
-    api_DiskDeviceIDList_t list{};
-    ASSERT_EQ(getDiskDeviceIDs(API_ALL_DISK_IDS, &list), API_OK);
-    ASSERT_EQ(list.count, 5u);
-    const uint32_t ids[] = {0, 1, 2, 4, 5};
-    const int32_t statuses[] = {5, 5, 10, 5, 25};
-    for (uint32_t i = 0; i < list.count; ++i) {
-        EXPECT_EQ(list.entries[i].diskId, ids[i]);
-        EXPECT_EQ(list.entries[i].status, statuses[i]) << "disk " << ids[i];
-    }
-    EXPECT_STREQ(list.entries[3].deviceID, "5001517A0B1C2D30-id-4");
-    freeDiskDeviceIDs(&list);
-    EXPECT_EQ(list.count, 0u);
-    EXPECT_EQ(list.entries, nullptr);
-
-    ASSERT_EQ(getDiskDeviceIDs(5, &list), API_OK);
-    ASSERT_EQ(list.count, 1u);
-    EXPECT_STREQ(list.entries[0].deviceID, "5000C500A1B2C3D5-id-5");
-    freeDiskDeviceIDs(&list);
-    EXPECT_EQ(getDiskDeviceIDs(3, &list), API_E_NOT_FOUND) << "absent disk";
-    EXPECT_EQ(getDiskDeviceIDs(99, &list), API_E_NOT_FOUND);
-    EXPECT_EQ(list.count, 0u);
 }
 
 // Disk id -> locate LED lit, for every disk of the active model.

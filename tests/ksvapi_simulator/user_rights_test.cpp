@@ -1,40 +1,11 @@
-// System identity and addresses, and the rights of users.
+// The rights of users: who may open the library, which operations and which passwords.
 #include "simulator_test_support.h"
 
-#include <arpa/inet.h>
 #include <pwd.h>
 #include <unistd.h>
 
 namespace ksvsim::testing {
 namespace {
-
-class SystemIdentity : public SimulatorTest {};
-
-TEST_F(SystemIdentity, IdentityAndAddressesOfTheModel) {
-    api_SystemInfo_t info{};
-    ASSERT_EQ(api_getSystemInfo(&info), API_OK);
-    EXPECT_STREQ(info.name, "KSV-S1");
-    EXPECT_STREQ(info.hostName, "ksv-s1.example.net");
-    EXPECT_EQ(info.id, 1100234u);
-    EXPECT_EQ(info.type, 7);
-    EXPECT_EQ(info.isQuadPort, 0);
-    EXPECT_EQ(getNumberOfNodes(), 2);
-    api_DualIP_t addresses{};
-    ASSERT_EQ(api_getSystemDualIP(&addresses), API_OK);
-    EXPECT_EQ(addresses.addrCount, 3u);
-    char text[INET6_ADDRSTRLEN];
-    EXPECT_STREQ(inet_ntop(AF_INET, &addresses.ipv4, text, sizeof text), "192.0.2.10");
-    EXPECT_STREQ(inet_ntop(AF_INET6, &addresses.ipv6, text, sizeof text), "2001:db8::a");
-
-    loadModel(minimalModel());
-    ASSERT_EQ(api_getSystemDualIP(&addresses), API_OK);
-    EXPECT_EQ(addresses.addrCount, 2u) << "no IPv6 address";
-    EXPECT_STREQ(inet_ntop(AF_INET, &addresses.ipv4, text, sizeof text), "192.0.2.1");
-    ASSERT_FALSE(ksvsim::loadModelFile(examplePath("demo-quadport.json")));
-    ASSERT_EQ(api_getSystemInfo(&info), API_OK);
-    EXPECT_EQ(info.isQuadPort, 1);
-    EXPECT_EQ(getNumberOfNodes(), 4);
-}
 
 class UserRights : public SimulatorTest {};
 
