@@ -27,6 +27,18 @@ TEST_F(DiskRecords, MalformedDeviceIdsAreNotParsed) {
     EXPECT_EQ(id, -7);
 }
 
+// One disk's DeviceID, asked for by id: an absent disk has none, as an unknown one has none.
+TEST_F(DiskRecords, DeviceIdOfOneDiskIsFoundOnlyWhilePresent) {
+    api_DiskDeviceIDList_t list{};
+    ASSERT_EQ(getDiskDeviceIDs(5, &list), API_OK);
+    ASSERT_EQ(list.count, 1u);
+    EXPECT_STREQ(list.entries[0].deviceID, "5000C500A1B2C3D5-id-5");
+    freeDiskDeviceIDs(&list);
+    EXPECT_EQ(getDiskDeviceIDs(3, &list), API_E_NOT_FOUND) << "absent disk";
+    EXPECT_EQ(getDiskDeviceIDs(99, &list), API_E_NOT_FOUND);
+    EXPECT_EQ(list.count, 0u);
+}
+
 // Disk id -> locate LED lit, for every disk of the active model.
 std::map<uint32_t, bool> locateStates() {
     std::map<uint32_t, bool> states;
