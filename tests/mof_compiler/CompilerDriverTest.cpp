@@ -71,16 +71,6 @@ TEST(MofCompilerFiles, NamespacePragmasHoldUntilTheEndOfTheirFile) {
     EXPECT_EQ(repository.enumerateNameSpaces().size(), 3u);
 }
 
-TEST(MofCompilerFiles, DefaultNamespaceAndIncludePathsComeFromTheOptions) {
-    MofTree tree;
-    tree.write("library/shared.mof", "class Shared { string K; };\n");
-    std::string user = tree.write("user/user.mof", "#pragma include (\"shared.mof\")\n"
-                                                   "class User : Shared { };\n");
-    MofCompiler compiler(MofCompilerOptions{"root/elsewhere", {tree.path("library")}});
-    compiler.compileFile(user);
-    EXPECT_TRUE(compiler.repository().isSubclassOf("root/elsewhere", "User", "Shared"));
-}
-
 TEST(MofCompilerFiles, ErrorsNameTheFileAndLineWhereTheyArise) {
     MofTree tree;
     tree.write("top.mof", "// top\n#pragma include (\"inner.mof\")\n");
