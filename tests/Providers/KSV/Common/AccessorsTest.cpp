@@ -1,5 +1,5 @@
 // Typed readers and writers, instance skeletons and the class store.
-#include "CommonTestSupport.h"
+#include "ProviderTestSupport.h"
 
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMQualifier.h>
@@ -80,7 +80,7 @@ TEST_F(Readers, PropertyReadersTraceNameAndTheOutputsValue) {
     KSV_Common::getProperty(instance, "Ref", ref);
     KSV_Common::getProperty(instance, "Levels", levels);
     EXPECT_EQ(
-        harness.logTexts(4),
+        logTexts(4),
         (std::vector<std::string>{
             "-->KSV_Common::getProperty(uint8), propertyName = Small\n",
             "<--KSV_Common::getProperty(uint8), value = 7\n",
@@ -129,7 +129,7 @@ TEST_F(Readers, ParameterReadersTraceNameAndValue) {
     KSV_Common::getParameter(parameters({}), "Names", names);
     KSV_Common::getParameter(parameters({CIMParamValue("TheElement", CIMValue(path("X.K=\"v\"")))}),
                              "TheElement", element);
-    EXPECT_EQ(harness.logTexts(4),
+    EXPECT_EQ(logTexts(4),
               (std::vector<std::string>{
                   "-->KSV_Common::getParameter(Uint16), paramName = Size\n",
                   "<--KSV_Common::getParameter(Uint16), paramValue = 5\n",
@@ -144,12 +144,12 @@ TEST_F(Readers, StringPropertyIsEmptyWhenAbsentOrNullAndTextForOtherTypes) {
     EXPECT_EQ(text(KSV_Common::getStringProperty(instance, "Missing")), "");
     EXPECT_EQ(text(KSV_Common::getStringProperty(instance, "NullName")), "");
     EXPECT_EQ(text(KSV_Common::getStringProperty(instance, "Position")), "12");
-    EXPECT_EQ(harness.logTexts(4).at(1), "<--KSV_Common::getStringProperty(), value = disk 7\n");
+    EXPECT_EQ(logTexts(4).at(1), "<--KSV_Common::getStringProperty(), value = disk 7\n");
     // The value reader is traced with the string reader's texts.
     harness.clearLog();
     EXPECT_EQ(KSV_Common::getPropertyValue(instance, "Position"), CIMValue(Uint16(12)));
     EXPECT_TRUE(KSV_Common::getPropertyValue(instance, "Missing").isNull());
-    EXPECT_EQ(harness.logTexts(4).at(1), "<--KSV_Common::getStringProperty()\n");
+    EXPECT_EQ(logTexts(4).at(1), "<--KSV_Common::getStringProperty()\n");
     // A path's key is found without regard to case.
     const CIMObjectPath disk =
         path("//h/root/ksv:KSV_DiskDrive.DeviceID=\"A-id-1\",SystemName=\"S\"");
@@ -161,8 +161,8 @@ TEST_F(Readers, EmptyNameOrUninitializedInstanceIsAnInvalidRequest) {
     EXPECT_EQ(text(KSV_Common::getStringProperty(instance, "")), "");
     EXPECT_EQ(text(KSV_Common::getStringProperty(CIMInstance(), "Name")), "");
     EXPECT_TRUE(KSV_Common::getPropertyValue(instance, "").isNull());
-    EXPECT_EQ(harness.logTexts(3), Strings(3, "\tInvalid property name.\n"));
-    for (const std::string& trace : harness.logTexts(4))
+    EXPECT_EQ(logTexts(3), Strings(3, "\tInvalid property name.\n"));
+    for (const std::string& trace : logTexts(4))
         EXPECT_EQ(trace.find("<--"), std::string::npos) << "no exit line after " << trace;
 }
 
@@ -209,9 +209,8 @@ TEST_F(Readers, SkeletonHoldsEveryPropertyWithDefaultsQualifiersAndOrigins) {
     EXPECT_EQ(built.getQualifierCount(), 1u);
     EXPECT_EQ(text(built.getClassOrigin().getString()), "KSV_Thing");
     EXPECT_TRUE(skeleton.getProperty(skeleton.findProperty("Ports")).getValue().isNull());
-    EXPECT_EQ(harness.logTexts(4),
-              (std::vector<std::string>{"-->KSV_Common::_buildInstanceSkeleton()\n",
-                                        "<--KSV_Common::_buildInstanceSkeleton()\n"}));
+    EXPECT_EQ(logTexts(4), (std::vector<std::string>{"-->KSV_Common::_buildInstanceSkeleton()\n",
+                                                     "<--KSV_Common::_buildInstanceSkeleton()\n"}));
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // The process-wide state behind KSV_Common under requests from several threads at once: the
 // class store of the internal cache service and the cached system addresses.
-#include "CommonTestSupport.h"
+#include "ProviderTestSupport.h"
 
 #include <atomic>
 #include <vector>

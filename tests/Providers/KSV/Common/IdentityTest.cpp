@@ -1,5 +1,5 @@
 // The array's identity through the internal cache and the paths of the system's instances.
-#include "CommonTestSupport.h"
+#include "ProviderTestSupport.h"
 
 namespace ksv::test {
 namespace {
@@ -102,12 +102,12 @@ TEST_F(Identity, LocalClientCallsAreTraced) {
                              KSV_Common::buildInternalCacheObjectPath("localhost", "localhost"),
                              "GetSystemType", Array<CIMParamValue>(), out);
     KSV_Common::enumerateInstanceNames("root/ksv", "KSV_StoragePool");
-    EXPECT_EQ(harness.logTexts(4), (std::vector<std::string>{
-                                       "-->KSV_Common::invokeMethod()\n",
-                                       "<--KSV_Common::invokeMethod()\n",
-                                       "-->KSV_Common::enumerateInstanceNames()\n",
-                                       "<--KSV_Common::enumerateInstanceNames()\n",
-                                   }));
+    EXPECT_EQ(logTexts(4), (std::vector<std::string>{
+                               "-->KSV_Common::invokeMethod()\n",
+                               "<--KSV_Common::invokeMethod()\n",
+                               "-->KSV_Common::enumerateInstanceNames()\n",
+                               "<--KSV_Common::enumerateInstanceNames()\n",
+                           }));
 }
 
 using SystemPaths = HarnessTest;
@@ -116,7 +116,7 @@ TEST_F(SystemPaths, SystemPathCarriesTheSystemsHostAndNamespace) {
     const CIMObjectPath system = KSV_Common::getSystemObjectPath(cimom);
     EXPECT_EQ(text(system.toString()), "//ksv-d7.example.net/root/ksv:KSV_StorageSystem."
                                        "CreationClassName=\"KSV_StorageSystem\",Name=\"KSV-D7\"");
-    const std::vector<std::string> traces = harness.logTexts(4);
+    const std::vector<std::string> traces = logTexts(4);
     EXPECT_EQ(traces.front(), "-->KSV_Common::getSystemObjectPath()\n");
     EXPECT_EQ(traces.back(), "<--KSV_Common::getSystemObjectPath()\n");
 }
@@ -130,7 +130,7 @@ TEST_F(SystemPaths, FailedLocalClientIsLoggedAndRetriedThroughTheServerHandle) {
                                    {Failure::Kind::ForeignError, "no route"});
     EXPECT_EQ(text(KSV_Common::getSystemViewObjectPath(cimom).getClassName().getString()),
               "KSV_StorageSystemView");
-    EXPECT_EQ(harness.logTexts(2),
+    EXPECT_EQ(logTexts(2),
               (std::vector<std::string>{
                   "KSV_Common::getSystemObjectPath: no route. Trying via cimom.\n",
                   "KSV_Common::getSystemViewObjectPath: Unknown exception! Trying via cimom\n"}));
@@ -147,7 +147,7 @@ TEST_F(SystemPaths, WhenBothRoutesFailTheSystemPathThrowsAndTheOthersEndEmpty) {
     harness.server().failOperation(Route::ServerHandle, "enumerateInstanceNames",
                                    {Failure::Kind::ForeignError, "down"});
     EXPECT_EQ(text(KSV_Common::getSystemViewObjectPath(cimom).toString()), "");
-    EXPECT_EQ(harness.logTexts(2),
+    EXPECT_EQ(logTexts(2),
               (Strings{"KSV_Common::getSystemPkgObjectPath: no route. Trying via cimom.\n",
                        "KSV_Common::getSystemPkgObjectPath: down.\n",
                        "cannot get at system pkg object path\n",
@@ -160,7 +160,7 @@ TEST_F(SystemPaths, PackagePathIsFoundWithoutTracesOfItsOwn) {
     EXPECT_EQ(text(KSV_Common::getSystemPkgObjectPath(cimom).toString()),
               "//ksv-d7.example.net/root/ksv:KSV_SystemPackage."
               "CreationClassName=\"KSV_SystemPackage\",Tag=\"KSV-D7\"");
-    for (const std::string& trace : harness.logTexts(4))
+    for (const std::string& trace : logTexts(4))
         EXPECT_EQ(trace.find("getSystemPkgObjectPath"), std::string::npos) << trace;
 }
 
@@ -169,8 +169,8 @@ TEST_F(SystemPaths, MissingSystemYieldsAnEmptyPathAndNoExitTrace) {
         "root/ksv", path("KSV_StorageSystem.CreationClassName=\"KSV_StorageSystem\","
                          "Name=\"KSV-D7\""));
     EXPECT_EQ(text(KSV_Common::getSystemObjectPath(cimom).toString()), "");
-    EXPECT_EQ(harness.logTexts(2), std::vector<std::string>{"cannot get at system object path\n"});
-    EXPECT_EQ(harness.logTexts(4).back(), "<--KSV_Common::enumerateInstanceNames()\n");
+    EXPECT_EQ(logTexts(2), std::vector<std::string>{"cannot get at system object path\n"});
+    EXPECT_EQ(logTexts(4).back(), "<--KSV_Common::enumerateInstanceNames()\n");
 }
 
 } // namespace

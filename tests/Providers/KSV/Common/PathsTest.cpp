@@ -1,5 +1,5 @@
 // Object-path matching, reference checks and filters, and the association builders.
-#include "CommonTestSupport.h"
+#include "ProviderTestSupport.h"
 
 #include <Pegasus/Common/CIMProperty.h>
 
@@ -76,7 +76,7 @@ TEST_F(VerifyRef, ReferenceWithoutNamespaceGetsTheExpectedOne) {
 TEST_F(VerifyRef, WrongNamespaceIsRefusedAndLogged) {
     CIMObjectPath ref = path("root/other:KSV_StorageVolume.DeviceID=\"V\"");
     EXPECT_FALSE(verify(ref));
-    EXPECT_EQ(harness.logTexts(2),
+    EXPECT_EQ(logTexts(2),
               std::vector<std::string>{"The ref param root/other:KSV_StorageVolume.DeviceID=\"V\" "
                                        "contains the wrong name space root/other\n"});
 }
@@ -89,7 +89,7 @@ TEST_F(VerifyRef, HostMustBeThisSystemsByNameOrAddress) {
     EXPECT_FALSE(verifyHost("[2001:db8:100::26]"));
     EXPECT_FALSE(verifyHost("198.51.100.26"));
     EXPECT_FALSE(verifyHost("other.example.net"));
-    EXPECT_EQ(harness.logTexts(2).back(),
+    EXPECT_EQ(logTexts(2).back(),
               "The ref host [other.example.net] does not match for this host!\n");
 }
 

@@ -1,10 +1,8 @@
 // The instance cap, date-time conversions, the random-name guard, identifiers, the system's
 // addresses and the controller-port conversions.
-#include "CommonTestSupport.h"
+#include "ProviderTestSupport.h"
 
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <cstdlib>
@@ -29,39 +27,8 @@ TEST(InstanceThreshold, ComesFromTheAddressSpaceSoftLimitAndIsLogged) {
     EXPECT_EQ(KSV_Common::getInstanceThreshold(110),
               KSV_Common::instanceThresholdFor(limit.rlim_cur, 110));
     const std::string megabytes = std::to_string(Uint32(Uint64(limit.rlim_cur) / 1000000));
-    EXPECT_EQ(harness.logTexts(4), std::vector<std::string>{"soft limit = " + megabytes +
-                                                            ", maxInstScale factor = 110\n"});
-}
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define KSV_SANITIZED 1
-#endif
-
-// A sanitizer's shadow memory exceeds any realistic address-space limit, so the child could
-// not run under one.
-TEST(InstanceThreshold, FollowsALoweredLimitInAChildProcess) {
-#ifdef KSV_SANITIZED
-    GTEST_SKIP() << "the sanitizer's reservations exceed the limit";
-#endif
-    int pipeEnds[2];
-    ASSERT_EQ(pipe(pipeEnds), 0);
-    const pid_t child = fork();
-    ASSERT_NE(child, -1);
-    if (child == 0) {
-        struct rlimit limit;
-        getrlimit(RLIMIT_AS, &limit);
-        limit.rlim_cur = 4294967296ull;
-        const Uint32 threshold =
-            setrlimit(RLIMIT_AS, &limit) == 0 ? KSV_Common::getInstanceThreshold(150) : 1;
-        _exit(write(pipeEnds[1], &threshold, sizeof(threshold)) == sizeof(threshold) ? 0 : 1);
-    }
-    Uint32 threshold = 0;
-    EXPECT_EQ(read(pipeEnds[0], &threshold, sizeof(threshold)), ssize_t(sizeof(threshold)));
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(threshold, 644100u);
-    close(pipeEnds[0]);
-    close(pipeEnds[1]);
+    EXPECT_EQ(logTexts(4), std::vector<std::string>{"soft limit = " + megabytes +
+                                                    ", maxInstScale factor = 110\n"});
 }
 
 // Runs each test in a given time zone and restores the process's own afterwards.
@@ -145,15 +112,14 @@ TEST_F(SystemAddresses, AreAskedOfTheLibraryOnceAndKept) {
     harness.clearArrayCalls();
     EXPECT_EQ(text(KSV_Common::getSystemIPAddr(2)), "2001:db8:100::25");
     EXPECT_EQ(text(KSV_Common::getSystemIPAddr(1)), "198.51.100.25");
-    EXPECT_TRUE(harness.arrayCalls().empty());
+    EXPECT_TRUE(ksvsim::calls().empty());
 }
 
 TEST_F(SystemAddresses, OtherTypesAreRefused) {
     EXPECT_EQ(text(KSV_Common::getSystemIPAddr(3)), "");
     EXPECT_EQ(text(KSV_Common::getSystemIPAddr(0)), "");
-    EXPECT_EQ(
-        harness.logTexts(2),
-        std::vector<std::string>(2, "KSV_Common, getSystemIPAddr: Invalid IP type parameter!\n"));
+    EXPECT_EQ(logTexts(2), std::vector<std::string>(
+                               2, "KSV_Common, getSystemIPAddr: Invalid IP type parameter!\n"));
 }
 
 using Ports = HarnessTest;

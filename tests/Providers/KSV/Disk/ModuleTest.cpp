@@ -1,6 +1,6 @@
 // The module as the CIM server loads it: PegasusCreateProvider and each provider's life from
 // initialize to terminate, with the operations every provider refuses.
-#include "DiskTestSupport.h"
+#include "ProviderTestSupport.h"
 
 #include "cimserver/ProviderLibrary.h"
 
@@ -153,8 +153,8 @@ TEST_F(ModuleTest, EachNameInAnyCaseYieldsANewProviderThatRefusesWriting) {
             provider->terminate();
     }
     // Making, refusing and terminating uninitialized providers asks neither library nor server.
-    EXPECT_TRUE(harness.arrayCalls().empty());
-    EXPECT_TRUE(harness.log().empty());
+    EXPECT_TRUE(ksvsim::calls().empty());
+    EXPECT_TRUE(ksvsim::capturedLog().empty());
     EXPECT_TRUE(harness.server().calls().empty());
     for (const char* name :
          {"KSV_DiskDrive", "", "KSV_DiskDriveProvider ", "KSV_DiskDriveProviderX",
@@ -202,7 +202,7 @@ TEST_F(ModuleTest, InitializeTracesCachesTheIdentityAndCreatesTheTablesThatTermi
         provider->initialize(cimom);
 
         const std::string name = expected.provider;
-        const Strings traces = harness.logTexts(4);
+        const Strings traces = logTexts(4);
         ASSERT_FALSE(traces.empty());
         std::copy_if(traces.begin(), traces.end(), std::back_inserter(capLines),
                      [](const std::string& line) { return line.rfind("soft limit = ", 0) == 0; });
@@ -238,8 +238,8 @@ TEST_F(ModuleTest, UnreadableIdentityFailsInitialize) {
     CIMProvider* provider = create("KSV_DiskDriveProvider");
     CIMOMHandle cimom = harness.cimom();
     EXPECT_THROW(provider->initialize(cimom), CIMException);
-    EXPECT_EQ(harness.logTexts(4).front(), "--> KSV_DiskDriveProvider::initialize()\n");
-    EXPECT_NE(harness.logTexts(4).back(), "-->KSV_DiskDriveProvider::initialize()\n");
+    EXPECT_EQ(logTexts(4).front(), "--> KSV_DiskDriveProvider::initialize()\n");
+    EXPECT_NE(logTexts(4).back(), "-->KSV_DiskDriveProvider::initialize()\n");
     provider->terminate();
 }
 

@@ -5,9 +5,7 @@
 
 #include "StorageVolume/KSV_InternalCacheService.h"
 
-#include "SiblingProviderTestSupport.h"
-
-#include <KSV_Common.h>
+#include "ProviderTestSupport.h"
 
 namespace ksv::test {
 namespace {

@@ -2,7 +2,7 @@
 // them: the first reads of the array's identity race, and providers serve many reads at once.
 #include "StorageVolume/KSV_StorageVolumeProvider.h"
 
-#include "SiblingProviderTestSupport.h"
+#include "ProviderTestSupport.h"
 
 namespace ksv::test {
 namespace {

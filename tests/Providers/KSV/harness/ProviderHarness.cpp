@@ -104,22 +104,6 @@ std::string ProviderHarness::hostName() const {
     return systemInfo().hostName;
 }
 
-std::vector<std::string> ProviderHarness::logTexts(int level) const {
-    std::vector<std::string> texts;
-    for (const ksvsim::LogLine& line : log()) {
-        if (line.level == level)
-            texts.push_back(line.text);
-    }
-    return texts;
-}
-
-std::vector<std::string> ProviderHarness::arrayCalls() const {
-    std::vector<std::string> functions;
-    for (const ksvsim::CallRecord& call : ksvsim::calls())
-        functions.push_back(call.function);
-    return functions;
-}
-
 std::string ProviderHarness::modelPath(const std::string& model) {
     return std::string(KSV_SOURCE_DIR) + "/examples/arrays/" + model;
 }

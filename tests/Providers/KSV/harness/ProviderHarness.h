@@ -51,12 +51,7 @@ public:
     std::string systemName() const;
     std::string hostName() const;
 
-    // The simulator's log lines captured since the harness started or clearLog().
-    std::vector<ksvsim::LogLine> log() const { return ksvsim::capturedLog(); }
-    std::vector<std::string> logTexts(int level) const;
     void clearLog() { ksvsim::clearCapturedLog(); }
-    // Library calls since the harness started or clearArrayCalls(), functions only.
-    std::vector<std::string> arrayCalls() const;
     void clearArrayCalls() { ksvsim::clearCalls(); }
 
     static std::string modelPath(const std::string& model);

@@ -11,7 +11,10 @@
 #include <Pegasus/Provider/CIMAssociationProvider.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
 
+#include <KSV_Common.h>
 #include <ksvapi_sim.h>
+
+#include "cimserver/ProviderLibrary.h"
 
 #include "ProviderHarness.h"
 #include "RecordingHandlers.h"
@@ -72,6 +75,16 @@ inline Strings arrayCalls() {
     for (const ksvsim::CallRecord& call : ksvsim::calls())
         calls.push_back(call.function + "(" + call.argument + ")");
     return calls;
+}
+
+// Texts of the simulator's captured log lines at the level.
+inline Strings logTexts(int level) {
+    Strings texts;
+    for (const ksvsim::LogLine& line : ksvsim::capturedLog()) {
+        if (line.level == level)
+            texts.push_back(line.text);
+    }
+    return texts;
 }
 
 inline size_t callCount(const std::string& function) {
@@ -233,6 +246,40 @@ private:
     CIMInstanceProvider* _instances;
     const CIMObjectPath _classReference;
 };
+
+// Each test gets a fresh harness over the demo array.
+class HarnessTest : public ::testing::Test {
+protected:
+    ProviderHarness harness;
+    CIMOMHandle cimom = harness.cimom();
+};
+
+inline CIMObjectPath path(const char* objectName) {
+    return CIMObjectPath(objectName);
+}
+
+} // namespace ksv::test
+
+extern "C" Pegasus::CIMProvider* PegasusCreateProvider(const Pegasus::String& providerName);
+
+namespace ksv::test {
+
+// A disk module provider created by name through the module entry, as the CIM server creates it.
+class DiskProvider : public RunningProvider {
+public:
+    DiskProvider(ProviderHarness& harness, const std::string& name,
+                 const char* servedClass = nullptr)
+        : RunningProvider(harness, PegasusCreateProvider(name.c_str()), servedClass) {}
+};
+
+// A storage volume module provider, created through that module's entry point.
+inline CIMProvider* volumeModuleProvider(const char* name) {
+    static const server::ProviderLibrary module("KSV_StorageVolumeProvider",
+                                                {KSV_STORAGE_VOLUME_MODULE_DIR});
+    return module.createProvider(name);
+}
+
+const Strings kDeliveredOnce = {"processing", "deliver", "complete"};
 
 } // namespace ksv::test
 

@@ -5,9 +5,10 @@
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMParamValue.h>
 
-#include <KSV_Common.h>
 #include <ksvapi.h>
 #include <ksvapi_sim.h>
+
+#include "ProviderTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -198,13 +199,6 @@ Array<CIMParamValue> params(const std::string& described) {
     return result;
 }
 
-std::vector<std::string> libraryCalls() {
-    std::vector<std::string> functions;
-    for (const ksvsim::CallRecord& call : ksvsim::calls())
-        functions.push_back(call.function);
-    return functions;
-}
-
 // The keys that reached api_authorizeCIMUser for the user, in order.
 std::vector<std::string> askedKeys(const std::string& user = "admin") {
     std::vector<std::string> asked;
@@ -333,7 +327,7 @@ protected:
             EXPECT_EQ(asked, keys(c.keys));
             seen.insert(asked.begin(), asked.end());
             if (c.retCode == 3) {
-                EXPECT_EQ(libraryCalls(), std::vector<std::string>{});
+                EXPECT_EQ(arrayCalls(), Strings{});
             }
         }
         return seen;
@@ -342,15 +336,6 @@ protected:
     static int classify(const char* volume, String& operationKey) {
         CIMObjectPath element = volumePath(volume);
         return handleDeleteVolumeMethod(element, operationKey);
-    }
-
-    static std::vector<ksvsim::LogLine> linesAtLevel(int level) {
-        std::vector<ksvsim::LogLine> lines;
-        for (const ksvsim::LogLine& line : ksvsim::capturedLog()) {
-            if (line.level == level)
-                lines.push_back(line);
-        }
-        return lines;
     }
 };
 
@@ -383,14 +368,12 @@ TEST_F(Authorization, VolumeMethodsTraceEveryParameterName) {
     authorize_CreateOrModifyElemFromStoragePool("admin", "", params("Size TheElement=null x"));
     authorize_ModifySynchronization("admin", "", params("Operation=2"));
     authorize_DeleteStorageVolume("admin", "", params("TheElement=base"));
-    const std::vector<ksvsim::LogLine> expected = {
-        {4, "Param Size"}, {4, "Param TheElement"}, {4, "Param x"}, {4, "Param TheElement"}};
-    std::vector<ksvsim::LogLine> traces;
-    for (const ksvsim::LogLine& line : linesAtLevel(4)) {
-        if (line.text.rfind("Param ", 0) == 0)
-            traces.push_back(line);
-    }
-    EXPECT_EQ(traces, expected);
+    Strings traces = logTexts(4);
+    traces.erase(
+        std::remove_if(traces.begin(), traces.end(),
+                       [](const std::string& line) { return line.rfind("Param ", 0) != 0; }),
+        traces.end());
+    EXPECT_EQ(traces, (Strings{"Param Size", "Param TheElement", "Param x", "Param TheElement"}));
 }
 
 TEST_F(Authorization, VolumeKindsAreLookedUpByDeviceIDUnderTheSemaphore) {
@@ -398,13 +381,12 @@ TEST_F(Authorization, VolumeKindsAreLookedUpByDeviceIDUnderTheSemaphore) {
         ksvsim::clearCalls();
         String operationKey;
         EXPECT_EQ(classify(volume, operationKey), 0) << volume;
-        ASSERT_EQ(libraryCalls(),
-                  (std::vector<std::string>{"cim_sem_wait", "api_getVVs", "cim_sem_post"}));
-        EXPECT_EQ(ksvsim::calls()[1].argument, wwnOf(volume));
+        EXPECT_EQ(arrayCalls(), (Strings{"cim_sem_wait()", "api_getVVs(" + wwnOf(volume) + ")",
+                                         "cim_sem_post()"}));
     }
     EXPECT_FALSE(ksvsim::semaphoreHeld());
     EXPECT_EQ(ksvsim::semaphoreMisuseCount(), 0u);
-    EXPECT_EQ(linesAtLevel(2), std::vector<ksvsim::LogLine>{});
+    EXPECT_EQ(logTexts(2), Strings{});
 }
 
 TEST_F(Authorization, VolumesThatCannotBeClassifiedFailAndAreReported) {
@@ -414,27 +396,24 @@ TEST_F(Authorization, VolumesThatCannotBeClassifiedFailAndAreReported) {
     // Without a DeviceID nothing is looked up: the library would answer every volume.
     ksvsim::clearCalls();
     EXPECT_EQ(classify("unnamed", operationKey), API_E_NOT_FOUND);
-    EXPECT_EQ(libraryCalls(), std::vector<std::string>{});
+    EXPECT_EQ(arrayCalls(), Strings{});
     EXPECT_EQ(std::string(operationKey.getCString()), "untouched");
-    const std::vector<ksvsim::LogLine> expected = {
-        {2, "TheElement parameter is invalid"},
-        {2, "Cannot find the volume referenced to in " +
-                std::string(volumePath("missing").toString().getCString())},
-        {2, "Cannot find the volume referenced to in " +
-                std::string(volumePath("unnamed").toString().getCString())}};
-    EXPECT_EQ(linesAtLevel(2), expected);
+    const std::string notFound = "Cannot find the volume referenced to in ";
+    EXPECT_EQ(logTexts(2), (Strings{"TheElement parameter is invalid",
+                                    notFound + text(volumePath("missing").toString()),
+                                    notFound + text(volumePath("unnamed").toString())}));
 }
 
 TEST_F(Authorization, FailedLookupsAnswerTheirCodeAndPostOnlyATakenSemaphore) {
     String operationKey;
     ksvsim::forceResult("cim_sem_wait", API_E_SEM_TIMEOUT, 1);
     EXPECT_EQ(classify("base", operationKey), API_E_SEM_TIMEOUT);
-    EXPECT_EQ(libraryCalls(), std::vector<std::string>{"cim_sem_wait"});
+    EXPECT_EQ(arrayCalls(), Strings{"cim_sem_wait()"});
     ksvsim::clearCalls();
     ksvsim::forceResult("api_getVVs", API_E_NO_MEMORY, 1);
     EXPECT_EQ(classify("base", operationKey), API_E_NO_MEMORY);
-    EXPECT_EQ(libraryCalls(),
-              (std::vector<std::string>{"cim_sem_wait", "api_getVVs", "cim_sem_post"}));
+    EXPECT_EQ(arrayCalls(),
+              (Strings{"cim_sem_wait()", "api_getVVs(" + wwnOf("base") + ")", "cim_sem_post()"}));
     EXPECT_EQ(ksvsim::semaphoreMisuseCount(), 0u);
     EXPECT_EQ(operationKey.size(), 0u);
 }

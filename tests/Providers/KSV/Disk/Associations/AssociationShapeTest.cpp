@@ -147,11 +147,11 @@ TEST_F(AssociationShapeTest, EachAssociationServesOrRefusesByItsOwnRules) {
         if (row.served) {
             EXPECT_EQ(events.empty() ? "" : events.front(), "processing");
             EXPECT_EQ(events.empty() ? "" : events.back(), "complete");
-            EXPECT_TRUE(harness.logTexts(2).empty());
+            EXPECT_TRUE(logTexts(2).empty());
         } else {
             // Refused: no response at all, one level-2 line.
             EXPECT_TRUE(events.empty());
-            EXPECT_EQ(harness.logTexts(2).size(), 1u);
+            EXPECT_EQ(logTexts(2).size(), 1u);
         }
     }
 }
@@ -189,7 +189,7 @@ TEST_F(AssociationShapeTest, RefusalsAreLoggedInEachProvidersOwnWords) {
         query.role = expected.role;
         query.resultClass = expected.resultClass;
         run(provider, expected.operation, paths.system(), query);
-        EXPECT_EQ(harness.logTexts(2), std::vector<std::string>{expected.line});
+        EXPECT_EQ(logTexts(2), std::vector<std::string>{expected.line});
     }
 }
 
@@ -293,7 +293,7 @@ TEST_F(AssociationShapeTest, RequestsAreTracedInEachProvidersOwnWords) {
         DiskProvider provider(harness, trace.provider);
         harness.clearLog();
         trace.request(provider);
-        EXPECT_TRUE(logged(harness.logTexts(4), trace.lines));
+        EXPECT_TRUE(logged(logTexts(4), trace.lines));
     }
 }
 
@@ -336,9 +336,8 @@ TEST_F(AssociationShapeTest, GetInstanceWantsExactlyTwoKeys) {
         // The firmware association names its key count with another provider's name.
         const std::string logName =
             name == "KSV_DiskSoftwareProvider" ? "KSV_FCALCardInDriveCageProvider" : name;
-        EXPECT_EQ(
-            harness.logTexts(2),
-            std::vector<std::string>{logName + "::getInstance(): Invalid number of keys (3)\n"});
+        EXPECT_EQ(logTexts(2), std::vector<std::string>{
+                                   logName + "::getInstance(): Invalid number of keys (3)\n"});
     }
 }
 

@@ -4,9 +4,7 @@
 #ifndef KSV_TESTS_ASSOCIATIONTESTSUPPORT_H
 #define KSV_TESTS_ASSOCIATIONTESTSUPPORT_H
 
-#include "DiskTestSupport.h"
-
-#include <KSV_Common.h>
+#include "ProviderTestSupport.h"
 
 #include <stdexcept>
 

@@ -119,8 +119,7 @@ TEST_F(DiskComponentTest, IdentityRunsOnEveryDiskWhoseVersionItContains) {
     harness.clearLog();
     EXPECT_EQ(software.associators(keyPath("KSV_DiskSoftwareIdentity", {})).events(), EMPTY_ANSWER);
     EXPECT_TRUE(software.referenceNames(keyPath("KSV_DiskDrive", {})).delivered.empty());
-    EXPECT_EQ(harness.logTexts(3),
-              (Strings{" InstanceID key not found.", " DeviceID key not found."}));
+    EXPECT_EQ(logTexts(3), (Strings{" InstanceID key not found.", " DeviceID key not found."}));
 }
 
 TEST_F(DiskComponentTest, MagazineHoldsThePackagesOfItsPresentDisks) {

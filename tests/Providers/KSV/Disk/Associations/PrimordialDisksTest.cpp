@@ -82,7 +82,7 @@ TEST_F(PrimordialDisksTest, ListTooBigForMemoryIsResponseTooBigAndOtherFailuresA
                   "CIM_ERR_FAILED: Response too big");
         EXPECT_EQ(failureOf([&] { provider.enumerateInstanceNames(); }),
                   "CIM_ERR_FAILED: Response too big");
-        EXPECT_EQ(harness.logTexts(2), (Strings{exceptionLine(0), exceptionLine(0)}));
+        EXPECT_EQ(logTexts(2), (Strings{exceptionLine(0), exceptionLine(0)}));
         EXPECT_EQ(callCount("freeDiskDeviceIDs"), callCount("getDiskDeviceIDs"));
     }
     ksvsim::forceResult("getDiskDeviceIDs", API_E_NOT_FOUND, 1);
@@ -96,7 +96,7 @@ TEST_F(PrimordialDisksTest, ListTooBigForMemoryIsResponseTooBigAndOtherFailuresA
               "CIM_ERR_FAILED: client went away");
     EXPECT_EQ(handler.delivered.size(), 2u);
     EXPECT_FALSE(handler.completeCalled());
-    EXPECT_EQ(harness.logTexts(2), Strings{exceptionLine(2)});
+    EXPECT_EQ(logTexts(2), Strings{exceptionLine(2)});
     EXPECT_EQ(callCount("freeDiskDeviceIDs"), 1u);
 }
 

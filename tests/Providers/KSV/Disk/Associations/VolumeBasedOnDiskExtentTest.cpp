@@ -144,7 +144,7 @@ TEST_F(VolumeBasedOnDiskExtentTest, VolumeUnknownToTheServer) {
     ASSERT_TRUE(harness.server().removeInstance(CIMNamespaceName("root/ksv"), paths.volume(VOL0)));
     EXPECT_TRUE(provider.associatorNames(paths.volume(VOL0)).delivered.empty());
     EXPECT_TRUE(provider.references(paths.volume(VOL0)).delivered.empty());
-    const std::vector<std::string> traces = harness.logTexts(4);
+    const std::vector<std::string> traces = logTexts(4);
     EXPECT_EQ(std::count(traces.begin(), traces.end(), line), 2);
 
     // getInstance then searches all volumes; its match still finds the one pair.
@@ -166,7 +166,7 @@ TEST_F(VolumeBasedOnDiskExtentTest, FailureWhileStreamingReleasesTableAndMaps) {
     EXPECT_EQ(failureOf([&] { provider.enumerateInstances(handler); }),
               "CIM_ERR_FAILED: client went away");
     EXPECT_EQ(handler.delivered.size(), 1u);
-    EXPECT_EQ(harness.logTexts(2),
+    EXPECT_EQ(logTexts(2),
               std::vector<std::string>{
                   "<--KSV_VolumeBasedOnDiskExtentProvider::getOrDeliverInstances: exception "
                   "thrown\n"});
@@ -232,10 +232,9 @@ protected:
     // Whether the table's lock was released too, so that a test stops before it would wait for
     // it forever.
     bool refusedForTheCap(const std::string& exceptionLine) const {
-        EXPECT_EQ(
-            harness.logTexts(2),
-            (std::vector<std::string>{
-                "# of KSV_VolumeBasedOnDiskExtent instances exceed 110, quit\n", exceptionLine}));
+        EXPECT_EQ(logTexts(2), (std::vector<std::string>{
+                                   "# of KSV_VolumeBasedOnDiskExtent instances exceed 110, quit\n",
+                                   exceptionLine}));
         expectBalancedResources();
         EXPECT_EQ(arrayCalls().back(), "hashtable_unlock()");
         return callCount("hashtable_lock") == 1 && callCount("hashtable_unlock") == 1;

@@ -232,9 +232,9 @@ TEST_F(DiskDriveLocateTest, OnAndOffSwitchTheMagazineUnlessTheLedIsAlreadyOff) {
     ksvsim::forceResult("api_locateMagazine", API_E_NOT_FOUND, 1);
     harness.clearLog();
     EXPECT_NO_THROW(turn(SOLID_STATE_ON_CAGE_3, 2));
-    EXPECT_EQ(harness.logTexts(2), Strings{"KSV_DiskDriveProvider::ModifyInstance: problem setting "
-                                           "locate magazine led for cage cage-t3 magazine 0"});
-    const Strings traces = harness.logTexts(4);
+    EXPECT_EQ(logTexts(2), Strings{"KSV_DiskDriveProvider::ModifyInstance: problem setting "
+                                   "locate magazine led for cage cage-t3 magazine 0"});
+    const Strings traces = logTexts(4);
     EXPECT_EQ(traces.front(), "-->KSV_BatteryProvider::modifyInstance()\n");
     EXPECT_EQ(traces.back(), "<--KSV_DiskDriveProvider::modifyInstance()\n");
 }

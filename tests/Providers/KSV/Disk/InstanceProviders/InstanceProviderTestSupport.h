@@ -2,7 +2,7 @@
 #ifndef KSV_TESTS_INSTANCEPROVIDERTESTSUPPORT_H
 #define KSV_TESTS_INSTANCEPROVIDERTESTSUPPORT_H
 
-#include "DiskTestSupport.h"
+#include "ProviderTestSupport.h"
 
 namespace ksv::test {
 

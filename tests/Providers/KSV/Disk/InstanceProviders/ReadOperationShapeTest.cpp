@@ -138,7 +138,7 @@ TEST_P(ReadOperationShapeTest, TracesEnterTheOperationAndItsBuilder) {
     const std::string builder =
         operation() == "enumerateInstanceNames" ? "_build_ref" : "_build_instances";
     Strings traces;
-    for (const std::string& line : harness.logTexts(4)) {
+    for (const std::string& line : logTexts(4)) {
         if (line.find(provider + "::") != std::string::npos)
             traces.push_back(line);
     }
