@@ -37,6 +37,17 @@ protected:
     }
 };
 
+TEST(RaidLevels, MappingTableHoldsTheFourLevelsInSearchOrder) {
+    std::ostringstream rows;
+    for (const KSV_Common::RaidMapping& r : KSV_Common::raidMappingTable) {
+        rows << r.raidType << ":" << r.packageRedundancy << ":" << r.dataRedundancy << ":"
+             << r.noSinglePointOfFailure << ":" << r.extentStripeLengthDefault << ":"
+             << r.userDataStripeDepthDefaultFCNL << ":" << r.userDataStripeDepthDefaultSSD << " ";
+    }
+    EXPECT_EQ(rows.str(), "0:1:1:0:1:262144:32768 10:2:2:1:2:262144:32768 "
+                          "50:2:1:1:2:131072:65536 60:3:1:1:2:65536:65536 ");
+}
+
 TEST(RaidLevels, OnlyTheFourLevelsHaveNames) {
     std::string names;
     for (int level : {0, 10, 50, 60, 5, 1, 99, -1})

@@ -225,6 +225,10 @@ protected:
         ScopedCap cap(1);
         EXPECT_TRUE(cap.applied()) << "needs an unlimited hard address-space limit";
         auto capped = std::make_unique<DiskProvider>(harness, PROVIDER);
+        const Strings traces = logTexts(4);
+        EXPECT_NE(
+            std::find(traces.begin(), traces.end(), "soft limit = 1, maxInstScale factor = 110\n"),
+            traces.end());
         harness.clearLog();
         harness.clearArrayCalls();
         return capped;
