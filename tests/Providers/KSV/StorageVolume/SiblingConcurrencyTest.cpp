@@ -37,11 +37,12 @@ TEST(SiblingConcurrency, OneProviderServesManyReadsAtOnce) {
                           "KSV_StoragePool");
     const CIMObjectPath volume = KSV_StorageVolumeProvider::createObjectPath(
         "60002AC00000000010D7000000001004", "KSV-D7", "ksv-d7.example.net");
+    const Strings deliveredOnce = {"processing", "deliver", "complete"};
     std::vector<int> wrong(THREADS, 0);
     onThreads(THREADS, [&](int i) {
         for (int round = 0; round < 20; round++) {
             wrong[i] += volumes.enumerateInstances().delivered.size() != 10;
-            wrong[i] += volumes.getInstance(volume).events() != kDeliveredOnce;
+            wrong[i] += volumes.getInstance(volume).events() != deliveredOnce;
             wrong[i] += pools.enumerateInstances().delivered.size() != 4;
         }
     });

@@ -279,8 +279,6 @@ inline CIMProvider* volumeModuleProvider(const char* name) {
     return module.createProvider(name);
 }
 
-const Strings kDeliveredOnce = {"processing", "deliver", "complete"};
-
 } // namespace ksv::test
 
 #endif

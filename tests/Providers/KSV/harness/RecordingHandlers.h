@@ -6,7 +6,6 @@
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/ResponseHandler.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -16,10 +15,6 @@ namespace ksv::test {
 class ResponseRecord {
 public:
     const std::vector<std::string>& events() const { return _events; }
-    bool completeCalled() const { return count("complete") > 0; }
-    size_t count(const std::string& event) const {
-        return static_cast<size_t>(std::count(_events.begin(), _events.end(), event));
-    }
 
 protected:
     void note(const char* event) { _events.push_back(event); }

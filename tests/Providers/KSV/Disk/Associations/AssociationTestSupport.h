@@ -111,12 +111,6 @@ inline bool joins(const CIMObjectPath& association, const char* role1, const CIM
            KSV_Common::matchObjectPath(endOf(association, role2), end2);
 }
 
-inline bool contains(const std::vector<CIMObjectPath>& paths, const CIMObjectPath& wanted) {
-    return std::any_of(paths.begin(), paths.end(), [&](const CIMObjectPath& path) {
-        return KSV_Common::matchObjectPath(path, wanted);
-    });
-}
-
 // Whether the paths name exactly the wanted objects, in that order.
 inline bool sameObjects(const std::vector<CIMObjectPath>& paths,
                         const std::vector<CIMObjectPath>& wanted) {
