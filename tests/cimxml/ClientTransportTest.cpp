@@ -1,179 +1,255 @@
 #include <Pegasus/Client/CIMClient.h>
 #include <Pegasus/Client/CIMXmlClientBackend.h>
 
-#include <cimxml/Request.h>
 #include <cimxml/Response.h>
 
-#include "LoopbackResponder.h"
+#include "TestServer.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
 #include <stdlib.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <mutex>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
 
 using namespace Pegasus;
-using ksv::cimxml::decodeRequest;
-using ksv::cimxml::Operation;
-using ksv::cimxml::testing::answerLikeACimServer;
-using ksv::cimxml::testing::LoopbackResponder;
-using ksv::cimxml::testing::TemporaryDirectory;
 using ksv::cimxml::testing::utf8;
+using ksv::test::kTestNamespace;
 
 namespace {
 
-const CIMNamespaceName ksv("root/ksv");
-
-class TcpTransport : public ::testing::Test {
-protected:
-    void SetUp() override {
-        server = LoopbackResponder::onLoopbackTcp(answerLikeACimServer);
-        client.connect("127.0.0.1", server->port(), "alice", "s3cr:t");
+// Answers the n-th request it reads with the n-th canned byte string, for the answers a real
+// server never gives. An empty answer hangs up without a reply, "Connection: close" after one.
+class CannedServer {
+public:
+    explicit CannedServer(std::vector<std::string> answers) : _answers(std::move(answers)) {
+        sockaddr_in address{AF_INET, 0, {htonl(INADDR_LOOPBACK)}, {}};
+        socklen_t length = sizeof(address);
+        bind(_listener, reinterpret_cast<sockaddr*>(&address), length);
+        listen(_listener, 8);
+        getsockname(_listener, reinterpret_cast<sockaddr*>(&address), &length);
+        _port = ntohs(address.sin_port);
+        _threads.emplace_back([this] { accept(); });
+    }
+    ~CannedServer() {
+        _stop = true;
+        for (std::thread& thread : _threads) // NOLINT: accept() adds threads until it ends
+            thread.join();
+        close(_listener);
+    }
+    unsigned port() const { return _port; }
+    int connectionsOpened() const { return _connections; }
+    std::vector<std::string> requests() const {
+        std::lock_guard<std::mutex> lock(_mutex);
+        return _requests;
     }
 
-    std::unique_ptr<LoopbackResponder> server;
-    CIMClient client;
+private:
+    // Polls briefly so that the destructor's stop is noticed; false on close or stop.
+    bool readMore(int fd, std::string& into) const {
+        pollfd ready{fd, POLLIN, 0};
+        while (!_stop) {
+            if (poll(&ready, 1, 50) == 1) {
+                char buffer[4096];
+                const ssize_t got = read(fd, buffer, sizeof(buffer));
+                into.append(buffer, size_t(std::max<ssize_t>(got, 0)));
+                return got > 0;
+            }
+        }
+        return false;
+    }
+    void accept() {
+        std::vector<std::thread> served;
+        while (readable(_listener)) {
+            ++_connections;
+            served.emplace_back([this, fd = ::accept(_listener, nullptr, nullptr)] { serve(fd); });
+        }
+        for (std::thread& thread : served)
+            thread.join();
+    }
+    bool readable(int fd) const {
+        pollfd ready{fd, POLLIN, 0};
+        while (!_stop && poll(&ready, 1, 50) == 0) {
+        }
+        return !_stop;
+    }
+    void serve(int fd) {
+        std::string pending;
+        for (;;) {
+            size_t head = pending.find("\r\n\r\n");
+            while (head == std::string::npos && readMore(fd, pending))
+                head = pending.find("\r\n\r\n");
+            const size_t length = head + 4 + std::stoul("0" + field(pending, "Content-Length: "));
+            while (head != std::string::npos && pending.size() < length && readMore(fd, pending)) {
+            }
+            if (head == std::string::npos || pending.size() < length)
+                break;
+            const std::string answer = record(pending.substr(0, length));
+            pending.erase(0, length);
+            // Not at once: a client that ignores its time-out then sees an empty reply instead.
+            pollfd hangUp{fd, POLLIN, 0};
+            if (answer.empty() && poll(&hangUp, 1, 1500) >= 0)
+                break;
+            if (write(fd, answer.data(), answer.size()) < 0 ||
+                answer.find("Connection: close") != std::string::npos)
+                break;
+        }
+        close(fd);
+    }
+    static std::string field(const std::string& request, const std::string& name) {
+        const size_t at = request.find(name);
+        return at == std::string::npos
+                   ? ""
+                   : request.substr(at + name.size(), request.find('\r', at) - at - name.size());
+    }
+    std::string record(const std::string& request) {
+        std::lock_guard<std::mutex> lock(_mutex);
+        _requests.push_back(request);
+        return _requests.size() <= _answers.size() ? _answers[_requests.size() - 1] : "";
+    }
+
+    const std::vector<std::string> _answers;
+    const int _listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    unsigned _port = 0;
+    std::atomic<bool> _stop{false};
+    std::atomic<int> _connections{0};
+    mutable std::mutex _mutex;
+    std::vector<std::string> _requests;
+    std::vector<std::thread> _threads;
 };
-
-TEST_F(TcpTransport, PostsCimXmlWithTheDsp0200HeadersAndBasicAuthentication) {
-    client.enumerateInstanceNames(ksv, CIMName("KSV_DiskDrive"));
-    Array<CIMParamValue> out;
-    client.invokeMethod(ksv, CIMObjectPath("KSV_DiskDrive.DeviceID=\"D 1\""), CIMName("Locate"),
-                        Array<CIMParamValue>(), out);
-    const std::vector<LoopbackResponder::Request> seen = server->requests();
-    ASSERT_EQ(2u, seen.size());
-    for (const LoopbackResponder::Request& request : seen) {
-        EXPECT_EQ("POST", request.method);
-        EXPECT_EQ("/cimom", request.url);
-        EXPECT_EQ("alice", request.user);
-        EXPECT_EQ("s3cr:t", request.password);
-        EXPECT_EQ("application/xml; charset=\"utf-8\"", request.headers.at("content-type"));
-        EXPECT_EQ("MethodCall", request.headers.at("cimoperation"));
-        EXPECT_EQ("1.0", request.headers.at("cimprotocolversion"));
-        EXPECT_EQ(0u, request.headers.count("expect"));
-        EXPECT_EQ(std::to_string(request.body.size()), request.headers.at("content-length"));
-    }
-    EXPECT_EQ("EnumerateInstanceNames", seen[0].headers.at("cimmethod"));
-    EXPECT_EQ("root/ksv", seen[0].headers.at("cimobject"));
-    EXPECT_EQ("Locate", seen[1].headers.at("cimmethod"));
-    EXPECT_EQ("root/ksv:KSV_DiskDrive.DeviceID=%22D%201%22", seen[1].headers.at("cimobject"));
-}
-
-TEST_F(TcpTransport, OneConnectionServesEveryCallOfAClient) {
-    for (int i = 0; i < 5; i++) {
-        client.enumerateInstanceNames(ksv, CIMName("KSV_DiskDrive"));
-    }
-    // The probe at connect time, then the kept-alive connection.
-    EXPECT_EQ(2, server->connectionsOpened());
-    client.disconnect();
-    client.connect("127.0.0.1", server->port(), "", "");
-    client.enumerateClassNames(ksv);
-    EXPECT_EQ(4, server->connectionsOpened());
-    EXPECT_EQ("", server->requests().back().user);
-    EXPECT_EQ(0u, server->requests().back().headers.count("authorization"));
-}
-
-TEST(LocalTransport, UsesTheServersUnixSocketWithoutCredentials) {
-    const TemporaryDirectory directory;
-    const std::string socketPath = directory.path() + "/cimserver.socket";
-    const auto server = LoopbackResponder::onUnixSocket(socketPath, answerLikeACimServer);
-    ASSERT_EQ(0, setenv("KSV_CIMSERVER_SOCKET", socketPath.c_str(), 1));
-    EXPECT_EQ(String(socketPath.c_str()), CIMXmlClientConnector::localSocketPath());
-    CIMClient client;
-    client.connectLocal();
-    EXPECT_EQ(3u, client.enumerateInstanceNames(ksv, CIMName("KSV_DiskDrive")).size());
-    const LoopbackResponder::Request request = server->requests().back();
-    EXPECT_EQ(0u, request.headers.count("authorization"));
-    EXPECT_EQ("localhost", request.headers.at("host"));
-
-    ASSERT_EQ(0, unsetenv("KSV_CIMSERVER_SOCKET"));
-    EXPECT_EQ(String("/tmp/ksv-cimserver.socket"), CIMXmlClientConnector::localSocketPath());
-    try {
-        CIMXmlClientConnector::connectUnixSocket((directory.path() + "/absent.socket").c_str());
-        ADD_FAILURE() << "connected to a socket that does not exist";
-    } catch (const CannotConnectException& e) {
-        EXPECT_NE(std::string::npos, utf8(e.getMessage()).find("absent.socket"));
-    }
-}
-
-// Answers every request with one fixed answer.
-std::unique_ptr<LoopbackResponder> answering(LoopbackResponder::Answer answer) {
-    return LoopbackResponder::onLoopbackTcp(
-        [answer](const LoopbackResponder::Request&) { return answer; });
-}
 
 std::string responseWithId(const std::string& id) {
     std::string body;
-    ksv::cimxml::IMethodResponseWriter writer(body, id, Operation::EnumerateClassNames);
-    writer.finish();
+    ksv::cimxml::IMethodResponseWriter(body, id, ksv::cimxml::Operation::EnumerateClassNames)
+        .finish();
     return body;
 }
 
-// What a client sees when the server gives this answer to its call.
-std::string failureOf(const LoopbackResponder::Answer& answer) {
-    const auto server = answering(answer);
+std::string http(const std::string& statusAndFields, const std::string& body) {
+    return "HTTP/1.1 " + statusAndFields + "\r\nContent-Length: " + std::to_string(body.size()) +
+           "\r\n\r\n" + body;
+}
+
+std::string answerWithId(const std::string& id) {
+    return http("200 OK\r\nContent-Type: application/xml; charset=\"utf-8\"\r\n"
+                "CIMOperation: MethodResponse",
+                responseWithId(id));
+}
+
+// What a client sees when its first call gets this answer.
+std::string failureOf(const std::string& answer) {
+    const CannedServer server({answer});
     CIMClient client;
-    client.connect("127.0.0.1", server->port(), "", "");
+    client.connect("127.0.0.1", server.port(), "", "");
     try {
-        client.enumerateClassNames(ksv);
+        client.enumerateClassNames(kTestNamespace);
     } catch (const CIMClientHTTPErrorException& e) {
         return "HTTP " + std::to_string(e.getCode()) + " " + utf8(e.getCIMError()) + " " +
                utf8(e.getCIMErrorDetail());
-    } catch (const CIMClientXmlException&) {
-        return "CIMClientXmlException";
-    } catch (const CIMClientResponseException&) {
-        return "CIMClientResponseException";
     } catch (const CIMException& e) {
         return std::string(cimStatusCodeToString(e.getCode())) + " " + utf8(e.getMessage());
+    } catch (const CIMClientMalformedHTTPException& e) {
+        return "malformed: " + utf8(e.getMessage()).substr(utf8(e.getMessage()).rfind(": ") + 2);
+    } catch (const CIMClientXmlException&) {
+        return "CIMClientXmlException";
+    } catch (const CIMClientResponseException& e) {
+        return "CIMClientResponseException " + utf8(e.getMessage());
     }
     return "no error";
 }
 
-TEST(TransportErrors, BecomeTheExceptionsOpenPegasusClientsExpect) {
+TEST(ClientTransport, OddAnswersBecomeTheExceptionsOpenPegasusClientsExpect) {
     std::string cimError;
     ksv::cimxml::appendErrorResponse(cimError, "1", "EnumerateClassNames", true, CIM_ERR_NOT_FOUND,
                                      "KSV_DiskDrive CIM Object not found.");
-    EXPECT_EQ("CIM_ERR_NOT_FOUND KSV_DiskDrive CIM Object not found.",
-              failureOf({200, cimError, {}, {}, 0}));
-    EXPECT_EQ("HTTP 401  ",
-              failureOf({401, "", {{"WWW-Authenticate", "Basic realm=\"ksv\""}}, {}, 0}));
-    EXPECT_EQ("HTTP 400 request-not-valid bad body",
-              failureOf({400,
-                         "",
-                         {{"CIMError", "request-not-valid"}, {"PGErrorDetail", "bad%20body"}},
-                         {},
-                         0}));
-    EXPECT_EQ("CIMClientXmlException", failureOf({200, "<html>busy</html>", {}, {}, 0}));
-    EXPECT_EQ("CIMClientResponseException", failureOf({200, responseWithId("999"), {}, {}, 0}));
-    // A stream that breaks off reports the failure in its trailer.
-    EXPECT_EQ(
-        "CIM_ERR_FAILED provider failed",
-        failureOf({200,
-                   responseWithId("1"),
-                   {},
-                   {{"CIMStatusCode", "1"}, {"CIMStatusCodeDescription", "provider%20failed"}},
-                   0}));
+    const std::string stream = responseWithId("1");
+    const struct {
+        std::string answer;
+        std::string failure;
+    } cases[] = {
+        {http("200 OK", cimError), "CIM_ERR_NOT_FOUND KSV_DiskDrive CIM Object not found."},
+        {http("400 Bad Request\r\nCIMError: request-not-valid\r\nPGErrorDetail: bad%20body", ""),
+         "HTTP 400 request-not-valid bad body"},
+        {http("200 OK", "<html>busy</html>"), "CIMClientXmlException"},
+        {answerWithId("999"), "CIMClientResponseException the response answers message 999, not 1"},
+        // A stream that breaks off reports the failure in its trailer.
+        {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nTrailer: CIMStatusCode\r\n\r\n" +
+             (std::stringstream() << std::hex << stream.size()).str() + "\r\n" + stream +
+             "\r\n0\r\nCIMStatusCode: 1\r\nCIMStatusCodeDescription: provider%20failed\r\n\r\n",
+         "CIM_ERR_FAILED provider failed"},
+        {"HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: 9\r\n\r\nshort",
+         "malformed: transfer closed with 4 bytes remaining to read"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.failure, failureOf(c.answer)) << c.answer;
 }
 
-TEST(TransportErrors, RefusedConnectionsAndTimeOutsAreReported) {
-    unsigned closedPort = 0;
-    {
-        const auto gone = answering({});
-        closedPort = gone->port();
-    }
+TEST(ClientTransport, KeepsOneConnectionAndRecoversFromRefusalsAndTimeOuts) {
     CIMClient client;
+    const unsigned closedPort = CannedServer({}).port();
     EXPECT_THROW(client.connect("127.0.0.1", closedPort, "", ""), CannotConnectException);
-
-    const auto slow = LoopbackResponder::onLoopbackTcp([](const LoopbackResponder::Request& r) {
-        LoopbackResponder::Answer answer = answerLikeACimServer(r);
-        answer.delayMilliseconds =
-            decodeRequest(r.body).operation == Operation::GetClass ? 1500 : 0;
-        return answer;
-    });
-    client.connect("127.0.0.1", slow->port(), "", "");
+    CannedServer server({answerWithId("1"), answerWithId("2"), "", answerWithId("4")});
+    client.connect("127.0.0.1", server.port(), "alice", "s3cr:t");
+    client.enumerateClassNames(kTestNamespace);
+    client.enumerateClassNames(kTestNamespace);
+    // The probe at connect time, then the kept-alive connection.
+    EXPECT_EQ(2, server.connectionsOpened());
+    for (const std::string& request : server.requests()) {
+        EXPECT_EQ(0u, request.find("POST /cimom HTTP/1.1\r\n")) << request;
+        for (const char* field :
+             {"\r\nContent-Type: application/xml; charset=\"utf-8\"\r\n",
+              "\r\nCIMProtocolVersion: 1.0\r\n", "\r\nAuthorization: Basic YWxpY2U6czNjcjp0\r\n"})
+            EXPECT_NE(std::string::npos, request.find(field)) << request;
+        EXPECT_EQ(std::string::npos, request.find("Expect:")) << request;
+    }
     client.setTimeout(300);
-    EXPECT_THROW(client.getClass(ksv, CIMName("KSV_Thing")), ConnectionTimeoutException);
+    EXPECT_THROW(client.enumerateClassNames(kTestNamespace), ConnectionTimeoutException);
     // The next call opens a new connection and succeeds.
-    EXPECT_EQ(2u, client.enumerateClassNames(ksv).size());
+    EXPECT_EQ(0u, client.enumerateClassNames(kTestNamespace).size());
+    EXPECT_EQ(3, server.connectionsOpened());
+}
+
+TEST(ClientTransport, ReachesARealServerOverTcpAndItsLocalSocket) {
+    const ksv::test::TestServer server;
+    EXPECT_EQ(401, [&] {
+        try {
+            server.client("admin", "wrong")->enumerateClassNames(kTestNamespace);
+        } catch (const CIMClientHTTPErrorException& e) {
+            return int(e.getCode());
+        }
+        return 0;
+    }());
+    // The key's quote and space must be escaped alike in the CIMObject header and the body.
+    Array<CIMParamValue> in;
+    in.append(CIMParamValue("Count", CIMValue(Uint32(2))));
+    in.append(CIMParamValue("NameLength", CIMValue(Uint32(0))));
+    Array<CIMParamValue> out;
+    EXPECT_EQ(CIMValue(Uint32(2)),
+              server.client()->invokeMethod(kTestNamespace, ksv::test::devicePath("D \"1\""),
+                                            CIMName("Populate"), in, out));
+
+    ASSERT_EQ(0, setenv("KSV_CIMSERVER_SOCKET", server.socketPath().c_str(), 1));
+    EXPECT_EQ(2u, CIMXmlClientConnector::connectLocal()
+                      ->enumerateInstanceNames(kTestNamespace, CIMName("KSV_TestDevice"))
+                      .size());
+    ASSERT_EQ(0, unsetenv("KSV_CIMSERVER_SOCKET"));
+    EXPECT_EQ(String("/tmp/ksv-cimserver.socket"), CIMXmlClientConnector::localSocketPath());
+    try {
+        CIMXmlClientConnector::connectUnixSocket((server.socketPath() + ".absent").c_str());
+        ADD_FAILURE() << "connected to a socket that does not exist";
+    } catch (const CannotConnectException& e) {
+        EXPECT_NE(std::string::npos, utf8(e.getMessage()).find(".absent"));
+    }
 }
 
 } // namespace
