@@ -7,7 +7,8 @@
 PEGASUS_NAMESPACE_BEGIN
 
 // Status codes of CIM operations over HTTP.
-enum CIMStatusCode {
+// A fixed underlying type makes every code a client or a server sends a valid value, known or not.
+enum CIMStatusCode : Uint32 {
     CIM_ERR_SUCCESS = 0,
     CIM_ERR_FAILED = 1,
     CIM_ERR_ACCESS_DENIED = 2,

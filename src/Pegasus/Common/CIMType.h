@@ -7,7 +7,8 @@
 PEGASUS_NAMESPACE_BEGIN
 
 // The CIM data types; the comment names the C++ type that carries each.
-enum CIMType {
+// A fixed underlying type keeps an unknown type code a valid value, which the checks then refuse.
+enum CIMType : Uint32 {
     CIMTYPE_BOOLEAN,   // Boolean
     CIMTYPE_UINT8,     // Uint8
     CIMTYPE_SINT8,     // Sint8
