@@ -45,7 +45,7 @@ protected:
 };
 
 TEST_F(InstanceCapTest, TooManyPairsAreAnsweredResponseTooBig) {
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef KSV_ADDRESS_SANITIZER
     GTEST_SKIP() << "AddressSanitizer reserves terabytes of shadow memory: a server under an "
                     "address-space limit cannot start in this build";
 #endif

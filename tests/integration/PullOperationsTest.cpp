@@ -226,7 +226,7 @@ TEST(PullOperationsLargeArrayTest, ASlowClientPagesThroughInFlatMemory) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     EXPECT_GT(seen.size(), 10000u);
-#ifndef __SANITIZE_ADDRESS__
+#ifndef KSV_ADDRESS_SANITIZER
     // AddressSanitizer holds freed memory in quarantine, so resident memory says nothing there.
     const long growth = residentKilobytes(server.pid()).first - afterFirstPage;
     EXPECT_LT(growth, 16 * 1024) << "kilobytes the server grew by while paging " << seen.size()
