@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Runs the libFuzzer targets of fuzz/ (built by scripts/build.sh fuzz fuzzers).
+# Runs the libFuzzer targets of fuzz/ (built by scripts/build.sh sanitize fuzzers).
 #   scripts/fuzz.sh [--seconds N] [--jobs J] [target...]   fuzz each target for N seconds (default
 #                                                          60), J at a time (default 1), niced
 #   scripts/fuzz.sh --replay [target...]                   run the seeds and regression inputs once
 #   --seed S fixes libFuzzer's random seed, so that a run from an empty corpus can be repeated.
-# Targets default to all. New corpus entries go to build-fuzz/corpus/<target>, kept between runs;
-# an input that fails is written to build-fuzz/findings/<target>/ and ends the run with an error:
-# once fixed, copy it into fuzz/regressions/<target>/.
+# Targets default to all. New corpus entries go to build-sanitize/corpus/<target>, kept between
+# runs; an input that fails is written to build-sanitize/findings/<target>/ and ends the run with
+# an error: once fixed, copy it into fuzz/regressions/<target>/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -30,8 +30,8 @@ if [ "${#targets[@]}" -eq 0 ]; then
 fi
 
 binary() {
-    local path="build-fuzz/fuzz/$1"
-    [ -x "$path" ] || { echo "$path is not built: scripts/build.sh fuzz fuzzers" >&2; exit 2; }
+    local path="build-sanitize/fuzz/$1"
+    [ -x "$path" ] || { echo "$path is not built: scripts/build.sh sanitize fuzzers" >&2; exit 2; }
     echo "$path"
 }
 
@@ -39,27 +39,27 @@ replayOne() {
     local target="$1"
     mkdir -p "fuzz/regressions/$target"
     "$(binary "$target")" -runs=0 "fuzz/corpus/$target" "fuzz/regressions/$target" \
-        >"build-fuzz/$target.replay.log" 2>&1 ||
-        { tail -n 40 "build-fuzz/$target.replay.log"; echo "$target: replay failed" >&2; return 1; }
-    echo "$target: $(grep -Eo 'seed corpus: files: [0-9]+' "build-fuzz/$target.replay.log" |
+        >"build-sanitize/$target.replay.log" 2>&1 ||
+        { tail -n 40 "build-sanitize/$target.replay.log"; echo "$target: replay failed" >&2; return 1; }
+    echo "$target: $(grep -Eo 'seed corpus: files: [0-9]+' "build-sanitize/$target.replay.log" |
         awk '{print $4}') inputs replayed"
 }
 
 fuzzOne() {
-    local target="$1" log="build-fuzz/$target.fuzz.log"
-    mkdir -p "build-fuzz/corpus/$target" "build-fuzz/findings/$target" "fuzz/regressions/$target"
+    local target="$1" log="build-sanitize/$target.fuzz.log"
+    mkdir -p "build-sanitize/corpus/$target" "build-sanitize/findings/$target" "fuzz/regressions/$target"
     local status=0
     # AddressSanitizer holds freed memory back (256 MB by default) to catch its use, which would
     # take most of the memory limit; a smaller hold leaves the limit to catch real growth.
     ASAN_OPTIONS="quarantine_size_mb=64${ASAN_OPTIONS:+:$ASAN_OPTIONS}" \
     nice "$(binary "$target")" -max_total_time="$seconds" -seed="$seed" -timeout=90 -rss_limit_mb=1024 \
         -max_len=16384 -dict="fuzz/dict/$target.dict" -print_final_stats=1 \
-        -artifact_prefix="build-fuzz/findings/$target/" \
-        "build-fuzz/corpus/$target" "fuzz/corpus/$target" "fuzz/regressions/$target" \
+        -artifact_prefix="build-sanitize/findings/$target/" \
+        "build-sanitize/corpus/$target" "fuzz/corpus/$target" "fuzz/regressions/$target" \
         >"$log" 2>&1 || status=$?
     if [ "$status" -ne 0 ]; then
         tail -n 60 "$log"
-        echo "$target: failed; the input is in build-fuzz/findings/$target/" >&2
+        echo "$target: failed; the input is in build-sanitize/findings/$target/" >&2
         return 1
     fi
     echo "$target: $(grep -E '^stat::number_of_executed_units' "$log" | awk '{print $2}') runs," \

@@ -40,6 +40,7 @@ step "package"
 cached scripts/package.sh
 
 step "sanitized build"
+# clang under ASan+UBSan: the tests and, from the same objects, the fuzz targets.
 scripts/build.sh sanitize
 step "sanitized tests"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
@@ -52,11 +53,9 @@ step "thread tests"
 TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
     ctest --test-dir build-thread --output-on-failure -j "$jobs" -L concurrency
 
-step "fuzz build"
+step "fuzz replay"
 # Every fuzz target: its seeds and past findings replayed, then 45 s of fuzzing, two at a time,
 # from a fixed seed so that what CI finds can be found again.
-scripts/build.sh fuzz fuzzers
-step "fuzz replay"
 scripts/fuzz.sh --replay
 step "fuzz"
 scripts/fuzz.sh --seconds 45 --jobs 2 --seed 1
