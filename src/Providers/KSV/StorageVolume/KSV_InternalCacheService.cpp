@@ -167,8 +167,7 @@ bool readIdentity(api_SystemInfo_t& info, String& address) {
 } // namespace
 
 KSV_InternalCacheService::KSV_InternalCacheService()
-    : _policy(0), _getStorageArrayUpdateTime(0), _isQuadPort(0), _systemID(0), _systemType(0),
-      _comm_repository(nullptr) {}
+    : _policy(0), _getStorageArrayUpdateTime(0), _isQuadPort(0), _systemID(0), _systemType(0) {}
 
 KSV_InternalCacheService::~KSV_InternalCacheService() {}
 

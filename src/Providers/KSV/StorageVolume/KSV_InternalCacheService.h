@@ -21,8 +21,6 @@
 
 PEGASUS_NAMESPACE_BEGIN
 
-class CIMRepository;
-
 typedef Uint32 cim_policy_t;
 
 // The stored classes whose names fall into one quarter of the store. Each entry keeps the
@@ -99,7 +97,6 @@ private:
     Uint32 _systemID;
     int _systemType;
     KSV_CIMClassHashTable g_cimclassTable[CLASS_TABLE_COUNT];
-    CIMRepository* _comm_repository; // classes come through the server: never set here
 };
 
 PEGASUS_NAMESPACE_END
