@@ -288,9 +288,8 @@ TEST(InProcessAccess, HandlesReachTheServerRunningWhenTheyWereMade) {
     for (CIMOMHandle* unbound : {&early, &detached}) {
         ThroughHandle throughHandle{*unbound, context};
         for (const auto& [name, call] : operationsOn(throughHandle)) {
-            EXPECT_EQ(failureText([&] { call(); }),
-                      std::string("CIM_ERR_FAILED: CIMOMHandle::") + name +
-                          ": the handle is not attached to a CIM server");
+            EXPECT_EQ(failureText(call), std::string("CIM_ERR_FAILED: CIMOMHandle::") + name +
+                                             ": the handle is not attached to a CIM server");
         }
     }
 }
