@@ -5,6 +5,7 @@
 #include <cimxml/detail/XmlText.h>
 
 #include <Pegasus/Common/CIMFlavor.h>
+#include <Pegasus/Common/CIMPropertyReader.h>
 #include <Pegasus/Common/Exception.h>
 
 #include <array>
@@ -479,6 +480,11 @@ void Writer::_qualifiers(const Element& element) {
 }
 
 void Writer::property(const CIMConstProperty& property, const InstanceParts& parts) {
+    _property(property, parts);
+}
+
+template <class Property>
+void Writer::_property(const Property& property, const InstanceParts& parts) {
     const char* tag = property.getType() == CIMTYPE_REFERENCE ? "PROPERTY.REFERENCE"
                       : property.isArray()                    ? "PROPERTY.ARRAY"
                                                               : "PROPERTY";
@@ -556,9 +562,9 @@ void Writer::instance(const CIMConstInstance& instance, const InstanceParts& par
     if (parts.qualifiers)
         _qualifiers(instance);
     for (Uint32 i = 0; i < instance.getPropertyCount(); i++) {
-        const CIMConstProperty item = instance.getProperty(i);
+        const CIMProperty& item = CIMPropertyReader::at(instance, i);
         if (parts.properties == nullptr || parts.properties->useThisProperty(item.getName()))
-            property(item, parts);
+            _property(item, parts);
     }
     _out += "</INSTANCE>";
 }

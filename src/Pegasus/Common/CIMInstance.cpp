@@ -2,6 +2,7 @@
 
 #include "CIMClass.h"
 #include "CIMElementRep.h"
+#include "CIMPropertyReader.h"
 #include "InternalException.h"
 
 PEGASUS_NAMESPACE_BEGIN
@@ -181,6 +182,10 @@ CIMConstProperty CIMConstInstance::getProperty(Uint32 index) const {
 
 Uint32 CIMConstInstance::getPropertyCount() const {
     return checkedRep(_rep).properties.size();
+}
+
+const CIMProperty& CIMPropertyReader::at(const CIMConstInstance& instance, Uint32 index) {
+    return constRep(instance._rep).properties.at(index);
 }
 
 CIMObjectPath CIMConstInstance::buildPath(const CIMConstClass& cimClass) const {

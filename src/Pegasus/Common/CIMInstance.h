@@ -118,6 +118,7 @@ private:
     friend class CIMInstance;
     friend class CIMObject;
     friend class CIMConstObject;
+    friend class CIMPropertyReader;
 };
 
 PEGASUS_NAMESPACE_END

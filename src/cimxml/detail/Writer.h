@@ -61,6 +61,8 @@ private:
     void _flavorAttributes(const Pegasus::CIMFlavor& flavor);
     template <class Element>
     void _qualifiers(const Element& element);
+    template <class Property>
+    void _property(const Property& property, const InstanceParts& parts);
     void _parameter(const Pegasus::CIMConstParameter& parameter);
     void _scalarValue(const Pegasus::CIMValue& value);
     void _arrayValue(const Pegasus::CIMValue& value);

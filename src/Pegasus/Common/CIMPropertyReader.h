@@ -1,0 +1,28 @@
+#ifndef Pegasus_CIMPropertyReader_h
+#define Pegasus_CIMPropertyReader_h
+
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/Linkage.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMProperty.h>
+
+PEGASUS_NAMESPACE_BEGIN
+
+/**
+    Reads an instance's properties where the instance holds them, for the
+    server's own encoder: a handle per property would count a reference up
+    and down for every property written. Providers and clients use
+    getProperty(), which hands out a handle of their own.
+*/
+class PEGASUS_COMMON_LINKAGE CIMPropertyReader {
+public:
+    /**
+        The property at index, valid while the instance is neither changed nor freed.
+        @exception IndexOutOfBoundsException for a bad index.
+    */
+    static const CIMProperty& at(const CIMConstInstance& instance, Uint32 index);
+};
+
+PEGASUS_NAMESPACE_END
+
+#endif
