@@ -10,6 +10,9 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+# The fuzz targets are built in the sanitized tree, beside the tests they share objects with.
+tree=build-sanitize
+
 seconds=60
 jobs=1
 replay=false
@@ -30,7 +33,7 @@ if [ "${#targets[@]}" -eq 0 ]; then
 fi
 
 binary() {
-    local path="build-sanitize/fuzz/$1"
+    local path="$tree/fuzz/$1"
     [ -x "$path" ] || { echo "$path is not built: scripts/build.sh sanitize fuzzers" >&2; exit 2; }
     echo "$path"
 }
@@ -39,27 +42,27 @@ replayOne() {
     local target="$1"
     mkdir -p "fuzz/regressions/$target"
     "$(binary "$target")" -runs=0 "fuzz/corpus/$target" "fuzz/regressions/$target" \
-        >"build-sanitize/$target.replay.log" 2>&1 ||
-        { tail -n 40 "build-sanitize/$target.replay.log"; echo "$target: replay failed" >&2; return 1; }
-    echo "$target: $(grep -Eo 'seed corpus: files: [0-9]+' "build-sanitize/$target.replay.log" |
+        >"$tree/$target.replay.log" 2>&1 ||
+        { tail -n 40 "$tree/$target.replay.log"; echo "$target: replay failed" >&2; return 1; }
+    echo "$target: $(grep -Eo 'seed corpus: files: [0-9]+' "$tree/$target.replay.log" |
         awk '{print $4}') inputs replayed"
 }
 
 fuzzOne() {
-    local target="$1" log="build-sanitize/$target.fuzz.log"
-    mkdir -p "build-sanitize/corpus/$target" "build-sanitize/findings/$target" "fuzz/regressions/$target"
+    local target="$1" log="$tree/$target.fuzz.log"
+    mkdir -p "$tree/corpus/$target" "$tree/findings/$target" "fuzz/regressions/$target"
     local status=0
     # AddressSanitizer holds freed memory back (256 MB by default) to catch its use, which would
     # take most of the memory limit; a smaller hold leaves the limit to catch real growth.
     ASAN_OPTIONS="quarantine_size_mb=64${ASAN_OPTIONS:+:$ASAN_OPTIONS}" \
     nice "$(binary "$target")" -max_total_time="$seconds" -seed="$seed" -timeout=90 -rss_limit_mb=1024 \
         -max_len=16384 -dict="fuzz/dict/$target.dict" -print_final_stats=1 \
-        -artifact_prefix="build-sanitize/findings/$target/" \
-        "build-sanitize/corpus/$target" "fuzz/corpus/$target" "fuzz/regressions/$target" \
+        -artifact_prefix="$tree/findings/$target/" \
+        "$tree/corpus/$target" "fuzz/corpus/$target" "fuzz/regressions/$target" \
         >"$log" 2>&1 || status=$?
     if [ "$status" -ne 0 ]; then
         tail -n 60 "$log"
-        echo "$target: failed; the input is in build-sanitize/findings/$target/" >&2
+        echo "$target: failed; the input is in $tree/findings/$target/" >&2
         return 1
     fi
     echo "$target: $(grep -E '^stat::number_of_executed_units' "$log" | awk '{print $2}') runs," \
