@@ -19,15 +19,20 @@ namespace {
 
 using namespace Pegasus;
 
+template <class Object>
+std::string xmlOf(void (*append)(std::string&, const Object&), const Object& object) {
+    std::string xml;
+    append(xml, object);
+    return xml;
+}
+
 // The answer as text, without the requesting user, who differs by path on purpose.
 std::string shown(const CIMInstance& instance) {
     CIMInstance copy = instance.clone();
     const Uint32 user = copy.findProperty("RequestedBy");
     if (user != PEG_NOT_FOUND)
         copy.removeProperty(user);
-    std::string xml;
-    cimxml::appendInstance(xml, copy);
-    return xml;
+    return xmlOf<CIMConstInstance>(cimxml::appendInstance, copy);
 }
 std::string shown(const CIMObject& object) {
     return object.isInstance() ? shown(CIMInstance(object)) : "class";
@@ -38,22 +43,16 @@ std::string shown(CIMObjectPath path) {
     return mof::utf8(path.toString());
 }
 std::string shown(const CIMClass& cimClass) {
-    std::string xml;
-    cimxml::appendClass(xml, cimClass);
-    return xml;
+    return xmlOf<CIMConstClass>(cimxml::appendClass, cimClass);
 }
 std::string shown(const CIMName& name) {
     return mof::utf8(name.getString());
 }
 std::string shown(const CIMValue& value) {
-    std::string xml;
-    cimxml::appendValue(xml, value);
-    return xml;
+    return xmlOf(cimxml::appendValue, value);
 }
 std::string shown(const CIMParamValue& parameter) {
-    std::string xml;
-    cimxml::appendParamValue(xml, parameter);
-    return xml;
+    return xmlOf(cimxml::appendParamValue, parameter);
 }
 template <class T>
 std::string shown(const Array<T>& items) {
