@@ -1,5 +1,7 @@
 #include <Pegasus/Common/CIMClass.h>
 
+#include "CommonTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -7,10 +9,6 @@
 PEGASUS_USING_PEGASUS;
 
 namespace {
-
-std::string text(const String& s) {
-    return std::string(s.getCString());
-}
 
 CIMProperty keyProperty(const char* name, const CIMValue& key) {
     CIMProperty property(CIMName(name), CIMValue(String("")));
@@ -196,7 +194,7 @@ TEST(CIMObjectText, ClassPrintsQualifiersPropertiesAndMethodsAsXml) {
     locate.addParameter(CIMParameter(CIMName("State"), CIMTYPE_BOOLEAN));
     association.addMethod(locate);
 
-    EXPECT_EQ(text(CIMObject(association).toString()),
+    EXPECT_EQ(utf8(CIMObject(association).toString()),
               "<CLASS NAME=\"KSV_SystemDisk\" >\n"
               "<QUALIFIER NAME=\"Association\" TYPE=\"boolean\" OVERRIDABLE=\"false\""
               " TOSUBCLASS=\"false\">\n"

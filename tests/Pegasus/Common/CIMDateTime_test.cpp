@@ -2,6 +2,8 @@
 #include <Pegasus/Common/CIMDateTime.h>
 #include <Pegasus/Common/Exception.h>
 
+#include "CommonTestSupport.h"
+
 #include <string>
 
 #include <gtest/gtest.h>
@@ -10,21 +12,12 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
-std::string utf8(const String& s) {
-    return std::string(static_cast<const char*>(s.getCString()));
-}
-
 CIMDateTime dt(const char* text) {
     return CIMDateTime(String(text));
 }
 
 std::string error(const char* text) {
-    try {
-        dt(text);
-    } catch (const Exception& e) {
-        return utf8(e.getMessage());
-    }
-    return "accepted";
+    return messageOf([&] { dt(text); });
 }
 
 const Uint64 SECOND = 1000000;
@@ -58,7 +51,7 @@ TEST(DateTimeText, FieldsOutOfRangeAreNamed) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(std::string("DateTime is out of range : ") + c.second, error(c.first)) << c.first;
-    EXPECT_EQ("accepted", error("20000229000000.000000+000"));
+    EXPECT_EQ("no exception", error("20000229000000.000000+000"));
 }
 
 TEST(DateTimeText, FieldSettersCheckRanges) {

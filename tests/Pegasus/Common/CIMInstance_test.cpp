@@ -4,27 +4,15 @@
 #include <Pegasus/Common/CIMQualifierDecl.h>
 #include <Pegasus/Common/InternalException.h>
 
+#include "CommonTestSupport.h"
+
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 PEGASUS_USING_PEGASUS;
 
 namespace {
-
-std::string text(const String& s) {
-    return std::string(s.getCString());
-}
-
-std::string messageOf(const std::function<void()>& operation) {
-    try {
-        operation();
-    } catch (const Exception& e) {
-        return text(e.getMessage());
-    }
-    return "no exception";
-}
 
 CIMInstance disk() {
     CIMInstance instance(CIMName("KSV_DiskDrive"));
@@ -145,11 +133,11 @@ TEST(CIMInstanceHandling, BuildPathTakesTheClassKeys) {
     cimClass.addProperty(key);
     CIMInstance instance = disk();
     CIMObjectPath path = instance.buildPath(cimClass);
-    EXPECT_EQ(text(path.toString()), "KSV_DiskDrive.DeviceID=\"D1\"");
+    EXPECT_EQ(utf8(path.toString()), "KSV_DiskDrive.DeviceID=\"D1\"");
 
     instance.removeProperty(instance.findProperty(CIMName("DeviceID")));
     EXPECT_EQ(messageOf([&] { instance.buildPath(cimClass); }), "no such property: DeviceID");
-    EXPECT_EQ(text(instance.buildPath(CIMClass(CIMName("KSV_DiskDrive"))).toString()),
+    EXPECT_EQ(utf8(instance.buildPath(CIMClass(CIMName("KSV_DiskDrive"))).toString()),
               "KSV_DiskDrive");
 }
 
@@ -159,8 +147,8 @@ TEST(CIMPropertyListHandling, NullSelectsAllEmptyNoneAndNamesIgnoreCase) {
     EXPECT_TRUE(null.useThisProperty(CIMName("Any")));
     EXPECT_FALSE(empty.useThisProperty(CIMName("Any")));
     EXPECT_FALSE(null.contains(CIMName("Any")));
-    EXPECT_EQ(text(null.toString()), "NULL");
-    EXPECT_EQ(text(empty.toString()), "EMPTY");
+    EXPECT_EQ(utf8(null.toString()), "NULL");
+    EXPECT_EQ(utf8(empty.toString()), "EMPTY");
     empty.clear();
     EXPECT_TRUE(empty.isNull());
 
@@ -170,7 +158,7 @@ TEST(CIMPropertyListHandling, NullSelectsAllEmptyNoneAndNamesIgnoreCase) {
     EXPECT_TRUE(list.contains(CIMName("deviceid")));
     EXPECT_FALSE(list.contains(CIMName("Device")));
     EXPECT_THROW((void)list[2], IndexOutOfBoundsException);
-    EXPECT_EQ(text(list.toString()), "DeviceID, Caption");
+    EXPECT_EQ(utf8(list.toString()), "DeviceID, Caption");
     CIMPropertyList assigned;
     assigned = list;
     assigned.set(Array<CIMName>());
@@ -185,12 +173,12 @@ TEST(CIMPropertyListHandling, NullSelectsAllEmptyNoneAndNamesIgnoreCase) {
 TEST(CIMQualifierHandling, DeclarationNormalizesItsFlavor) {
     CIMQualifierDecl plain(CIMName("Description"), CIMValue(String("")), CIMScope::ANY,
                            CIMFlavor::NONE);
-    EXPECT_EQ(text(plain.getFlavor().toString()), "OVERRIDABLE TOSUBCLASS");
+    EXPECT_EQ(utf8(plain.getFlavor().toString()), "OVERRIDABLE TOSUBCLASS");
     CIMQualifierDecl fixed(
         CIMName("Key"), CIMValue(false), CIMScope::PROPERTY + CIMScope::REFERENCE,
         CIMFlavor::DISABLEOVERRIDE + CIMFlavor::RESTRICTED + CIMFlavor::TOSUBCLASS);
-    EXPECT_EQ(text(fixed.getFlavor().toString()), "DISABLEOVERRIDE RESTRICTED");
-    EXPECT_EQ(text(fixed.getScope().toString()), "PROPERTY REFERENCE");
+    EXPECT_EQ(utf8(fixed.getFlavor().toString()), "DISABLEOVERRIDE RESTRICTED");
+    EXPECT_EQ(utf8(fixed.getScope().toString()), "PROPERTY REFERENCE");
     EXPECT_TRUE(fixed.identical(fixed.clone()));
     EXPECT_FALSE(fixed.identical(plain));
 }

@@ -2,6 +2,8 @@
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMValue.h>
 
+#include "CommonTestSupport.h"
+
 #include <string>
 
 #include <gtest/gtest.h>
@@ -10,21 +12,12 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
-std::string utf8(const String& s) {
-    return std::string(static_cast<const char*>(s.getCString()));
-}
-
 CIMObjectPath path(const char* text) {
     return CIMObjectPath(String(text));
 }
 
 std::string parseError(const char* text) {
-    try {
-        path(text);
-    } catch (const MalformedObjectNameException& e) {
-        return utf8(e.getMessage());
-    }
-    return "parsed";
+    return messageOf([&] { path(text); });
 }
 
 Array<CIMKeyBinding> keys(std::initializer_list<CIMKeyBinding> list) {
@@ -65,9 +58,9 @@ TEST(ObjectPathParseErrors, EachFaultIsNamedAfterTheWholeText) {
 TEST(ObjectPathParseErrors, NumbersAcceptedAtTheEdges) {
     EXPECT_EQ("A.k=18446744073709551615", utf8(path("A.k=18446744073709551615").toString()));
     EXPECT_EQ("A.k=-9223372036854775808", utf8(path("A.k=-9223372036854775808").toString()));
-    EXPECT_EQ("parsed", parseError("A.k=0XaBc"));
-    EXPECT_EQ("parsed", parseError("A.k=-0x10"));
-    EXPECT_NE("parsed", parseError("A.k=-9223372036854775809"));
+    EXPECT_EQ("no exception", parseError("A.k=0XaBc"));
+    EXPECT_EQ("no exception", parseError("A.k=-0x10"));
+    EXPECT_NE("no exception", parseError("A.k=-9223372036854775809"));
 }
 
 //------------------------------------------------------------------------------
@@ -93,13 +86,8 @@ TEST(ObjectPathHosts, HostNamesAddressesAndPortsAreChecked) {
 
 TEST(ObjectPathHosts, RefusedHostIsReportedAndLeavesThePathAlone) {
     CIMObjectPath p = path("//good/root:A.k=1");
-    try {
-        p.set("bad host", CIMNamespaceName("root"), CIMName("A"));
-        ADD_FAILURE();
-    } catch (const MalformedObjectNameException& e) {
-        EXPECT_EQ("malformed object name: bad host, reason:\"invalid hostname\"",
-                  utf8(e.getMessage()));
-    }
+    EXPECT_EQ("malformed object name: bad host, reason:\"invalid hostname\"",
+              messageOf([&] { p.set("bad host", CIMNamespaceName("root"), CIMName("A")); }));
     EXPECT_EQ("//good/root:A.k=1", utf8(p.toString()));
     p.setHost(String());
     EXPECT_EQ("root:A.k=1", utf8(p.toString()));

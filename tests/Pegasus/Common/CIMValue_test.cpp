@@ -1,6 +1,8 @@
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMValue.h>
 
+#include "CommonTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -10,10 +12,6 @@
 PEGASUS_USING_PEGASUS;
 
 namespace {
-
-std::string text(const String& s) {
-    return std::string(s.getCString());
-}
 
 CIMInstance diskInstance(const char* deviceId) {
     CIMInstance disk(CIMName("KSV_DiskDrive"));
@@ -176,7 +174,7 @@ TEST(CIMValueEquality, TypeWidthLengthAndEveryElementCount) {
 
 TEST(CIMValueText, EmbeddedInstancePrintsItsXmlElement) {
     // Blanks a reader would collapse are written as references.
-    const std::string xml = text(CIMValue(diskInstance(" X&Y  <Z>")).toString());
+    const std::string xml = utf8(CIMValue(diskInstance(" X&Y  <Z>")).toString());
     EXPECT_EQ(xml, "<INSTANCE CLASSNAME=\"KSV_DiskDrive\" >\n"
                    "<PROPERTY NAME=\"DeviceID\"  TYPE=\"string\">\n"
                    "<VALUE>&#32;X&amp;Y &#32;&lt;Z&gt;</VALUE>\n"
@@ -187,7 +185,7 @@ TEST(CIMValueText, EmbeddedInstancePrintsItsXmlElement) {
 std::string deviceIdOf(const CIMInstance& disk) {
     String deviceId;
     disk.getProperty(0).getValue().get(deviceId);
-    return text(deviceId);
+    return utf8(deviceId);
 }
 
 TEST(CIMValueEmbedded, SetAndGetCloneSoNoCallerReachesTheStoredInstance) {

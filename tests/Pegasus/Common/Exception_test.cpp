@@ -5,6 +5,8 @@
 #include <Pegasus/Common/InternalException.h>
 #include <Pegasus/Common/CIMInstance.h>
 
+#include "CommonTestSupport.h"
+
 #include <string>
 
 #include <gtest/gtest.h>
@@ -12,10 +14,6 @@
 PEGASUS_USING_PEGASUS;
 
 namespace {
-
-std::string utf8(const String& s) {
-    return std::string(static_cast<const char*>(s.getCString()));
-}
 
 TEST(ExceptionMessages, EachKindWordsItsMessage) {
     EXPECT_EQ("index out of bounds", utf8(IndexOutOfBoundsException().getMessage()));

@@ -10,6 +10,8 @@
 #include <Pegasus/Common/CIMPropertyList.h>
 #include <Pegasus/Common/CIMValue.h>
 
+#include "CommonTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -24,10 +26,6 @@ PEGASUS_USING_PEGASUS;
 namespace {
 
 using Columns = std::vector<std::string>;
-
-std::string text(const String& s) {
-    return std::string(s.getCString());
-}
 
 std::string flag(bool value) {
     return value ? "1" : "0";
@@ -67,14 +65,14 @@ Columns outcome(const std::function<Columns()>& operation) {
             answer.push_back(detail);
         return answer;
     } catch (const Exception& e) {
-        return {"error", text(e.getMessage())};
+        return {"error", utf8(e.getMessage())};
     }
 }
 
 Columns describeValue(const CIMValue& value) {
     return {"type=" + std::string(cimTypeToString(value.getType())),
             "array=" + flag(value.isArray()), "null=" + flag(value.isNull()),
-            "toString=" + text(value.toString())};
+            "toString=" + utf8(value.toString())};
 }
 
 std::map<std::string, CIMValue> sampleValues() {
@@ -128,10 +126,10 @@ CIMClass thingClass() {
 }
 
 std::string describeProperty(const CIMConstProperty& property) {
-    return text(property.getName().getString()) + "{val=" + text(property.getValue().toString()) +
+    return utf8(property.getName().getString()) + "{val=" + utf8(property.getValue().toString()) +
            ",null=" + flag(property.getValue().isNull()) +
            ",quals=" + std::to_string(property.getQualifierCount()) +
-           ",origin=" + text(property.getClassOrigin().getString()) +
+           ",origin=" + utf8(property.getClassOrigin().getString()) +
            ",propagated=" + flag(property.getPropagated()) + "}";
 }
 
@@ -142,9 +140,9 @@ Columns describeInstance(const CIMInstance& instance) {
             properties += ";";
         properties += describeProperty(instance.getProperty(i));
     }
-    return {"class=" + text(instance.getClassName().getString()),
+    return {"class=" + utf8(instance.getClassName().getString()),
             "instQuals=" + std::to_string(instance.getQualifierCount()), "props=" + properties,
-            "pathClass=" + text(instance.getPath().getClassName().getString())};
+            "pathClass=" + utf8(instance.getPath().getClassName().getString())};
 }
 
 CIMPropertyList listOf(std::initializer_list<const char*> names) {
@@ -200,7 +198,7 @@ private:
     std::string deviceIdOfOriginal() const {
         String deviceId;
         _original.getProperty(0).getValue().get(deviceId);
-        return text(deviceId);
+        return utf8(deviceId);
     }
 
     static std::string foundAt(Uint32 index) {
@@ -227,7 +225,7 @@ private:
              return outcome([] {
                  String s;
                  CIMValue(CIMTYPE_STRING, false).get(s);
-                 return Columns{"value=[" + text(s) + "]"};
+                 return Columns{"value=[" + utf8(s) + "]"};
              });
          }},
         {"setValue/uint16 prop <- uint32",
@@ -273,12 +271,12 @@ Columns describePath(const CIMObjectPath& path) {
     std::string keys;
     const Array<CIMKeyBinding>& bindings = path.getKeyBindings();
     for (Uint32 i = 0; i < bindings.size(); i++) {
-        keys += std::string(i ? ";" : "") + text(bindings[i].getName().getString()) + ":" +
-                keyTypes[bindings[i].getType()] + "=" + text(bindings[i].getValue());
+        keys += std::string(i ? ";" : "") + utf8(bindings[i].getName().getString()) + ":" +
+                keyTypes[bindings[i].getType()] + "=" + utf8(bindings[i].getValue());
     }
-    return {"host=" + text(path.getHost()), "ns=" + text(path.getNameSpace().getString()),
-            "class=" + text(path.getClassName().getString()), "keys=" + keys,
-            "toString=" + text(path.toString())};
+    return {"host=" + utf8(path.getHost()), "ns=" + utf8(path.getNameSpace().getString()),
+            "class=" + utf8(path.getClassName().getString()), "keys=" + keys,
+            "toString=" + utf8(path.toString())};
 }
 
 // What we answer for one row of paths-datetimes-names.tsv, after its input columns.
@@ -289,7 +287,7 @@ Columns answerFor(const Columns& row) {
     if (row[0] == "datetime") {
         return outcome([&] {
             const CIMDateTime value(input);
-            return Columns{text(value.toString()), "interval=" + flag(value.isInterval())};
+            return Columns{utf8(value.toString()), "interval=" + flag(value.isInterval())};
         });
     }
     if (row[0] == "legalname")
