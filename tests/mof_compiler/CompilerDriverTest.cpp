@@ -38,16 +38,6 @@ private:
     fs::path _root;
 };
 
-MofError errorCompiling(MofCompiler& compiler, const std::string& file) {
-    try {
-        compiler.compileFile(file);
-    } catch (const MofError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "no error compiling " << file;
-    return MofError(SourceLocation{}, "none");
-}
-
 TEST(MofCompilerFiles, NamespacePragmasHoldUntilTheEndOfTheirFile) {
     MofTree tree;
     std::string top = tree.write("top.mof", "#pragma locale (\"en_US\")\n"
@@ -93,7 +83,7 @@ TEST(MofCompilerFiles, ErrorsNameTheFileAndLineWhereTheyArise) {
     };
     for (const auto& c : cases) {
         MofCompiler compiler;
-        MofError error = errorCompiling(compiler, tree.path(c.compiled));
+        MofError error = mofErrorOf([&] { compiler.compileFile(tree.path(c.compiled)); });
         EXPECT_EQ(error.location().file, tree.path(c.file)) << c.compiled;
         EXPECT_EQ(error.location().line, c.line) << c.compiled;
         EXPECT_NE(error.message().find(c.expected), std::string::npos) << error.what();

@@ -13,6 +13,18 @@
 
 namespace ksv::mof::test {
 
+// The error the operation must raise.
+template <typename Operation>
+MofError mofErrorOf(Operation operation) {
+    try {
+        operation();
+    } catch (const MofError& error) {
+        return error;
+    }
+    ADD_FAILURE() << "no error";
+    return MofError(SourceLocation{}, "none");
+}
+
 inline const char* testNamespace = "root/test";
 
 inline std::string shippedMof(const std::string& relative) {
@@ -38,13 +50,7 @@ protected:
 
     // The error the text must cause.
     MofError errorOf(const std::string& text, const std::string& fileName = "test.mof") {
-        try {
-            compiler.compileText(text, fileName);
-        } catch (const MofError& error) {
-            return error;
-        }
-        ADD_FAILURE() << "no error for:\n" << text;
-        return MofError(SourceLocation{}, "none");
+        return mofErrorOf([&] { compiler.compileText(text, fileName); });
     }
 };
 
