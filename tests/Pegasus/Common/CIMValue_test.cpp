@@ -55,28 +55,11 @@ KSV_SAMPLE(CIMObject, CIMTYPE_OBJECT, CIMObject(diskInstance("X")), CIMObject(CI
 
 #undef KSV_SAMPLE
 
+// Compared as values, so that instances and objects compare member by member; the equality
+// itself is checked below on two distinct samples.
 template <class T>
 bool same(const T& x, const T& y) {
-    return x == y;
-}
-
-bool same(const CIMInstance& x, const CIMInstance& y) {
-    return x.identical(y);
-}
-
-bool same(const CIMObject& x, const CIMObject& y) {
-    return x.identical(y);
-}
-
-template <class T>
-bool same(const Array<T>& x, const Array<T>& y) {
-    if (x.size() != y.size())
-        return false;
-    for (Uint32 i = 0; i < x.size(); i++) {
-        if (!same(x[i], y[i]))
-            return false;
-    }
-    return true;
+    return CIMValue(x) == CIMValue(y);
 }
 
 template <class T>

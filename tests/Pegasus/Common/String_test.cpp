@@ -1,4 +1,7 @@
+// Strings, names and arrays: the value types everything else is built of.
 #include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/String.h>
 #include <Pegasus/Common/InternalException.h>
 
@@ -7,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -123,6 +127,95 @@ TEST(StringSharing, ChangingACopyOrFailingToLeavesOtherCopiesAsTheyWere) {
         EXPECT_EQ("aBc", utf8(original));
         EXPECT_EQ(3u, original.size());
     }
+}
+
+// The recorded cases cover the common legal and illegal names.
+TEST(CIMName, LegalityEdgesAndRefusalKeepTheOldName) {
+    EXPECT_TRUE(CIMName::legal("_x9"));
+    EXPECT_FALSE(CIMName::legal("a.b"));
+    // U+FFF0 and above are not name characters.
+    EXPECT_FALSE(CIMName::legal("a\xEF\xBF\xB0"));
+    EXPECT_EQ("The CIM name is not valid: Disk Drive", messageOf([] { CIMName("Disk Drive"); }));
+    CIMName name("Good");
+    EXPECT_THROW(name = String("9bad"), InvalidNameException);
+    EXPECT_EQ("Good", utf8(name.getString()));
+    name.clear();
+    EXPECT_TRUE(name.isNull());
+    EXPECT_EQ(CIMName(), name);
+}
+
+TEST(CIMName, ComparesWithoutAsciiCaseAndKeepsItsSpelling) {
+    EXPECT_TRUE(CIMName("DeviceID").equal(CIMName("DEVICEID")));
+    EXPECT_NE(CIMName("DeviceID"), CIMName("DeviceID2"));
+    EXPECT_NE(CIMName("\xC3\x9C"), CIMName("\xC3\xBC"));
+    EXPECT_EQ("DeviceID", utf8(CIMName("DeviceID").getString()));
+}
+
+TEST(CIMNamespaceName, ElementsAreLegalNamesJoinedBySlash) {
+    for (const char* good : {"root/ksv", "/root/ksv", "root"})
+        EXPECT_TRUE(CIMNamespaceName::legal(good)) << good;
+    for (const char* bad : {"", "/", "root/", "root//ksv", "//root", "root/9ksv", "root:ksv"})
+        EXPECT_FALSE(CIMNamespaceName::legal(bad)) << bad;
+    EXPECT_EQ("root/ksv", utf8(CIMNamespaceName("/root/ksv").getString()));
+    EXPECT_EQ("invalid CIM namespace name: root/", messageOf([] { CIMNamespaceName("root/"); }));
+    EXPECT_EQ(CIMNamespaceName("root/ksv"), CIMNamespaceName("ROOT/KSV"));
+    EXPECT_NE(CIMNamespaceName("root/ksv"), CIMNamespaceName("root/ksv2"));
+    EXPECT_TRUE(CIMNamespaceName().isNull());
+    EXPECT_NE(CIMNamespaceName(), CIMNamespaceName("root"));
+}
+
+template <class T>
+std::vector<T> items(const Array<T>& a) {
+    return std::vector<T>(a.getData(), a.getData() + a.size());
+}
+
+TEST(Array, EditsKeepOrderAndIndexesOutsideAreRefused) {
+    Array<Uint32> a;
+    a.append(2);
+    a.prepend(0);
+    a.insert(1, 1);
+    const Uint32 more[] = {3, 4, 5};
+    a.append(more, 3);
+    a.remove(4);
+    a.remove(0, 2);
+    EXPECT_EQ((std::vector<Uint32>{2, 3, 5}), items(a));
+    Array<Uint32> b(2, 9);
+    b.appendArray(a);
+    b.grow(2, 7);
+    EXPECT_EQ((std::vector<Uint32>{9, 9, 2, 3, 5, 7, 7}), items(b));
+    b.swap(a);
+    EXPECT_EQ(3u, b.size());
+
+    Array<String> s(2);
+    const Array<String>& view = s;
+    EXPECT_THROW(s[2], IndexOutOfBoundsException);
+    EXPECT_THROW(view[5], IndexOutOfBoundsException);
+    EXPECT_THROW(s.insert(3, String("x")), IndexOutOfBoundsException);
+    EXPECT_THROW(s.remove(2), IndexOutOfBoundsException);
+    EXPECT_THROW(s.remove(1, 2), IndexOutOfBoundsException);
+    EXPECT_NO_THROW(s.remove(1, 0));
+    s.insert(2, String("end"));
+    EXPECT_EQ(3u, s.size());
+}
+
+TEST(Array, CopiesAreIndependentAndBooleansContiguous) {
+    Array<CIMName> a(1, CIMName("A"));
+    Array<CIMName> b(a);
+    b[0] = CIMName("B");
+    b.append(CIMName("C"));
+    EXPECT_EQ(1u, a.size());
+    EXPECT_EQ(CIMName("A"), a[0]);
+    a = b;
+    b.clear();
+    EXPECT_EQ(2u, a.size());
+
+    const Boolean flags[] = {true, false, true};
+    Array<Boolean> c(flags, 3);
+    c[1] = true;
+    c.reserveCapacity(100);
+    EXPECT_GE(c.getCapacity(), 100u);
+    const Boolean* data = c.getData();
+    EXPECT_TRUE(data[0] && data[1] && data[2]);
 }
 
 } // namespace
