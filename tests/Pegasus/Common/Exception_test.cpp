@@ -15,18 +15,13 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
+// The kinds whose texts no other case shows.
 TEST(ExceptionMessages, EachKindWordsItsMessage) {
     EXPECT_EQ("index out of bounds", utf8(IndexOutOfBoundsException().getMessage()));
-    EXPECT_EQ("already exists: X", utf8(AlreadyExistsException("X").getMessage()));
     EXPECT_EQ("uninitialized object", utf8(UninitializedObjectException().getMessage()));
-    EXPECT_EQ("type mismatch", utf8(TypeMismatchException().getMessage()));
     EXPECT_EQ("type mismatch: why", utf8(TypeMismatchException("why").getMessage()));
-    EXPECT_EQ("invalid datetime format", utf8(InvalidDateTimeFormatException().getMessage()));
-    EXPECT_EQ("DateTime is out of range : x", utf8(DateTimeOutOfRangeException("x").getMessage()));
-    EXPECT_EQ("malformed object name: a.b", utf8(MalformedObjectNameException("a.b").getMessage()));
     EXPECT_EQ("Bind failed: port", utf8(BindFailedException("port").getMessage()));
     EXPECT_EQ("null pointer", utf8(NullPointer().getMessage()));
-    EXPECT_EQ("no such property: P", utf8(NoSuchProperty("P").getMessage()));
     EXPECT_EQ("qualifier invalid in this scope: Key scope=method",
               utf8(BadQualifierScope("Key", "method").getMessage()));
     EXPECT_EQ("CIMType of qualifier different than its declaration: Q(\"C\")",
