@@ -20,9 +20,9 @@
 #include <string>
 
 using namespace Pegasus;
-using ksv::integration::ServerOptions;
-using ksv::integration::ServerProcess;
-using ksv::integration::TemporaryFile;
+using ksv::test::ServerOptions;
+using ksv::test::ServerProcess;
+using ksv::test::TemporaryFile;
 using Clock = std::chrono::steady_clock;
 
 namespace {

@@ -199,9 +199,13 @@ std::vector<Operation> operationsOn(Access& a) {
 }
 
 std::string failureText(const std::function<void()>& call) {
-    const CIMException failure = failureOf(call);
-    return std::string(cimStatusCodeToString(failure.getCode())) + ": " +
-           mof::utf8(failure.getMessage());
+    try {
+        call();
+    } catch (const CIMException& failure) {
+        return std::string(cimStatusCodeToString(failure.getCode())) + ": " +
+               mof::utf8(failure.getMessage());
+    }
+    return "no exception";
 }
 
 // Each operation's name and answer.

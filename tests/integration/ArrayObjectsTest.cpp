@@ -5,7 +5,7 @@
 
 #include <functional>
 
-namespace ksv::integration {
+namespace ksv::test {
 namespace {
 
 const char DENIED[] = "CIM_ERR_ACCESS_DENIED: Insufficient privilege for the user";
@@ -200,4 +200,4 @@ TEST_F(ArrayObjectsTest, TheInternalCacheAnswersOverTheLocalSocket) {
 }
 
 } // namespace
-} // namespace ksv::integration
+} // namespace ksv::test

@@ -1,7 +1,7 @@
 // Requests that cannot be served are answered with errors, and the server goes on serving.
 #include "IntegrationTest.h"
 
-namespace ksv::integration {
+namespace ksv::test {
 namespace {
 
 class BadRequestsTest : public IntegrationTest {
@@ -80,4 +80,4 @@ TEST_F(BadRequestsTest, SiblingObjectsCannotBeCreatedChangedOrDeleted) {
 }
 
 } // namespace
-} // namespace ksv::integration
+} // namespace ksv::test

@@ -5,7 +5,7 @@
 
 #include <sstream>
 
-namespace ksv::integration {
+namespace ksv::test {
 namespace {
 
 // The server starts and serves in this much address space (two worker threads); the cap is
@@ -82,4 +82,4 @@ TEST_F(InstanceCapTest, WithoutALimitEveryPairIsAnswered) {
 }
 
 } // namespace
-} // namespace ksv::integration
+} // namespace ksv::test

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-namespace ksv::integration {
+namespace ksv::test {
 
 const CIMNamespaceName KSV_NAMESPACE("root/ksv");
 
@@ -88,18 +88,6 @@ std::string bareText(CIMObjectPath path) {
     return text(path.toString());
 }
 
-std::string cimErrorOf(const std::function<void()>& operation) {
-    try {
-        operation();
-    } catch (const CIMException& error) {
-        // The server describes an error as "CIM_ERR_<NAME>: message", and that is the message.
-        return text(error.getMessage());
-    } catch (const Exception& error) {
-        return "client error: " + text(error.getMessage());
-    }
-    return "no exception";
-}
-
 std::unique_ptr<ServerProcess> IntegrationTest::_server;
 std::string IntegrationTest::_startFailure;
 
@@ -124,4 +112,4 @@ void IntegrationTest::SetUp() {
     ASSERT_TRUE(_server) << _startFailure;
 }
 
-} // namespace ksv::integration
+} // namespace ksv::test

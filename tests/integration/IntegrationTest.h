@@ -18,11 +18,9 @@
 #include <set>
 #include <string>
 
-namespace ksv::integration {
+namespace ksv::test {
 
 using namespace Pegasus;
-using ksv::test::CommandResult;
-using ksv::test::wbemcliInstalled;
 
 extern const CIMNamespaceName KSV_NAMESPACE; // root/ksv
 
@@ -68,9 +66,6 @@ std::set<std::string> bareTexts(const Objects& objects) {
     return texts;
 }
 
-// "CIM_ERR_...: <message>" of the CIM error, or what else happened.
-std::string cimErrorOf(const std::function<void()>& operation);
-
 class IntegrationTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite();
@@ -88,6 +83,6 @@ private:
     static std::string _startFailure;
 };
 
-} // namespace ksv::integration
+} // namespace ksv::test
 
 #endif

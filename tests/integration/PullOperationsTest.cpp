@@ -11,7 +11,7 @@
 #include <set>
 #include <thread>
 
-namespace ksv::integration {
+namespace ksv::test {
 namespace {
 
 using Paths = std::set<std::string>;
@@ -247,4 +247,4 @@ TEST(PullOperationsLargeArrayTest, ASlowClientPagesThroughInFlatMemory) {
 }
 
 } // namespace
-} // namespace ksv::integration
+} // namespace ksv::test

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <stdexcept>
 
-namespace ksv::integration {
+namespace ksv::test {
 
 namespace {
 
@@ -62,4 +62,4 @@ CertificateFiles makeCertificate(const std::string& directory, const std::string
     return files;
 }
 
-} // namespace ksv::integration
+} // namespace ksv::test

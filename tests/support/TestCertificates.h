@@ -1,10 +1,10 @@
 // Throwaway certificates made at test time (GnuTLS), so that no key is ever committed.
-#ifndef KSV_TESTS_INTEGRATION_TESTCERTIFICATES_H
-#define KSV_TESTS_INTEGRATION_TESTCERTIFICATES_H
+#ifndef KSV_TESTS_SUPPORT_TESTCERTIFICATES_H
+#define KSV_TESTS_SUPPORT_TESTCERTIFICATES_H
 
 #include <string>
 
-namespace ksv::integration {
+namespace ksv::test {
 
 struct CertificateFiles {
     std::string certificate;
@@ -16,6 +16,6 @@ struct CertificateFiles {
 CertificateFiles makeCertificate(const std::string& directory, const std::string& name,
                                  long validFrom = -60, long validUntil = 86400);
 
-} // namespace ksv::integration
+} // namespace ksv::test
 
 #endif

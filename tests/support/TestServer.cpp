@@ -4,27 +4,11 @@
 
 #include "mof_compiler/NamespaceStore.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <stdexcept>
-
 namespace ksv::test {
 
 using namespace Pegasus;
 
 const CIMNamespaceName kTestNamespace("root/ksv");
-
-namespace {
-
-std::string temporaryDirectory() {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "ksv-cimserver-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error("cannot create a temporary directory");
-    return pattern;
-}
-
-} // namespace
 
 server::ServerConfig testServerConfig(unsigned threads) {
     server::ServerConfig config = server::defaultServerConfig();
@@ -40,25 +24,11 @@ server::ServerConfig testServerConfig(unsigned threads) {
     return config;
 }
 
-TestServer::TestServer(server::ServerConfig config) : _directory(temporaryDirectory()) {
+TestServer::TestServer(server::ServerConfig config) {
     ksvsim::reset();
-    _config = std::move(config);
-    _config.http.socketPath = _directory + "/cimxml.socket";
-    _server = std::make_unique<server::CimServer>(_config);
+    config.http.socketPath = socketPath();
+    _server = std::make_unique<server::CimServer>(config);
     _server->start();
-}
-
-TestServer::~TestServer() {
-    _server.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(_directory, ignored);
-}
-
-std::unique_ptr<CIMClient> TestServer::client(const std::string& user,
-                                              const std::string& password) const {
-    auto client = std::make_unique<CIMClient>();
-    client->connect("127.0.0.1", port(), user.c_str(), password.c_str());
-    return client;
 }
 
 void TestServer::populate(Uint32 count, Uint32 nameLength) const {
@@ -93,15 +63,6 @@ std::string stringProperty(const CIMConstInstance& instance, const char* name) {
     String text;
     value.get(text);
     return mof::utf8(text);
-}
-
-CIMException failureOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CIMException& error) {
-        return error;
-    }
-    return CIMException();
 }
 
 } // namespace ksv::test

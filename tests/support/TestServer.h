@@ -1,17 +1,15 @@
 // A CIM server running inside the test process over the test provider module, on an ephemeral
 // loopback port and a socket in a fresh temporary directory, with the simulator's built-in
 // array (users admin/admin-pw, monitor/monitor-pw, guest/guest-pw).
-#ifndef KSV_TESTS_CIMSERVER_TESTSERVER_H
-#define KSV_TESTS_CIMSERVER_TESTSERVER_H
+#ifndef KSV_TESTS_SUPPORT_TESTSERVER_H
+#define KSV_TESTS_SUPPORT_TESTSERVER_H
 
-#include <Pegasus/Client/CIMClient.h>
+#include "ServerUnderTest.h"
 
 #include "cimserver/CimServer.h"
 #include "cimserver/ServerConfig.h"
 
-#include <functional>
 #include <memory>
-#include <string>
 
 namespace ksv::test {
 
@@ -20,25 +18,18 @@ extern const Pegasus::CIMNamespaceName kTestNamespace; // root/ksv
 // The configuration of a test server; `threads` workers.
 server::ServerConfig testServerConfig(unsigned threads = 4);
 
-class TestServer {
+class TestServer : public ServerUnderTest {
 public:
     explicit TestServer(server::ServerConfig config = testServerConfig());
     explicit TestServer(unsigned threads) : TestServer(testServerConfig(threads)) {}
-    ~TestServer();
 
-    std::uint16_t port() const { return _server->httpPort(); }
-    const std::string& socketPath() const { return _config.http.socketPath; }
+    std::uint16_t port() const override { return _server->httpPort(); }
     server::CimServer& server() { return *_server; }
 
-    // A client connected over TCP with Basic authentication.
-    std::unique_ptr<Pegasus::CIMClient> client(const std::string& user = "admin",
-                                               const std::string& password = "admin-pw") const;
     // Replaces the devices with `count` new ones, named with `nameLength` letters when not 0.
     void populate(Pegasus::Uint32 count, Pegasus::Uint32 nameLength) const;
 
 private:
-    std::string _directory;
-    server::ServerConfig _config;
     std::unique_ptr<server::CimServer> _server;
 };
 
@@ -48,9 +39,6 @@ Pegasus::CIMObjectPath pathOf(const char* className, const std::string& id);
 
 // The string value of a property; empty when absent or null.
 std::string stringProperty(const Pegasus::CIMConstInstance& instance, const char* name);
-
-// The CIM error a call ends with; one with code CIM_ERR_SUCCESS when it succeeds.
-Pegasus::CIMException failureOf(const std::function<void()>& call);
 
 } // namespace ksv::test
 

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
 #include <fstream>
 #include <regex>
 #include <sstream>
@@ -15,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-namespace ksv::integration {
+namespace ksv::test {
 
 namespace {
 
@@ -24,14 +23,6 @@ using Clock = std::chrono::steady_clock;
 // Sanitized servers start and stop more slowly.
 const auto READY_TIMEOUT = std::chrono::seconds(60);
 const auto STOP_TIMEOUT = std::chrono::seconds(30);
-
-std::string makeDirectory() {
-    std::string pattern =
-        (std::filesystem::temp_directory_path() / "ksv-integration-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error("cannot create a temporary directory");
-    return pattern;
-}
 
 std::string fileContent(const std::string& path) {
     std::ifstream in(path);
@@ -78,30 +69,25 @@ std::vector<std::string> serverEnvironment(const ServerOptions& options) {
 
 } // namespace
 
-ServerProcess::ServerProcess(const ServerOptions& options)
-    : _directory(makeDirectory()), _socketPath(_directory + "/cimserver.socket"),
-      _outputPath(_directory + "/server.out") {
+ServerProcess::ServerProcess(const ServerOptions& options) : _outputPath(socketPath() + ".out") {
     try {
         start(options);
         waitUntilReady();
     } catch (...) {
         stop();
-        std::filesystem::remove_all(_directory);
         throw;
     }
 }
 
 ServerProcess::~ServerProcess() {
     stop();
-    std::error_code ignored;
-    std::filesystem::remove_all(_directory, ignored);
 }
 
 void ServerProcess::start(const ServerOptions& options) {
     std::vector<std::string> arguments = {KSV_CIMSERVER,
                                           "--address=127.0.0.1",
                                           "--port=0",
-                                          "--socket=" + _socketPath,
+                                          "--socket=" + socketPath(),
                                           "--array-model=" + options.arrayModel,
                                           "--threads=" + std::to_string(options.threads),
                                           "--shutdown-grace=5",
@@ -141,17 +127,6 @@ void ServerProcess::waitUntilReady() {
     throw std::runtime_error("the server was not ready in time:\n" + output());
 }
 
-std::string ServerProcess::url(const std::string& user, const std::string& password) const {
-    return "http://" + user + ":" + password + "@127.0.0.1:" + std::to_string(_port);
-}
-
-std::unique_ptr<Pegasus::CIMClient> ServerProcess::client(const std::string& user,
-                                                          const std::string& password) const {
-    auto client = std::make_unique<Pegasus::CIMClient>();
-    client->connect("127.0.0.1", _port, user.c_str(), password.c_str());
-    return client;
-}
-
 bool ServerProcess::running() {
     if (_pid <= 0)
         return false;
@@ -181,18 +156,4 @@ std::string ServerProcess::output() const {
     return fileContent(_outputPath);
 }
 
-TemporaryFile::TemporaryFile(const std::string& content)
-    : _path((std::filesystem::temp_directory_path() / "ksv-integration-XXXXXX").string()) {
-    const int fd = mkstemp(_path.data());
-    if (fd < 0)
-        throw std::runtime_error("cannot create a temporary file");
-    close(fd);
-    std::ofstream(_path) << content;
-}
-
-TemporaryFile::~TemporaryFile() {
-    std::error_code ignored;
-    std::filesystem::remove(_path, ignored);
-}
-
-} // namespace ksv::integration
+} // namespace ksv::test

@@ -1,7 +1,7 @@
 // A bare HTTP/1.1 client for the tests that send what no proper client would: broken bodies,
 // truncated requests, stalls, floods of connections, slow reads.
-#ifndef KSV_TESTS_CIMSERVER_RAWHTTP_H
-#define KSV_TESTS_CIMSERVER_RAWHTTP_H
+#ifndef KSV_TESTS_SUPPORT_RAWHTTP_H
+#define KSV_TESTS_SUPPORT_RAWHTTP_H
 
 #include <chrono>
 #include <cstdint>
