@@ -1,4 +1,5 @@
-// Who may call, and who the providers are told is calling.
+// Who may call, who the providers are told is calling, and what the local socket tells. One
+// worker: nested calls must run on the calling thread.
 #include <gtest/gtest.h>
 
 #include <Pegasus/Client/CIMXmlClientBackend.h>
@@ -10,12 +11,15 @@
 #include "TestServer.h"
 #include "cimserver/Caller.h"
 #include "cimserver/ServerLog.h"
+#include "cimserver/ServerStatus.h"
 
 #include <ksvapi.h>
 
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <regex>
+#include <sstream>
 
 namespace ksv::test {
 namespace {
@@ -34,7 +38,7 @@ protected:
         return 200;
     }
 
-    TestServer server;
+    TestServer server{1};
 };
 
 TEST_F(AuthenticationTest, MissingOrWrongCredentialsAreRefusedBeforeAnyProviderCall) {
@@ -65,13 +69,19 @@ TEST_F(AuthenticationTest, FailedLoginsAreLoggedWithUserAndAddressButNeverThePas
     EXPECT_EQ(text, "ksv-cimserver[3] login failed: user \"admin\" from 127.0.0.1\n");
 }
 
-TEST_F(AuthenticationTest, NestedCallsAreTheServersOwnAccountOrNoUser) {
+TEST_F(AuthenticationTest, NestedCallsCompleteAsTheServersOwnAccountOrNoUser) {
     auto monitor = server.client("monitor", "monitor-pw");
     // Nested calls are not the client's: connectLocal() is the server's own account, as the peer
     // of the local socket, and a handle call without an identity is the empty user.
     CIMInstance nested = monitor->getInstance(kTestNamespace, pathOf("KSV_TestNested", "nested"));
     EXPECT_EQ(stringProperty(nested, "NestedUser"), ksv::server::userNameOf(geteuid()));
     EXPECT_EQ(stringProperty(nested, "HandleUser"), "");
+    EXPECT_EQ(nested.getProperty(nested.findProperty("GadgetsAtStart")).getValue().toString(), "2")
+        << "from initialize";
+    EXPECT_EQ(nested.getProperty(nested.findProperty("ViaHandle")).getValue().toString(), "3");
+    EXPECT_EQ(nested.getProperty(nested.findProperty("ViaClient")).getValue().toString(), "3");
+    // The association provider reads the devices and the far end through the server.
+    EXPECT_EQ(monitor->associators(kTestNamespace, devicePath("dev-2")).size(), 1u);
 }
 
 TEST_F(AuthenticationTest, LocalSocketClientsAreTheirOwnUserWithoutPassword) {
@@ -80,6 +90,36 @@ TEST_F(AuthenticationTest, LocalSocketClientsAreTheirOwnUserWithoutPassword) {
     CIMInstance device = local->getInstance(kTestNamespace, devicePath("dev-0"), true, false, false,
                                             CIMPropertyList());
     EXPECT_EQ(stringProperty(device, "RequestedBy"), ksv::server::userNameOf(geteuid()));
+}
+
+std::uint64_t requestsServed(const std::string& page) {
+    std::smatch match;
+    EXPECT_TRUE(std::regex_search(page, match, std::regex("requests served: (\\d+)"))) << page;
+    return match.empty() ? 0 : std::stoull(match[1]);
+}
+
+TEST_F(AuthenticationTest, OnlyTheLocalSocketTellsHowTheServerIs) {
+    const std::uint64_t before = requestsServed(server.server().status());
+    server.client()->enumerateInstanceNames(kTestNamespace, "KSV_TestDevice");
+    server.client()->getInstance(kTestNamespace, devicePath("dev-0"));
+
+    std::ostringstream out, err;
+    ASSERT_EQ(server::printStatus(server.socketPath(), out, err), 0) << err.str();
+    EXPECT_TRUE(std::regex_match(out.str(), std::regex("server: .+\nuptime: 0d 0h 0m \\d+s\n"
+                                                       "requests served: \\d+\n"
+                                                       "connections open: [1-9]\\d*\n"
+                                                       "resident memory: [1-9]\\d* kB\n"
+                                                       "array: simulated, model .+\n")))
+        << out.str();
+    EXPECT_EQ(requestsServed(out.str()), before + 2);
+
+    auto overTcp = RawConnection::toPort(server.port());
+    overTcp.send("GET /status HTTP/1.1\r\nHost: localhost\r\n\r\n");
+    EXPECT_EQ(overTcp.receive().status, 405u);
+    EXPECT_EQ(server::printStatus("/nonexistent/ksv-cimserver.socket", out, err), 1);
+    EXPECT_NE(err.str().find("no server answers on /nonexistent/ksv-cimserver.socket"),
+              std::string::npos);
+    EXPECT_EQ(server::printStatus("", out, err), 1);
 }
 
 } // namespace
