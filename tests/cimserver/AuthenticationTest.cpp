@@ -42,11 +42,11 @@ protected:
 };
 
 TEST_F(AuthenticationTest, MissingOrWrongCredentialsAreRefusedBeforeAnyProviderCall) {
-    unsigned before = ksvtest_operations();
+    unsigned before = ksvtest_count(KSVTEST_OPERATIONS);
     EXPECT_EQ(statusFor("", ""), 401u);
     EXPECT_EQ(statusFor("admin", "wrong"), 401u);
     EXPECT_EQ(statusFor("nobody", "admin-pw"), 401u);
-    EXPECT_EQ(ksvtest_operations(), before);
+    EXPECT_EQ(ksvtest_count(KSVTEST_OPERATIONS), before);
     EXPECT_EQ(statusFor("admin", "admin-pw"), 200u);
 
     auto connection = RawConnection::toPort(server.port());

@@ -81,8 +81,8 @@ TEST(ConcurrencyTest, MixedAndNestedOperationsFromManyClientsAllSucceed) {
 
 TEST(ConcurrencyTest, ProvidersAreInitializedOnceBeforeTheirFirstOperation) {
     TestServer server(kClients);
-    unsigned initializedBefore = ksvtest_initializations();
-    unsigned prematureBefore = ksvtest_premature_calls();
+    unsigned initializedBefore = ksvtest_count(KSVTEST_INITIALIZATIONS);
+    unsigned prematureBefore = ksvtest_count(KSVTEST_PREMATURE_CALLS);
     std::promise<void> go;
     std::shared_future<void> start = go.get_future().share();
     std::vector<std::future<std::string>> answers;
@@ -96,8 +96,8 @@ TEST(ConcurrencyTest, ProvidersAreInitializedOnceBeforeTheirFirstOperation) {
     go.set_value();
     for (auto& answer : answers)
         EXPECT_EQ(answer.get(), "dev-0");
-    EXPECT_EQ(ksvtest_initializations() - initializedBefore, 1u);
-    EXPECT_EQ(ksvtest_premature_calls() - prematureBefore, 0u);
+    EXPECT_EQ(ksvtest_count(KSVTEST_INITIALIZATIONS) - initializedBefore, 1u);
+    EXPECT_EQ(ksvtest_count(KSVTEST_PREMATURE_CALLS) - prematureBefore, 0u);
 }
 
 // While the default backend comes and goes, every handle made reaches the server or fails
@@ -105,7 +105,7 @@ TEST(ConcurrencyTest, ProvidersAreInitializedOnceBeforeTheirFirstOperation) {
 TEST(ConcurrencyTest, HandlesMadeWhileTheDefaultBackendChangesReachItOrFailCleanly) {
     TestServer server(2);
     const std::shared_ptr<CIMOMHandleBackend> backend = CIMOMHandleBackend::getDefault();
-    const unsigned before = ksvtest_operations();
+    const unsigned before = ksvtest_count(KSVTEST_OPERATIONS);
     constexpr int calls = 200;
     std::atomic<int> attached{0};
     std::atomic<int> detached{0};
@@ -138,7 +138,7 @@ TEST(ConcurrencyTest, HandlesMadeWhileTheDefaultBackendChangesReachItOrFailClean
     swapper.join();
     EXPECT_EQ(failures, 0);
     EXPECT_EQ(attached + detached, kClients * calls);
-    EXPECT_EQ(ksvtest_operations() - before, unsigned(attached));
+    EXPECT_EQ(ksvtest_count(KSVTEST_OPERATIONS) - before, unsigned(attached));
 }
 
 // Clients connect while the connection factories come and go: each attempt gets a connection

@@ -77,9 +77,9 @@ TEST_F(OperationsTest, AssociationOperationsReachTheAssociationProvider) {
     EXPECT_EQ(client->associatorNames(kTestNamespace, devicePath("dev-0"), "KSV_TestGadget").size(),
               0u);
     // Without one, only associations that refer to the object's class are asked.
-    unsigned before = ksvtest_operations();
+    unsigned before = ksvtest_count(KSVTEST_OPERATIONS);
     EXPECT_EQ(client->referenceNames(kTestNamespace, pathOf("KSV_TestFaulty", "x")).size(), 0u);
-    EXPECT_EQ(ksvtest_operations(), before);
+    EXPECT_EQ(ksvtest_count(KSVTEST_OPERATIONS), before);
 }
 
 TEST_F(OperationsTest, MethodParametersArriveWithTheirDeclaredTypes) {

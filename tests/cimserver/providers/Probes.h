@@ -2,16 +2,13 @@
 #ifndef KSV_TESTS_CIMSERVER_PROBES_H
 #define KSV_TESTS_CIMSERVER_PROBES_H
 
-extern "C" {
+enum KsvTestProbe {
+    KSVTEST_OPERATIONS,      // operations called on any test provider
+    KSVTEST_INITIALIZATIONS, // initialize calls
+    KSVTEST_PREMATURE_CALLS, // operations that arrived before their provider was initialized
+    KSVTEST_DELIVERED,       // device instances delivered by enumerations
+};
 
-// Operations called on any test provider.
-__attribute__((visibility("default"))) unsigned ksvtest_operations();
-// initialize calls.
-__attribute__((visibility("default"))) unsigned ksvtest_initializations();
-// Operations that arrived before their provider's initialize had completed.
-__attribute__((visibility("default"))) unsigned ksvtest_premature_calls();
-// Device instances delivered by enumerations.
-__attribute__((visibility("default"))) unsigned ksvtest_delivered();
-}
+extern "C" __attribute__((visibility("default"))) unsigned ksvtest_count(KsvTestProbe probe);
 
 #endif

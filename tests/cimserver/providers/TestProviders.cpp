@@ -32,10 +32,7 @@ const CIMNamespaceName kNamespace("root/ksv");
 const CIMName kDevice("KSV_TestDevice");
 const CIMName kGadget("KSV_TestGadget");
 
-std::atomic<unsigned> operations{0};
-std::atomic<unsigned> initializations{0};
-std::atomic<unsigned> prematureCalls{0};
-std::atomic<unsigned> delivered{0};
+std::atomic<unsigned> counts[KSVTEST_DELIVERED + 1];
 
 String keyOf(const CIMObjectPath& path, const char* keyName) {
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
@@ -56,49 +53,25 @@ CIMObjectPath gadgetPath(Uint32 index) {
     return pathOf(kGadget, String(("g-" + std::to_string(index)).c_str()));
 }
 
-// Counts operations; an operation before initialize has completed is a server fault. Instance
-// operations that a provider does not override are not supported.
-class Provider : public CIMInstanceProvider {
+// Counts operations; an operation before initialize has completed is a server fault. The
+// server asks each provider for the interfaces of its operations, so a provider implements only
+// those its tests call.
+class Provider : public virtual CIMProvider {
 public:
     void initialize(CIMOMHandle& cimom) override {
         _cimom = cimom;
-        ++initializations;
+        ++counts[KSVTEST_INITIALIZATIONS];
         // Slow on purpose: a server that lets calls in early would be caught here.
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         _initialized = true;
     }
     void terminate() override { delete this; }
 
-    void getInstance(const OperationContext&, const CIMObjectPath&, const Boolean, const Boolean,
-                     const CIMPropertyList&, InstanceResponseHandler&) override {
-        throw CIMNotSupportedException("getInstance");
-    }
-    void enumerateInstances(const OperationContext&, const CIMObjectPath&, const Boolean,
-                            const Boolean, const CIMPropertyList&,
-                            InstanceResponseHandler&) override {
-        throw CIMNotSupportedException("enumerateInstances");
-    }
-    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath&,
-                                ObjectPathResponseHandler&) override {
-        throw CIMNotSupportedException("enumerateInstanceNames");
-    }
-    void modifyInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
-                        const Boolean, const CIMPropertyList&, ResponseHandler&) override {
-        throw CIMNotSupportedException("modifyInstance");
-    }
-    void createInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
-                        ObjectPathResponseHandler&) override {
-        throw CIMNotSupportedException("createInstance");
-    }
-    void deleteInstance(const OperationContext&, const CIMObjectPath&, ResponseHandler&) override {
-        throw CIMNotSupportedException("deleteInstance");
-    }
-
 protected:
     void enter() {
-        ++operations;
+        ++counts[KSVTEST_OPERATIONS];
         if (!_initialized)
-            ++prematureCalls;
+            ++counts[KSVTEST_PREMATURE_CALLS];
     }
 
     CIMOMHandle _cimom;
@@ -109,7 +82,7 @@ private:
 
 // ---- KSV_TestDevice and KSV_TestGadget ------------------------------------------------------
 
-class ElementProvider : public Provider, public CIMMethodProvider {
+class ElementProvider : public Provider, public CIMInstanceProvider, public CIMMethodProvider {
 public:
     explicit ElementProvider(const CIMName& className) : _class(className) {
         populate(_class.equal(kDevice) ? 3 : 2, 0);
@@ -135,7 +108,7 @@ public:
         handler.processing();
         for (const auto& element : snapshot()) {
             handler.deliver(build(element, classReference.getClassName(), context));
-            ++delivered;
+            ++counts[KSVTEST_DELIVERED];
         }
         handler.complete();
     }
@@ -378,8 +351,10 @@ private:
 
 // ---- KSV_TestFaulty: how it fails depends on the Id asked for ---------------------------------
 
-class FaultyProvider : public Provider {
+class FaultyProvider : public ElementProvider {
 public:
+    FaultyProvider() : ElementProvider("KSV_TestFaulty") {}
+
     void getInstance(const OperationContext&, const CIMObjectPath& path, const Boolean,
                      const Boolean, const CIMPropertyList&, InstanceResponseHandler&) override {
         enter();
@@ -421,15 +396,17 @@ public:
 
 // ---- KSV_TestNested: calls back into the server from inside its operations ----------------------
 
-class NestedProvider : public Provider {
+class NestedProvider : public ElementProvider {
 public:
+    NestedProvider() : ElementProvider("KSV_TestNested") {}
+
     // As the array's providers read their system identity: a local client call from initialize.
     void initialize(CIMOMHandle& cimom) override {
         CIMClient client;
         client.connectLocal();
         _gadgetsAtStart = client.enumerateInstanceNames(kNamespace, kGadget).size();
         client.disconnect();
-        Provider::initialize(cimom);
+        ElementProvider::initialize(cimom);
     }
 
     void getInstance(const OperationContext&, const CIMObjectPath&, const Boolean, const Boolean,
@@ -488,20 +465,6 @@ extern "C" PEGASUS_EXPORT CIMProvider* PegasusCreateProvider(const String& provi
     return nullptr;
 }
 
-// ---- Probes ---------------------------------------------------------------------------------
-
-unsigned ksvtest_operations() {
-    return operations;
-}
-
-unsigned ksvtest_initializations() {
-    return initializations;
-}
-
-unsigned ksvtest_premature_calls() {
-    return prematureCalls;
-}
-
-unsigned ksvtest_delivered() {
-    return delivered;
+unsigned ksvtest_count(KsvTestProbe probe) {
+    return counts[probe];
 }
