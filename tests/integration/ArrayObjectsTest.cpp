@@ -187,11 +187,8 @@ TEST_F(ArrayObjectsTest, TheInternalCacheAnswersOverTheLocalSocket) {
     CIMClient local;
     local.connectLocal();
     Array<CIMParamValue> outputs;
-    Array<CIMKeyBinding> keys;
-    keys.append(CIMKeyBinding("InstanceID", "localhost-InternalCache", CIMKeyBinding::STRING));
-    const CIMValue returned = local.invokeMethod(
-        "root/PG_Internal", CIMObjectPath(String(), CIMNamespaceName(), "KSV_InternalCache", keys),
-        "GetSystemHostName", Array<CIMParamValue>(), outputs);
+    const CIMValue returned =
+        local.invokeMethod("root/PG_Internal", cachePath(), "GetSystemHostName", {}, outputs);
     EXPECT_EQ(text(returned.toString()), "0");
     ASSERT_EQ(outputs.size(), 1u);
     EXPECT_EQ(text(outputs[0].getParameterName()), "SystemHostName");

@@ -19,9 +19,6 @@ TEST_F(BadRequestsTest, EachIsRefusedWithItsCimErrorAndTheServerGoesOn) {
     pair.append(CIMKeyBinding("PartComponent", CIMValue(extentPath(2))));
     const CIMObjectPath primordialPair(String(), CIMNamespaceName(),
                                        "KSV_AssociatedPrimordialDisks", pair);
-    keys.clear();
-    keys.append(CIMKeyBinding("InstanceID", "localhost-InternalCache", CIMKeyBinding::STRING));
-    const CIMObjectPath cache(String(), CIMNamespaceName(), "KSV_InternalCache", keys);
     CIMInstance pool("KSV_StoragePool");
     pool.addProperty(CIMProperty("InstanceID", String("QUANOR:new")));
     Array<CIMParamValue> outputs;
@@ -41,7 +38,9 @@ TEST_F(BadRequestsTest, EachIsRefusedWithItsCimErrorAndTheServerGoesOn) {
          "CIM_ERR_INVALID_CLASS: KSV_NoSuchClass"},
         {[&] { admin->enumerateInstanceNames("root/nowhere", "KSV_DiskDrive"); },
          "CIM_ERR_INVALID_NAMESPACE: root/nowhere"},
-        {[&] { admin->invokeMethod("root/PG_Internal", cache, "GetSystemSerial", {}, outputs); },
+        {[&] {
+             admin->invokeMethod("root/PG_Internal", cachePath(), "GetSystemSerial", {}, outputs);
+         },
          "CIM_ERR_METHOD_NOT_FOUND"},
         {[&] {
              admin->modifyInstance(KSV_NAMESPACE, admin->getInstance(KSV_NAMESPACE, volumePath(0)));

@@ -69,6 +69,10 @@ CIMObjectPath magazinePath(const std::string& className, const std::string& tag)
     return pathOf(className.c_str(), {{"CreationClassName", className}, {"Tag", tag}});
 }
 
+CIMObjectPath cachePath() {
+    return pathOf("KSV_InternalCache", {{"InstanceID", "localhost-InternalCache"}});
+}
+
 bool isNamedBy(const CIMInstance& instance, const CIMObjectPath& name) {
     if (!instance.getClassName().equal(name.getClassName()))
         return false;

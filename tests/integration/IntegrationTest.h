@@ -41,6 +41,8 @@ CIMObjectPath poolPath(const std::string& poolID);
 CIMObjectPath volumePath(int volume);
 // "KSV_Magazine" or "KSV_DiskBay" with the magazine's DeviceID.
 CIMObjectPath magazinePath(const std::string& className, const std::string& tag);
+// The disk module's internal cache, in root/PG_Internal.
+CIMObjectPath cachePath();
 
 // Whether the instance is the object the name names: its class and key properties. A
 // GetInstance answer carries no name of its own.

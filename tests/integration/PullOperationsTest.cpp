@@ -159,31 +159,25 @@ TEST_F(PullOperationsTest, ContextsAreClosedOnceExpireAndBelongToTheirUser) {
     std::this_thread::sleep_for(std::chrono::milliseconds(2500));
     EXPECT_EQ(pullOne(*admin, expiring).rfind(invalid, 0), 0u);
 
-    const std::pair<std::function<void(CIMEnumerationContext&, Boolean&)>, std::string> refused[] =
-        {{[&](auto& c, auto& e) {
-              admin->openEnumerateInstancePaths(c, e, KSV_NAMESPACE, disks, "DMTF:FQL", "x");
-          },
-          "CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED"},
-         {[&](auto& c, auto& e) {
-              admin->openEnumerateInstancePaths(c, e, KSV_NAMESPACE, disks, String::EMPTY,
-                                                String::EMPTY, Uint32Arg(), true);
-          },
-          "CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED"},
-         {[&](auto& c, auto& e) {
-              admin->openEnumerateInstancePaths(c, e, KSV_NAMESPACE, disks, String::EMPTY,
-                                                String::EMPTY, Uint32Arg(0));
-          },
-          "CIM_ERR_INVALID_OPERATION_TIMEOUT"},
-         {[&](auto& c, auto& e) {
-              admin->openEnumerateInstancePaths(c, e, KSV_NAMESPACE, disks, String::EMPTY,
-                                                String::EMPTY, Uint32Arg(), false, 10001);
-          },
-          "CIM_ERR_INVALID_PARAMETER"}};
-    for (const auto& [open, code] : refused) {
+    // A filter, continuation on error, a zero time-out, too large a page.
+    const struct {
+        const char* filter;
+        Boolean continueOnError;
+        Uint32Arg timeout;
+        Uint32 page;
+        const char* code;
+    } refused[] = {{"x", false, Uint32Arg(), 0, "CIM_ERR_FILTERED_ENUMERATION_NOT_SUPPORTED"},
+                   {"", true, Uint32Arg(), 0, "CIM_ERR_CONTINUATION_ON_ERROR_NOT_SUPPORTED"},
+                   {"", false, Uint32Arg(0), 0, "CIM_ERR_INVALID_OPERATION_TIMEOUT"},
+                   {"", false, Uint32Arg(), 10001, "CIM_ERR_INVALID_PARAMETER"}};
+    for (const auto& r : refused) {
         CIMEnumerationContext context;
-        // Named: under clang 14 a lambda may not capture a structured binding.
-        const auto& call = open;
-        EXPECT_EQ(cimErrorOf([&] { call(context, ended); }).rfind(code, 0), 0u) << code;
+        const std::string error = cimErrorOf([&] {
+            admin->openEnumerateInstancePaths(context, ended, KSV_NAMESPACE, disks,
+                                              *r.filter ? "DMTF:FQL" : "", r.filter, r.timeout,
+                                              r.continueOnError, r.page);
+        });
+        EXPECT_EQ(error.rfind(r.code, 0), 0u) << error;
     }
 }
 
