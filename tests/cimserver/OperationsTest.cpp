@@ -82,23 +82,6 @@ TEST_F(OperationsTest, AssociationOperationsReachTheAssociationProvider) {
     EXPECT_EQ(ksvtest_count(KSVTEST_OPERATIONS), before);
 }
 
-TEST_F(OperationsTest, MethodParametersArriveWithTheirDeclaredTypes) {
-    Array<CIMParamValue> in;
-    // Untyped, as DSP0200 clients may send them: the server types them from the class.
-    in.append(CIMParamValue("Delay", CIMValue(String("21")), false));
-    in.append(CIMParamValue("Mode", CIMValue(String("soft")), false));
-    in.append(CIMParamValue("Force", CIMValue(String("true")), false));
-    Array<CIMParamValue> out;
-    CIMValue result = client->invokeMethod(kTestNamespace, devicePath("dev-0"), "Reset", in, out);
-    Uint32 doubled = 0;
-    result.get(doubled);
-    EXPECT_EQ(doubled, 42u);
-    ASSERT_EQ(out.size(), 1u);
-    String echoed;
-    out[0].getValue().get(echoed);
-    EXPECT_EQ(echoed, "soft:21:forced");
-}
-
 // Provider exceptions keep their message; an unloadable module fails only its own classes.
 TEST_F(OperationsTest, FailuresCarryTheirCimStatus) {
     Array<CIMParamValue> wrong;

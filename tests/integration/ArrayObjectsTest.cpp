@@ -174,14 +174,6 @@ TEST_F(ArrayObjectsTest, EveryAssociationClassEnumeratesEachOfItsPairsOnce) {
     EXPECT_EQ(monitor->associatorNames(KSV_NAMESPACE, systemPath(), "KSV_SystemDisk").size(), 5u);
 }
 
-// The disk module names the system from the internal cache; the system provider must agree.
-TEST_F(ArrayObjectsTest, TheDisksSystemIsTheServedSystem) {
-    const CIMInstance disk = admin->getInstance(KSV_NAMESPACE, diskPath(4));
-    const CIMInstance system = admin->getInstance(KSV_NAMESPACE, systemPath());
-    EXPECT_EQ(valueOf(disk, "SystemName"), valueOf(system, "Name"));
-    EXPECT_EQ(valueOf(disk, "SystemCreationClassName"), valueOf(system, "CreationClassName"));
-}
-
 TEST_F(ArrayObjectsTest, TheInternalCacheAnswersOverTheLocalSocket) {
     setenv("KSV_CIMSERVER_SOCKET", server().socketPath().c_str(), 1);
     CIMClient local;
