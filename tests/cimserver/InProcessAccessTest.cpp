@@ -8,11 +8,9 @@
 #include <cimxml/Elements.h>
 
 #include "TestServer.h"
-#include "cimserver/InProcessAccess.h"
 #include "mof_compiler/NamespaceStore.h"
 
 #include <functional>
-#include <mutex>
 
 namespace ksv::test {
 namespace {
@@ -297,29 +295,6 @@ TEST(InProcessAccess, HandlesReachTheServerRunningWhenTheyWereMade) {
     }
 }
 
-// The server's in-process connection, recording its timeouts and its closing.
-class RecordingConnection : public server::LocalClientConnection {
-public:
-    RecordingConnection(std::vector<std::string>& record, std::mutex& mutex)
-        : LocalClientConnection(std::dynamic_pointer_cast<server::ServerHandleBackend>(
-              CIMOMHandleBackend::getDefault())),
-          _record(record), _mutex(mutex) {}
-
-    void setTimeout(Uint32 milliseconds) override {
-        add("setTimeout " + std::to_string(milliseconds));
-    }
-    void disconnect() override { add("disconnect"); }
-
-    void add(const std::string& line) {
-        std::lock_guard<std::mutex> lock(_mutex);
-        _record.push_back(line);
-    }
-
-private:
-    std::vector<std::string>& _record;
-    std::mutex& _mutex;
-};
-
 using Lines = std::vector<std::string>;
 
 // How CIMClient opens, keeps and closes the connection its factories make.
@@ -354,18 +329,14 @@ protected:
     int localConnections = 0;
 };
 
-TEST_F(ClientConnection, AnUnconnectedClientRefusesEveryOperation) {
+TEST_F(ClientConnection, UnconnectedOrWithoutAConnectionFromAFactoryClientsFailClearly) {
     CIMClient client;
     for (const auto& [name, call] : operationsOn(client))
         EXPECT_THROW(call(), NotConnectedException) << name;
     EXPECT_NO_THROW(client.disconnect());
     EXPECT_EQ(localConnections, 0);
-}
-
-TEST_F(ClientConnection, WithoutAFactoryOrAConnectionFromItConnectingFailsClearly) {
     CIMClientConnector::setLocal(nullptr);
     CIMClientConnector::setRemote(nullptr);
-    CIMClient client;
     EXPECT_EQ(messageOf([&] { client.connectLocal(); }),
               "CIMClient::connectLocal: no local connection factory is registered");
     EXPECT_EQ(messageOf([&] { client.connect("array1", 5988, "alice", "secret"); }),

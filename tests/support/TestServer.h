@@ -7,9 +7,13 @@
 #include "ServerUnderTest.h"
 
 #include "cimserver/CimServer.h"
+#include "cimserver/InProcessAccess.h"
 #include "cimserver/ServerConfig.h"
 
 #include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
 
 namespace ksv::test {
 
@@ -31,6 +35,29 @@ public:
 
 private:
     std::unique_ptr<server::CimServer> _server;
+};
+
+// The server's in-process connection, recording its timeouts and its closing.
+class RecordingConnection : public server::LocalClientConnection {
+public:
+    RecordingConnection(std::vector<std::string>& record, std::mutex& mutex)
+        : LocalClientConnection(std::dynamic_pointer_cast<server::ServerHandleBackend>(
+              Pegasus::CIMOMHandleBackend::getDefault())),
+          _record(record), _mutex(mutex) {}
+
+    void setTimeout(Pegasus::Uint32 milliseconds) override {
+        add("setTimeout " + std::to_string(milliseconds));
+    }
+    void disconnect() override { add("disconnect"); }
+
+    void add(const std::string& line) {
+        std::lock_guard<std::mutex> lock(_mutex);
+        _record.push_back(line);
+    }
+
+private:
+    std::vector<std::string>& _record;
+    std::mutex& _mutex;
 };
 
 Pegasus::CIMObjectPath devicePath(const std::string& id);
