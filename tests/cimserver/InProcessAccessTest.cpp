@@ -314,15 +314,6 @@ protected:
         });
     }
 
-    std::string messageOf(const std::function<void()>& call) {
-        try {
-            call();
-        } catch (const CannotConnectException& error) {
-            return mof::utf8(error.getMessage());
-        }
-        return "connected";
-    }
-
     TestServer server;
     Lines record;
     std::mutex mutex;
@@ -337,16 +328,18 @@ TEST_F(ClientConnection, UnconnectedOrWithoutAConnectionFromAFactoryClientsFailC
     EXPECT_EQ(localConnections, 0);
     CIMClientConnector::setLocal(nullptr);
     CIMClientConnector::setRemote(nullptr);
-    EXPECT_EQ(messageOf([&] { client.connectLocal(); }),
-              "CIMClient::connectLocal: no local connection factory is registered");
-    EXPECT_EQ(messageOf([&] { client.connect("array1", 5988, "alice", "secret"); }),
-              "CIMClient::connect to array1:5988: no remote connection factory is registered");
+    EXPECT_EQ(cimErrorOf([&] { client.connectLocal(); }),
+              "client error: CIMClient::connectLocal: no local connection factory is registered");
+    EXPECT_EQ(cimErrorOf([&] { client.connect("array1", 5988, "alice", "secret"); }),
+              "client error: CIMClient::connect to array1:5988: no remote connection factory is "
+              "registered");
     CIMClientConnector::setLocal([] { return std::unique_ptr<CIMClientBackend>(); });
-    EXPECT_EQ(messageOf([&] { client.connectLocal(); }),
-              "CIMClient::connectLocal: the connection factory returned no connection");
+    EXPECT_EQ(
+        cimErrorOf([&] { client.connectLocal(); }),
+        "client error: CIMClient::connectLocal: the connection factory returned no connection");
     CIMClientConnector::setLocal(
         []() -> std::unique_ptr<CIMClientBackend> { throw CannotConnectException("refused"); });
-    EXPECT_EQ(messageOf([&] { client.connectLocal(); }), "refused");
+    EXPECT_EQ(cimErrorOf([&] { client.connectLocal(); }), "client error: refused");
     EXPECT_THROW(client.enumerateClassNames(ns), NotConnectedException);
 
     recordLocalConnections();
