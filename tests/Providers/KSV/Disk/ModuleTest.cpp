@@ -234,7 +234,7 @@ TEST_F(ModuleTest, InitializeTracesCachesTheIdentityAndCreatesTheTablesThatTermi
 TEST_F(ModuleTest, UnreadableIdentityFailsInitialize) {
     ProviderHarness harness;
     for (Route route : {Route::LocalClient, Route::ServerHandle})
-        harness.server().setCacheAnswer("GetSystemName", route, {CacheAnswer::Kind::Throws, ""});
+        harness.server().failOperation(route, "invokeMethod");
     CIMProvider* provider = create("KSV_DiskDriveProvider");
     CIMOMHandle cimom = harness.cimom();
     EXPECT_THROW(provider->initialize(cimom), CIMException);

@@ -102,8 +102,6 @@ void answer(const CacheMethod& method, const CacheAnswer& answer,
     }
     case CacheAnswer::Kind::NoOutput:
         break;
-    case CacheAnswer::Kind::Throws:
-        throw CIMException(CIM_ERR_FAILED, "internal cache unavailable");
     }
 }
 
@@ -185,7 +183,7 @@ InProcessServer::InProcessServer(ksv::mof::ClassRepository classes)
 void InProcessServer::putInstance(const CIMNamespaceName& nameSpace, const CIMInstance& instance) {
     CIMInstance stored = instance.clone();
     stored.setPath(bare(instance.getPath()));
-    std::unique_lock<std::shared_mutex> writing(_storeLock);
+    std::lock_guard<std::mutex> guard(_lock);
     std::vector<CIMInstance>& instances = _store[folded(nameSpace.getString())];
     for (CIMInstance& existing : instances) {
         if (existing.getPath().identical(stored.getPath())) {
@@ -197,7 +195,7 @@ void InProcessServer::putInstance(const CIMNamespaceName& nameSpace, const CIMIn
 }
 
 bool InProcessServer::removeInstance(const CIMNamespaceName& nameSpace, const CIMObjectPath& path) {
-    std::unique_lock<std::shared_mutex> writing(_storeLock);
+    std::lock_guard<std::mutex> guard(_lock);
     std::vector<CIMInstance>& instances = _store[folded(nameSpace.getString())];
     const CIMObjectPath wanted = bare(path);
     const auto removed =
@@ -212,7 +210,7 @@ bool InProcessServer::removeInstance(const CIMNamespaceName& nameSpace, const CI
 Array<CIMInstance> InProcessServer::instancesOf(const CIMNamespaceName& nameSpace,
                                                 const CIMName& className) const {
     Array<CIMInstance> result;
-    std::shared_lock<std::shared_mutex> reading(_storeLock);
+    std::lock_guard<std::mutex> guard(_lock);
     const auto instances = _store.find(folded(nameSpace.getString()));
     if (instances == _store.end())
         return result;
@@ -227,23 +225,23 @@ Array<CIMInstance> InProcessServer::instancesOf(const CIMNamespaceName& nameSpac
 }
 
 void InProcessServer::setCacheAnswer(const std::string& method, Route route, CacheAnswer answer) {
-    std::lock_guard<std::mutex> guard(_behaviourLock);
+    std::lock_guard<std::mutex> guard(_lock);
     _cacheAnswers[{folded(method.c_str()), route}] = std::move(answer);
 }
 
 void InProcessServer::failOperation(Route route, const std::string& operation, Failure failure) {
-    std::lock_guard<std::mutex> guard(_behaviourLock);
+    std::lock_guard<std::mutex> guard(_lock);
     _failures[{operation, route}] = std::move(failure);
 }
 
 void InProcessServer::clearBehaviour() {
-    std::lock_guard<std::mutex> guard(_behaviourLock);
+    std::lock_guard<std::mutex> guard(_lock);
     _cacheAnswers.clear();
     _failures.clear();
 }
 
 std::vector<ServerCall> InProcessServer::calls() const {
-    std::lock_guard<std::mutex> guard(_behaviourLock);
+    std::lock_guard<std::mutex> guard(_lock);
     return _calls;
 }
 
@@ -257,7 +255,7 @@ std::vector<ServerCall> InProcessServer::calls(const std::string& operation) con
 }
 
 void InProcessServer::clearCalls() {
-    std::lock_guard<std::mutex> guard(_behaviourLock);
+    std::lock_guard<std::mutex> guard(_lock);
     _calls.clear();
 }
 
@@ -281,7 +279,7 @@ void InProcessServer::enter(Route route, const std::string& operation,
     Failure failure;
     bool fails = false;
     {
-        std::lock_guard<std::mutex> guard(_behaviourLock);
+        std::lock_guard<std::mutex> guard(_lock);
         _calls.push_back({route, operation, text(nameSpace.getString()), target});
         const auto found = _failures.find({operation, route});
         if (found != _failures.end()) {
@@ -308,7 +306,7 @@ CIMInstance InProcessServer::storedInstance(const CIMNamespaceName& nameSpace,
 }
 
 CacheAnswer InProcessServer::cacheAnswer(const std::string& method, Route route) const {
-    std::lock_guard<std::mutex> guard(_behaviourLock);
+    std::lock_guard<std::mutex> guard(_lock);
     const auto found = _cacheAnswers.find({folded(method.c_str()), route});
     return found == _cacheAnswers.end() ? CacheAnswer() : found->second;
 }

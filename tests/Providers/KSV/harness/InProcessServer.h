@@ -19,7 +19,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <shared_mutex>
 #include <string>
 #include <vector>
 
@@ -34,8 +33,7 @@ struct CacheAnswer {
         Normal,        // the datum, under its own output name
         RenamedOutput, // the datum under outputName
         NullOutput,    // the output parameter with a null value
-        NoOutput,      // no output parameter at all
-        Throws         // CIMException(CIM_ERR_FAILED, "internal cache unavailable")
+        NoOutput       // no output parameter at all
     };
     Kind kind = Kind::Normal;
     std::string outputName;
@@ -48,7 +46,7 @@ struct Failure {
         ForeignError // std::runtime_error(message), not a Pegasus exception
     };
     Kind kind = Kind::CimError;
-    std::string message;
+    std::string message = "unavailable";
 };
 
 // One request the server received: "getClass root/ksv:KSV_DiskDrive",
@@ -81,7 +79,7 @@ public:
     // The answer of an internal cache method ("GetSystemName", ...) on one route.
     void setCacheAnswer(const std::string& method, Route route, CacheAnswer answer);
     // Makes an operation ("invokeMethod", "enumerateInstanceNames", ...) fail on one route.
-    void failOperation(Route route, const std::string& operation, Failure failure);
+    void failOperation(Route route, const std::string& operation, Failure failure = {});
     void clearBehaviour();
 
     std::vector<ServerCall> calls() const;
@@ -103,10 +101,8 @@ public:
 private:
     const ksv::mof::ClassRepository _classes;
 
-    mutable std::shared_mutex _storeLock;
+    mutable std::mutex _lock;
     std::map<std::string, std::vector<Pegasus::CIMInstance>> _store; // by folded namespace
-
-    mutable std::mutex _behaviourLock;
     std::map<std::pair<std::string, Route>, CacheAnswer> _cacheAnswers;
     std::map<std::pair<std::string, Route>, Failure> _failures;
     std::vector<ServerCall> _calls;

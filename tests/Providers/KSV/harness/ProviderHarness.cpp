@@ -55,12 +55,13 @@ api_SystemInfo_t systemInfo() {
 
 } // namespace
 
-CIMObjectPath keyPath(const char* className,
-                      std::initializer_list<std::pair<const char*, String>> keys) {
+CIMObjectPath pathOf(const std::string& className,
+                     const std::vector<std::pair<std::string, std::string>>& keys,
+                     const std::string& host) {
     Array<CIMKeyBinding> bindings;
-    for (const auto& key : keys)
-        bindings.append(CIMKeyBinding(key.first, key.second, CIMKeyBinding::STRING));
-    return CIMObjectPath(String(), KSV_NAMESPACE, className, bindings);
+    for (const auto& [name, value] : keys)
+        bindings.append(CIMKeyBinding(name.c_str(), value.c_str(), CIMKeyBinding::STRING));
+    return CIMObjectPath(host.c_str(), KSV_NAMESPACE, className.c_str(), bindings);
 }
 
 ProviderHarness::ProviderHarness(const std::string& model)
@@ -119,19 +120,19 @@ const ksv::mof::ClassRepository& ProviderHarness::shippedClasses() {
 
 void ProviderHarness::fillStore() {
     const api_SystemInfo_t info = systemInfo();
-    const String name(info.name);
+    const std::string name(info.name);
     const String host(info.hostName);
     InProcessServer& store = *_server;
 
-    store.putInstance(KSV_NAMESPACE, instanceAt(keyPath("KSV_StorageSystem",
-                                                        {{"CreationClassName", "KSV_StorageSystem"},
-                                                         {"Name", name}}),
-                                                {{"ElementName", CIMValue(name)}}));
-    store.putInstance(KSV_NAMESPACE, instanceAt(keyPath("KSV_SystemPackage",
-                                                        {{"CreationClassName", "KSV_SystemPackage"},
-                                                         {"Tag", name}})));
-    store.putInstance(KSV_NAMESPACE, instanceAt(keyPath("KSV_StorageSystemView",
-                                                        {{"InstanceID", "QUANOR:" + name}})));
+    store.putInstance(KSV_NAMESPACE, instanceAt(pathOf("KSV_StorageSystem",
+                                                       {{"CreationClassName", "KSV_StorageSystem"},
+                                                        {"Name", name}}),
+                                                {{"ElementName", CIMValue(String(info.name))}}));
+    store.putInstance(KSV_NAMESPACE, instanceAt(pathOf("KSV_SystemPackage",
+                                                       {{"CreationClassName", "KSV_SystemPackage"},
+                                                        {"Tag", name}})));
+    store.putInstance(KSV_NAMESPACE, instanceAt(pathOf("KSV_StorageSystemView",
+                                                       {{"InstanceID", "QUANOR:" + name}})));
     store.putInstance(KSV_NAMESPACE, instanceAt(KSV_StoragePoolProvider::buildInstanceName(
                                                     "QUANOR:primordial", host),
                                                 {{"ElementName", CIMValue(String("primordial"))},
@@ -143,7 +144,7 @@ void ProviderHarness::fillStore() {
         const api_VV_t& volume = volumes.vvs[i];
         store.putInstance(
             KSV_NAMESPACE,
-            instanceAt(KSV_StorageVolumeProvider::createObjectPath(volume.wwn, name, host),
+            instanceAt(KSV_StorageVolumeProvider::createObjectPath(volume.wwn, info.name, host),
                        {{"ElementName", CIMValue(String(volume.name))}}));
     }
     free(volumes.vvs);

@@ -15,16 +15,16 @@
 #include "InProcessServer.h"
 #include "RecordingHandlers.h"
 
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace ksv::test {
 
-// A path in root/ksv without a host, with these string keys in this order.
-Pegasus::CIMObjectPath keyPath(const char* className,
-                               std::initializer_list<std::pair<const char*, Pegasus::String>> keys);
+// A path in root/ksv on the host, with these string keys in this order.
+Pegasus::CIMObjectPath pathOf(const std::string& className,
+                              const std::vector<std::pair<std::string, std::string>>& keys,
+                              const std::string& host = "");
 
 class ProviderHarness {
 public:

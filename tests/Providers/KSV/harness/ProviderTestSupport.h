@@ -133,15 +133,6 @@ inline std::string render(const CIMInstance& instance, const std::string& names)
     return rendered;
 }
 
-inline CIMObjectPath pathOf(const std::string& className,
-                            const std::vector<std::pair<std::string, std::string>>& keys,
-                            const std::string& host = "ksv-map.example.net") {
-    Array<CIMKeyBinding> bindings;
-    for (const auto& [name, value] : keys)
-        bindings.append(CIMKeyBinding(name.c_str(), value.c_str(), CIMKeyBinding::STRING));
-    return CIMObjectPath(host.c_str(), "root/ksv", className.c_str(), bindings);
-}
-
 // The optional parts of a request.
 struct Query {
     const char* resultClass = nullptr;

@@ -6,6 +6,7 @@
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/ResponseHandler.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ public:
     void processing() override { note("processing"); }
     void complete() override { note("complete"); }
     void deliver(const Result& result) override {
+        if (delivered.size() + 1 == failingDelivery)
+            throw std::runtime_error("client went away");
         note("deliver");
         delivered.push_back(result);
     }
@@ -44,6 +47,8 @@ public:
     }
 
     std::vector<Result> delivered;
+    // The delivery with this number fails, as for a client that went away; 0 for none.
+    size_t failingDelivery = 0;
 };
 
 using RecordingInstanceHandler =

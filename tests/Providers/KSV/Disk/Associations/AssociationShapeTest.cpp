@@ -38,7 +38,7 @@ protected:
         const auto found = objects.find(kind);
         return found != objects.end()
                    ? found->second
-                   : keyPath("CIM_LogicalDevice", {{"DeviceID", D0}, {"Tag", D0}});
+                   : pathOf("CIM_LogicalDevice", {{"DeviceID", D0}, {"Tag", D0}});
     }
 
     // The handler's events: empty when the request was refused for its parameters. The

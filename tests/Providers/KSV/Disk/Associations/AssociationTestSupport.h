@@ -6,8 +6,6 @@
 
 #include "ProviderTestSupport.h"
 
-#include <stdexcept>
-
 namespace ksv::test {
 
 // The model made for these tests, named as the harness finds models.
@@ -32,49 +30,36 @@ const char VOL4[] = "60002AC0000000000000000000000A04";
 
 const Strings EMPTY_ANSWER = {"processing", "complete"};
 
-// Records like its base, and fails the delivery with the given number as a client that went
-// away would.
-class FailingInstanceHandler : public RecordingInstanceHandler {
-public:
-    explicit FailingInstanceHandler(size_t failingDelivery) : _failingDelivery(failingDelivery) {}
-    void deliver(const CIMInstance& instance) override {
-        if (delivered.size() + 1 == _failingDelivery)
-            throw std::runtime_error("client went away");
-        RecordingInstanceHandler::deliver(instance);
-    }
-
-private:
-    const size_t _failingDelivery;
-};
-
 // Paths of the model's objects, spelled out key by key as clients send them.
 class ModelPaths {
 public:
     explicit ModelPaths(const ProviderHarness& harness)
-        : _system(harness.systemName().c_str()), _host(harness.hostName().c_str()) {}
+        : _system(harness.systemName()), _host(harness.hostName()) {}
 
-    CIMObjectPath system(const String& name = String()) const {
-        return keyPath("KSV_StorageSystem", {{"CreationClassName", "KSV_StorageSystem"},
-                                             {"Name", name.size() ? name : _system}});
+    CIMObjectPath system(const std::string& name = "") const {
+        return pathOf("KSV_StorageSystem", {{"CreationClassName", "KSV_StorageSystem"},
+                                            {"Name", name.empty() ? _system : name}});
     }
-    CIMObjectPath disk(const String& deviceID) const { return device("KSV_DiskDrive", deviceID); }
-    CIMObjectPath extent(const String& deviceID) const {
+    CIMObjectPath disk(const std::string& deviceID) const {
+        return device("KSV_DiskDrive", deviceID);
+    }
+    CIMObjectPath extent(const std::string& deviceID) const {
         return device("KSV_DiskStorageExtent", deviceID);
     }
-    CIMObjectPath package(const String& deviceID) const {
-        return keyPath("KSV_DiskDrivePackage",
-                       {{"CreationClassName", "KSV_DiskDrivePackage"}, {"Tag", deviceID}});
+    CIMObjectPath package(const std::string& deviceID) const {
+        return pathOf("KSV_DiskDrivePackage",
+                      {{"CreationClassName", "KSV_DiskDrivePackage"}, {"Tag", deviceID}});
     }
-    CIMObjectPath identity(const String& version) const {
-        return keyPath("KSV_DiskSoftwareIdentity", {{"InstanceID", "QUANOR:" + version}});
+    CIMObjectPath identity(const std::string& version) const {
+        return pathOf("KSV_DiskSoftwareIdentity", {{"InstanceID", "QUANOR:" + version}});
     }
-    CIMObjectPath magazine(const String& tag, const char* className = "KSV_Magazine") const {
-        return keyPath(className, {{"CreationClassName", className}, {"Tag", tag}});
+    CIMObjectPath magazine(const std::string& tag, const char* className = "KSV_Magazine") const {
+        return pathOf(className, {{"CreationClassName", className}, {"Tag", tag}});
     }
-    CIMObjectPath pool(const String& instanceID) const {
-        return keyPath("KSV_StoragePool", {{"InstanceID", instanceID}});
+    CIMObjectPath pool(const std::string& instanceID) const {
+        return pathOf("KSV_StoragePool", {{"InstanceID", instanceID}});
     }
-    CIMObjectPath volume(const String& wwn) const { return device("KSV_StorageVolume", wwn); }
+    CIMObjectPath volume(const std::string& wwn) const { return device("KSV_StorageVolume", wwn); }
 
     // An association path as a client writes it: the two references by role, in this order.
     CIMObjectPath association(const char* className, const char* role1, const CIMObjectPath& end1,
@@ -82,19 +67,19 @@ public:
         Array<CIMKeyBinding> keys;
         keys.append(CIMKeyBinding(role1, end1.toString(), CIMKeyBinding::REFERENCE));
         keys.append(CIMKeyBinding(role2, end2.toString(), CIMKeyBinding::REFERENCE));
-        return CIMObjectPath(_host, CIMNamespaceName("root/ksv"), className, keys);
+        return CIMObjectPath(_host.c_str(), CIMNamespaceName("root/ksv"), className, keys);
     }
 
 private:
-    CIMObjectPath device(const char* className, const String& deviceID) const {
-        return keyPath(className, {{"SystemCreationClassName", "KSV_StorageSystem"},
-                                   {"SystemName", _system},
-                                   {"CreationClassName", className},
-                                   {"DeviceID", deviceID}});
+    CIMObjectPath device(const char* className, const std::string& deviceID) const {
+        return pathOf(className, {{"SystemCreationClassName", "KSV_StorageSystem"},
+                                  {"SystemName", _system},
+                                  {"CreationClassName", className},
+                                  {"DeviceID", deviceID}});
     }
 
-    String _system;
-    String _host;
+    std::string _system;
+    std::string _host;
 };
 
 // The reference an association path holds under the role.

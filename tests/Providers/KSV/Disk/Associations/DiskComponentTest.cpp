@@ -49,13 +49,13 @@ TEST_F(DiskComponentTest, PackageAndExtentNameTheirDiskWhichNamesThemBack) {
     EXPECT_TRUE(present.associatorNames(paths.extent(D3)).delivered.empty());
     for (RunningProvider* provider : {&realizes, &present}) {
         EXPECT_TRUE(provider->referenceNames(paths.disk(D3)).delivered.empty());
-        EXPECT_TRUE(provider->associatorNames(keyPath("CIM_Chassis", {{"DeviceID", D0}}))
-                        .delivered.empty());
+        EXPECT_TRUE(
+            provider->associatorNames(pathOf("CIM_Chassis", {{"DeviceID", D0}})).delivered.empty());
     }
 }
 
 TEST_F(DiskComponentTest, MissingKeysFailEveryRequestOfPackageMagazineAndExtent) {
-    const CIMObjectPath unrelated = keyPath("CIM_Chassis", {{"Tag", D0}});
+    const CIMObjectPath unrelated = pathOf("CIM_Chassis", {{"Tag", D0}});
     struct Case {
         const char* provider;
         CIMObjectPath objectName;
@@ -63,16 +63,16 @@ TEST_F(DiskComponentTest, MissingKeysFailEveryRequestOfPackageMagazineAndExtent)
     };
     const Case cases[] = {
         {"KSV_DiskPackageRealizesProvider",
-         keyPath("KSV_DiskDrive", {{"CreationClassName", "KSV_DiskDrive"}}),
+         pathOf("KSV_DiskDrive", {{"CreationClassName", "KSV_DiskDrive"}}),
          "KSV_DiskPackageRealizesProvider DeviceID key not found."},
         {"KSV_DiskPackageRealizesProvider",
-         keyPath("KSV_DiskDrivePackage", {{"CreationClassName", "KSV_DiskDrivePackage"}}),
+         pathOf("KSV_DiskDrivePackage", {{"CreationClassName", "KSV_DiskDrivePackage"}}),
          "KSV_DiskPackageRealizesProvider Tag key not found."},
         {"KSV_DiskPackageRealizesProvider", unrelated,
          "KSV_DiskPackageRealizesProvider DeviceID key not found."},
         {"KSV_DiskPresentProvider", unrelated, "KSV_DiskPresentProvider DeviceID key not found."},
         {"KSV_MagazineContainerProvider",
-         keyPath("KSV_Magazine", {{"CreationClassName", "KSV_Magazine"}}),
+         pathOf("KSV_Magazine", {{"CreationClassName", "KSV_Magazine"}}),
          "KSV_MagazineContainerProvider Tag key not found."}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.message);
@@ -117,8 +117,8 @@ TEST_F(DiskComponentTest, IdentityRunsOnEveryDiskWhoseVersionItContains) {
 
     // Missing keys are only logged.
     harness.clearLog();
-    EXPECT_EQ(software.associators(keyPath("KSV_DiskSoftwareIdentity", {})).events(), EMPTY_ANSWER);
-    EXPECT_TRUE(software.referenceNames(keyPath("KSV_DiskDrive", {})).delivered.empty());
+    EXPECT_EQ(software.associators(pathOf("KSV_DiskSoftwareIdentity", {})).events(), EMPTY_ANSWER);
+    EXPECT_TRUE(software.referenceNames(pathOf("KSV_DiskDrive", {})).delivered.empty());
     EXPECT_EQ(logTexts(3), (Strings{" InstanceID key not found.", " DeviceID key not found."}));
 }
 

@@ -10,7 +10,8 @@ const char PROVIDER[] = "KSV_AssociatedPrimordialDisksProvider";
 
 class PrimordialDisksTest : public ::testing::Test {
 protected:
-    CIMObjectPath association(const String& deviceID, const String& poolID = PRIMORDIAL) const {
+    CIMObjectPath association(const std::string& deviceID,
+                              const std::string& poolID = PRIMORDIAL) const {
         return paths.association("KSV_AssociatedPrimordialDisks", "GroupComponent",
                                  paths.pool(poolID), "PartComponent", paths.extent(deviceID));
     }
@@ -49,9 +50,9 @@ TEST_F(PrimordialDisksTest, PoolHoldsThePresentDisksUpToHealth19AndTheyNameIt) {
                       paths.extent(D0)));
 
     const std::string invalid = std::string("CIM_ERR_INVALID_PARAMETER: ") + PROVIDER;
-    EXPECT_EQ(failureOf([&] { provider.associators(keyPath("KSV_DiskStorageExtent", {})); }),
+    EXPECT_EQ(failureOf([&] { provider.associators(pathOf("KSV_DiskStorageExtent", {})); }),
               invalid + " DeviceID key not found.");
-    EXPECT_EQ(failureOf([&] { provider.referenceNames(keyPath("KSV_StoragePool", {})); }),
+    EXPECT_EQ(failureOf([&] { provider.referenceNames(pathOf("KSV_StoragePool", {})); }),
               invalid + " InstanceID key not found.");
 }
 
@@ -91,7 +92,8 @@ TEST_F(PrimordialDisksTest, ListTooBigForMemoryIsResponseTooBigAndOtherFailuresA
     // A failure while streaming names what was delivered.
     harness.clearLog();
     ksvsim::clearCalls();
-    FailingInstanceHandler handler(3);
+    RecordingInstanceHandler handler;
+    handler.failingDelivery = 3;
     EXPECT_EQ(failureOf([&] { provider.enumerateInstances(handler); }),
               "CIM_ERR_FAILED: client went away");
     EXPECT_EQ(handler.events(), (Strings{"processing", "deliver", "deliver"}));

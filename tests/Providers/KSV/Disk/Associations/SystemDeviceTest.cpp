@@ -8,7 +8,7 @@ namespace {
 struct SystemDevice {
     const char* provider;
     const char* association;
-    CIMObjectPath (ModelPaths::*part)(const String&) const;
+    CIMObjectPath (ModelPaths::*part)(const std::string&) const;
     const char* partClass;
 };
 
@@ -20,14 +20,16 @@ const char* const PRESENT_DISKS[] = {D0, D1, D2, D4, D5};
 
 class SystemDeviceTest : public ::testing::TestWithParam<SystemDevice> {
 protected:
-    CIMObjectPath part(const String& deviceID) const { return (paths.*GetParam().part)(deviceID); }
+    CIMObjectPath part(const std::string& deviceID) const {
+        return (paths.*GetParam().part)(deviceID);
+    }
     std::vector<CIMObjectPath> presentParts() const {
         std::vector<CIMObjectPath> parts;
         for (const char* deviceID : PRESENT_DISKS)
             parts.push_back(part(deviceID));
         return parts;
     }
-    CIMObjectPath association(const String& deviceID,
+    CIMObjectPath association(const std::string& deviceID,
                               const CIMObjectPath& system = CIMObjectPath()) const {
         return paths.association(GetParam().association, "GroupComponent",
                                  system.getClassName().isNull() ? paths.system() : system,
@@ -50,7 +52,7 @@ TEST_P(SystemDeviceTest, TheSystemHasEveryPresentDiskAndEachDiskTheSystem) {
     EXPECT_TRUE(
         sameObjects(provider.associatorNames(part(UNKNOWN_DISK)).delivered, {paths.system()}));
     EXPECT_TRUE(sameObjects(pathsOf(provider.associators(part(D0)).delivered), {paths.system()}));
-    EXPECT_EQ(provider.associatorNames(keyPath("CIM_Chassis", {{"Tag", D0}})).events(),
+    EXPECT_EQ(provider.associatorNames(pathOf("CIM_Chassis", {{"Tag", D0}})).events(),
               EMPTY_ANSWER);
 }
 

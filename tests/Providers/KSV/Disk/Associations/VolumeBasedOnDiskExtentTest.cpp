@@ -27,7 +27,7 @@ std::optional<Uint64> address(const CIMInstance& instance, const char* name) {
 
 class VolumeBasedOnDiskExtentTest : public ::testing::Test {
 protected:
-    CIMObjectPath association(const String& deviceID, const String& volumeWwn) const {
+    CIMObjectPath association(const std::string& deviceID, const std::string& volumeWwn) const {
         return paths.association("KSV_VolumeBasedOnDiskExtent", "Antecedent",
                                  paths.extent(deviceID), "Dependent", paths.volume(volumeWwn));
     }
@@ -110,7 +110,7 @@ TEST_F(VolumeBasedOnDiskExtentTest, EachSideIsReadFromItsOwnMaps) {
     for (const CIMObjectPath& none :
          {paths.extent(D2), paths.extent(UNKNOWN_DISK), paths.volume(VOL4)})
         EXPECT_EQ(provider.associatorNames(none).events(), EMPTY_ANSWER);
-    EXPECT_EQ(failureOf([&] { provider.associatorNames(keyPath("KSV_StorageVolume", {})); }),
+    EXPECT_EQ(failureOf([&] { provider.associatorNames(pathOf("KSV_StorageVolume", {})); }),
               std::string("CIM_ERR_INVALID_PARAMETER: ") + PROVIDER + " DeviceID key not found.");
     expectBalancedResources();
 }
@@ -162,7 +162,8 @@ TEST_F(VolumeBasedOnDiskExtentTest, MapsThatCannotBeReadGiveNoAnswerAtAll) {
 }
 
 TEST_F(VolumeBasedOnDiskExtentTest, FailureWhileStreamingReleasesTableAndMaps) {
-    FailingInstanceHandler handler(2);
+    RecordingInstanceHandler handler;
+    handler.failingDelivery = 2;
     EXPECT_EQ(failureOf([&] { provider.enumerateInstances(handler); }),
               "CIM_ERR_FAILED: client went away");
     EXPECT_EQ(handler.delivered.size(), 1u);

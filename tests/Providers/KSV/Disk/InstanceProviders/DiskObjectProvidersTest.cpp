@@ -17,7 +17,8 @@ const char* const ABSENT = "5000CCA000000005-id-12";
 
 CIMObjectPath packagePath(const std::string& tag) {
     return pathOf("KSV_DiskDrivePackage",
-                  {{"CreationClassName", "KSV_DiskDrivePackage"}, {"Tag", tag}});
+                  {{"CreationClassName", "KSV_DiskDrivePackage"}, {"Tag", tag}},
+                  "ksv-map.example.net");
 }
 
 using DiskObjectProvidersTest = MappingArrayTest;

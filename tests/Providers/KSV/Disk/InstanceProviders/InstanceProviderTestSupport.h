@@ -10,10 +10,12 @@ namespace ksv::test {
 inline CIMObjectPath devicePath(const std::string& deviceID,
                                 const std::string& className = "KSV_DiskDrive",
                                 const std::string& systemName = "KSV-MAP") {
-    return pathOf(className, {{"SystemCreationClassName", "KSV_StorageSystem"},
-                              {"SystemName", systemName},
-                              {"CreationClassName", className},
-                              {"DeviceID", deviceID}});
+    return pathOf(className,
+                  {{"SystemCreationClassName", "KSV_StorageSystem"},
+                   {"SystemName", systemName},
+                   {"CreationClassName", className},
+                   {"DeviceID", deviceID}},
+                  "ksv-map.example.net");
 }
 
 // The properties of the one instance getInstance finds at the path.
