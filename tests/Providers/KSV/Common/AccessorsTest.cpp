@@ -1,17 +1,10 @@
 // Typed readers and writers, instance skeletons and the class store.
 #include "ProviderTestSupport.h"
 
-#include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMQualifier.h>
 
 namespace ksv::test {
 namespace {
-
-using namespace Pegasus;
-
-CIMValue nullOf(CIMType type, bool isArray = false) {
-    return CIMValue(type, isArray);
-}
 
 // A disk-like instance with one property of each type the readers serve, and null ones.
 CIMInstance sampleInstance() {
@@ -35,8 +28,8 @@ CIMInstance sampleInstance() {
     instance.addProperty(CIMProperty("OperationalStatus", CIMValue(status)));
     instance.addProperty(CIMProperty("Ref", CIMValue(path("KSV_DiskDrive.DeviceID=\"X\""))));
     instance.addProperty(CIMProperty("Name", CIMValue(String("disk 7"))));
-    instance.addProperty(CIMProperty("NullCount", nullOf(CIMTYPE_UINT16)));
-    instance.addProperty(CIMProperty("NullName", nullOf(CIMTYPE_STRING)));
+    instance.addProperty(CIMProperty("NullCount", CIMValue(CIMTYPE_UINT16, false)));
+    instance.addProperty(CIMProperty("NullName", CIMValue(CIMTYPE_STRING, false)));
     return instance;
 }
 
@@ -101,9 +94,10 @@ Array<CIMParamValue> parameters(std::initializer_list<CIMParamValue> values) {
 
 TEST_F(Readers, ParameterPresentOnlyAsNullCountsAsAbsentAndAfterANullIsReportedAsNull) {
     Uint16 size = 5;
-    EXPECT_EQ(KSV_Common::getParameter(parameters({CIMParamValue("Size", nullOf(CIMTYPE_UINT16))}),
-                                       "Size", size),
-              3);
+    EXPECT_EQ(
+        KSV_Common::getParameter(
+            parameters({CIMParamValue("Size", CIMValue(CIMTYPE_UINT16, false))}), "Size", size),
+        3);
     EXPECT_EQ(KSV_Common::getParameter(parameters({}), "Size", size), 3);
     EXPECT_EQ(size, 5);
     EXPECT_EQ(KSV_Common::getParameter(parameters({CIMParamValue("Other", CIMValue(Uint16(1))),
@@ -113,7 +107,7 @@ TEST_F(Readers, ParameterPresentOnlyAsNullCountsAsAbsentAndAfterANullIsReportedA
     EXPECT_EQ(size, 8);
     String name;
     EXPECT_EQ(KSV_Common::getParameter(
-                  parameters({CIMParamValue("ElementName", nullOf(CIMTYPE_STRING)),
+                  parameters({CIMParamValue("ElementName", CIMValue(CIMTYPE_STRING, false)),
                               CIMParamValue("ElementName", CIMValue(String("vol1")))}),
                   "ElementName", name),
               4);
@@ -146,7 +140,7 @@ TEST_F(Readers, StringPropertyIsEmptyWhenAbsentOrNullAndTextForOtherTypes) {
     EXPECT_EQ(text(KSV_Common::getStringProperty(instance, "Position")), "12");
     EXPECT_EQ(logTexts(4).at(1), "<--KSV_Common::getStringProperty(), value = disk 7\n");
     // The value reader is traced with the string reader's texts.
-    harness.clearLog();
+    ksvsim::clearCapturedLog();
     EXPECT_EQ(KSV_Common::getPropertyValue(instance, "Position"), CIMValue(Uint16(12)));
     EXPECT_TRUE(KSV_Common::getPropertyValue(instance, "Missing").isNull());
     EXPECT_EQ(logTexts(4).at(1), "<--KSV_Common::getStringProperty()\n");
@@ -200,7 +194,7 @@ TEST_F(Readers, SkeletonHoldsEveryPropertyWithDefaultsQualifiersAndOrigins) {
     position.addQualifier(CIMQualifier("Description", CIMValue(String("slot"))));
     thing.addProperty(position);
     thing.addProperty(
-        CIMProperty("Ports", nullOf(CIMTYPE_STRING, true), 0, CIMName(), "CIM_Thing"));
+        CIMProperty("Ports", CIMValue(CIMTYPE_STRING, true), 0, CIMName(), "CIM_Thing"));
 
     const CIMInstance skeleton = KSV_Common::buildInstanceSkeleton(thing);
     ASSERT_EQ(skeleton.getPropertyCount(), 2u);

@@ -4,8 +4,6 @@
 namespace ksv::test {
 namespace {
 
-using namespace Pegasus;
-
 const char* const IDENTITY_METHODS[] = {"GetSystemName", "GetSystemID",       "IsQuadPortSystem",
                                         "GetSystemType", "GetSystemHostName", "GetSystemAddress"};
 
@@ -13,13 +11,13 @@ class Identity : public HarnessTest {
 protected:
     void answerEverywhere(Route route, CacheAnswer answer) {
         for (const char* method : IDENTITY_METHODS)
-            harness.server().setCacheAnswer(method, route, answer);
+            harness.setCacheAnswer(method, route, answer);
     }
-    void fail(Route route) { harness.server().failOperation(route, "invokeMethod"); }
+    void fail(Route route) { harness.failOperation(route, "invokeMethod"); }
 
     size_t callsOn(Route route) {
         size_t count = 0;
-        for (const ServerCall& call : harness.server().calls("invokeMethod"))
+        for (const ServerCall& call : harness.calls("invokeMethod"))
             count += call.route == route ? 1 : 0;
         return count;
     }
@@ -37,10 +35,10 @@ TEST_F(Identity, AnswersComeFromTheInternalCacheThroughTheLocalClient) {
 }
 
 TEST_F(Identity, OutputNamedInAnotherCaseIsAcceptedOnEitherRoute) {
-    harness.server().setCacheAnswer("GetSystemName", Route::LocalClient,
-                                    {CacheAnswer::Kind::RenamedOutput, "systemname"});
-    harness.server().setCacheAnswer("GetSystemID", Route::LocalClient,
-                                    {CacheAnswer::Kind::RenamedOutput, "SYSTEMID"});
+    harness.setCacheAnswer("GetSystemName", Route::LocalClient,
+                           {CacheAnswer::Kind::RenamedOutput, "systemname"});
+    harness.setCacheAnswer("GetSystemID", Route::LocalClient,
+                           {CacheAnswer::Kind::RenamedOutput, "SYSTEMID"});
     EXPECT_EQ(text(KSV_Common::getSystemName(cimom)), "KSV-D7");
     EXPECT_EQ(KSV_Common::getSystemID(), 1400512u);
     // An answer through the server handle is checked like any other.
@@ -72,9 +70,8 @@ TEST_F(Identity, FailedLocalClientIsRetriedThroughTheServerHandle) {
     EXPECT_EQ(KSV_Common::isQuadPortSystem(cimom), 0);
     EXPECT_EQ(callsOn(Route::ServerHandle), 3u);
 
-    harness.server().clearBehaviour();
-    harness.server().failOperation(Route::LocalClient, "invokeMethod",
-                                   {Failure::Kind::ForeignError, "connection lost"});
+    harness.failOperation(Route::LocalClient, "invokeMethod",
+                          {Failure::Kind::ForeignError, "connection lost"});
     EXPECT_EQ(text(KSV_Common::getSystemName(cimom)), "KSV-D7");
 }
 
@@ -116,12 +113,12 @@ TEST_F(SystemPaths, SystemPathCarriesTheSystemsHostAndNamespace) {
 }
 
 TEST_F(SystemPaths, FailedLocalClientIsLoggedAndRetriedThroughTheServerHandle) {
-    harness.server().failOperation(Route::LocalClient, "enumerateInstanceNames",
-                                   {Failure::Kind::CimError, "no route"});
+    harness.failOperation(Route::LocalClient, "enumerateInstanceNames",
+                          {Failure::Kind::CimError, "no route"});
     EXPECT_EQ(text(KSV_Common::getSystemObjectPath(cimom).getClassName().getString()),
               "KSV_StorageSystem");
-    harness.server().failOperation(Route::LocalClient, "enumerateInstanceNames",
-                                   {Failure::Kind::ForeignError, "no route"});
+    harness.failOperation(Route::LocalClient, "enumerateInstanceNames",
+                          {Failure::Kind::ForeignError, "no route"});
     EXPECT_EQ(text(KSV_Common::getSystemViewObjectPath(cimom).getClassName().getString()),
               "KSV_StorageSystemView");
     EXPECT_EQ(logTexts(2),
@@ -131,15 +128,15 @@ TEST_F(SystemPaths, FailedLocalClientIsLoggedAndRetriedThroughTheServerHandle) {
 }
 
 TEST_F(SystemPaths, WhenBothRoutesFailTheSystemPathThrowsAndTheOthersEndEmpty) {
-    harness.server().failOperation(Route::LocalClient, "enumerateInstanceNames",
-                                   {Failure::Kind::CimError, "no route"});
-    harness.server().failOperation(Route::ServerHandle, "enumerateInstanceNames",
-                                   {Failure::Kind::CimError, "down"});
+    harness.failOperation(Route::LocalClient, "enumerateInstanceNames",
+                          {Failure::Kind::CimError, "no route"});
+    harness.failOperation(Route::ServerHandle, "enumerateInstanceNames",
+                          {Failure::Kind::CimError, "down"});
     EXPECT_THROW(KSV_Common::getSystemObjectPath(cimom), CIMException);
-    harness.clearLog();
+    ksvsim::clearCapturedLog();
     EXPECT_EQ(text(KSV_Common::getSystemPkgObjectPath(cimom).toString()), "");
-    harness.server().failOperation(Route::ServerHandle, "enumerateInstanceNames",
-                                   {Failure::Kind::ForeignError, "down"});
+    harness.failOperation(Route::ServerHandle, "enumerateInstanceNames",
+                          {Failure::Kind::ForeignError, "down"});
     EXPECT_EQ(text(KSV_Common::getSystemViewObjectPath(cimom).toString()), "");
     EXPECT_EQ(logTexts(2),
               (Strings{"KSV_Common::getSystemPkgObjectPath: no route. Trying via cimom.\n",
@@ -159,9 +156,9 @@ TEST_F(SystemPaths, PackagePathIsFoundWithoutTracesOfItsOwn) {
 }
 
 TEST_F(SystemPaths, MissingSystemYieldsAnEmptyPathAndNoExitTrace) {
-    harness.server().removeInstance(
-        "root/ksv", path("KSV_StorageSystem.CreationClassName=\"KSV_StorageSystem\","
-                         "Name=\"KSV-D7\""));
+    harness.removeInstance("root/ksv",
+                           path("KSV_StorageSystem.CreationClassName=\"KSV_StorageSystem\","
+                                "Name=\"KSV-D7\""));
     EXPECT_EQ(text(KSV_Common::getSystemObjectPath(cimom).toString()), "");
     EXPECT_EQ(logTexts(2), std::vector<std::string>{"cannot get at system object path\n"});
     EXPECT_EQ(logTexts(4).back(), "<--KSV_Common::enumerateInstanceNames()\n");

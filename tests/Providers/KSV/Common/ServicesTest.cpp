@@ -4,12 +4,8 @@
 #include <Pegasus/Common/MessageLoader.h>
 #include <Pegasus/Common/InternalException.h>
 
-#include <stdexcept>
-
 namespace ksv::test {
 namespace {
-
-using namespace Pegasus;
 
 using UserGate = HarnessTest;
 
@@ -62,7 +58,7 @@ TEST_F(Semaphore, CallRunsWhileHeldKeepsItsCodeOrExceptionAndIsFollowedByOnePost
     EXPECT_TRUE(heldDuringCall);
     EXPECT_EQ(arrayCalls(),
               (Strings{"cim_sem_wait()", "api_getSystemDisks(-10)", "cim_sem_post()"}));
-    harness.clearArrayCalls();
+    ksvsim::clearCalls();
     EXPECT_THROW(KSV_Common::callUnderSemaphore([]() -> int { throw std::runtime_error("x"); }),
                  std::runtime_error);
     EXPECT_FALSE(ksvsim::semaphoreHeld());

@@ -5,14 +5,9 @@
 
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
-#include <Pegasus/Common/CIMProperty.h>
-
-#include <sstream>
 
 namespace ksv::test {
 namespace {
-
-using namespace Pegasus;
 
 // The simulated array starts as the built-in two-node model; log lines are captured.
 class SimulatedArrayTest : public ::testing::Test {

@@ -2,8 +2,6 @@
 // initialize to terminate, with the operations every provider refuses.
 #include "ProviderTestSupport.h"
 
-#include "cimserver/ProviderLibrary.h"
-
 #include "KSV_DiskDrivePackageProvider.h"
 #include "KSV_DiskDriveProvider.h"
 #include "KSV_DiskSoftwareIdentityProvider.h"
@@ -155,7 +153,7 @@ TEST_F(ModuleTest, EachNameInAnyCaseYieldsANewProviderThatRefusesWriting) {
     // Making, refusing and terminating uninitialized providers asks neither library nor server.
     EXPECT_TRUE(ksvsim::calls().empty());
     EXPECT_TRUE(ksvsim::capturedLog().empty());
-    EXPECT_TRUE(harness.server().calls().empty());
+    EXPECT_TRUE(harness.calls().empty());
     for (const char* name :
          {"KSV_DiskDrive", "", "KSV_DiskDriveProvider ", "KSV_DiskDriveProviderX",
           "KSV_MagazineProvider", "KSV_StorageVolumeProvider"})
@@ -194,9 +192,9 @@ TEST_F(ModuleTest, InitializeTracesCachesTheIdentityAndCreatesTheTablesThatTermi
     Strings capLines;
     for (const Lifecycle& expected : LIFECYCLES) {
         SCOPED_TRACE(expected.provider);
-        harness.clearLog();
-        harness.clearArrayCalls();
-        harness.server().clearCalls();
+        ksvsim::clearCapturedLog();
+        ksvsim::clearCalls();
+        harness.clearCalls();
         CIMProvider* provider = create(expected.provider);
         CIMOMHandle cimom = harness.cimom();
         provider->initialize(cimom);
@@ -211,14 +209,14 @@ TEST_F(ModuleTest, InitializeTracesCachesTheIdentityAndCreatesTheTablesThatTermi
         EXPECT_EQ(traces.back(), expected.exitTrace ? expected.exitTrace
                                                     : "<-- " + name + "::initialize(cimom)\n)");
         Strings requests;
-        for (const ServerCall& call : harness.server().calls()) {
+        for (const ServerCall& call : harness.calls()) {
             EXPECT_EQ(call.route, Route::LocalClient) << call.operation;
             requests.push_back(call.operation + " " + call.target);
         }
         EXPECT_EQ(requests, expected.serverRequests);
         EXPECT_EQ(tableCalls(), expected.tableCalls);
 
-        harness.clearArrayCalls();
+        ksvsim::clearCalls();
         provider->terminate();
         const auto created =
             std::count_if(expected.tableCalls.begin(), expected.tableCalls.end(),
@@ -234,7 +232,7 @@ TEST_F(ModuleTest, InitializeTracesCachesTheIdentityAndCreatesTheTablesThatTermi
 TEST_F(ModuleTest, UnreadableIdentityFailsInitialize) {
     ProviderHarness harness;
     for (Route route : {Route::LocalClient, Route::ServerHandle})
-        harness.server().failOperation(route, "invokeMethod");
+        harness.failOperation(route, "invokeMethod");
     CIMProvider* provider = create("KSV_DiskDriveProvider");
     CIMOMHandle cimom = harness.cimom();
     EXPECT_THROW(provider->initialize(cimom), CIMException);

@@ -118,7 +118,7 @@ protected:
                                                          includeQualifiers, includeClassOrigin,
                                                          propertyList));
     }
-    size_t fetches() { return harness.server().calls("getClass").size(); }
+    size_t fetches() { return harness.calls("getClass").size(); }
 
     ProviderHarness harness;
     CIMOMHandle cimom = harness.cimom();
@@ -166,7 +166,7 @@ TEST_F(ClassStore, NamespacesAreKeptApartAndFailuresAndLocalOnlyRequestsAreNotSt
     EXPECT_EQ(served("root/PG_Internal", "KSV_InternalCache", true, true, CIMPropertyList())
                   .getMethodCount(),
               6u);
-    harness.server().clearCalls();
+    harness.clearCalls();
     for (int attempt = 0; attempt < 2; attempt++) {
         EXPECT_TRUE(servedAsTheServerWould("root/ksv", "KSV_DiskDrive", true, true,
                                            CIMPropertyList(), true));

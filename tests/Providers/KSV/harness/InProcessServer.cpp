@@ -109,22 +109,21 @@ void answer(const CacheMethod& method, const CacheAnswer& answer,
 // does not serve fails as it does in a server that is not running.
 class RouteBackend : public ksv::server::ServerHandleBackend {
 public:
-    RouteBackend(std::shared_ptr<InProcessServer> server, Route route)
-        : _server(std::move(server)), _route(route) {}
+    RouteBackend(InProcessServer& server, Route route) : _server(server), _route(route) {}
 
     CIMClass getClass(const OperationContext&, const CIMNamespaceName& nameSpace,
                       const CIMName& className, Boolean localOnly, Boolean includeQualifiers,
                       Boolean includeClassOrigin, const CIMPropertyList& propertyList) override {
-        _server->enter(_route, "getClass", nameSpace, text(className.getString()));
-        return _server->classes().getClass(nameSpace, className, localOnly, includeQualifiers,
-                                           includeClassOrigin, propertyList);
+        _server.enter(_route, "getClass", nameSpace, text(className.getString()));
+        return _server.classes().getClass(nameSpace, className, localOnly, includeQualifiers,
+                                          includeClassOrigin, propertyList);
     }
     CIMInstance getInstance(const OperationContext&, const CIMNamespaceName& nameSpace,
                             const CIMObjectPath& instanceName, Boolean, Boolean includeQualifiers,
                             Boolean includeClassOrigin,
                             const CIMPropertyList& propertyList) override {
-        _server->enter(_route, "getInstance", nameSpace, text(instanceName.toString()));
-        CIMInstance instance = _server->storedInstance(nameSpace, instanceName);
+        _server.enter(_route, "getInstance", nameSpace, text(instanceName.toString()));
+        CIMInstance instance = _server.storedInstance(nameSpace, instanceName);
         instance.instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
         return instance;
     }
@@ -133,8 +132,8 @@ public:
                                           const CIMName& className, Boolean, Boolean,
                                           Boolean includeQualifiers, Boolean includeClassOrigin,
                                           const CIMPropertyList& propertyList) override {
-        _server->enter(_route, "enumerateInstances", nameSpace, text(className.getString()));
-        Array<CIMInstance> instances = _server->instancesOf(nameSpace, className);
+        _server.enter(_route, "enumerateInstances", nameSpace, text(className.getString()));
+        Array<CIMInstance> instances = _server.instancesOf(nameSpace, className);
         for (Uint32 i = 0; i < instances.size(); i++)
             instances[i].instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
         return instances;
@@ -142,8 +141,8 @@ public:
     Array<CIMObjectPath> enumerateInstanceNames(const OperationContext&,
                                                 const CIMNamespaceName& nameSpace,
                                                 const CIMName& className) override {
-        _server->enter(_route, "enumerateInstanceNames", nameSpace, text(className.getString()));
-        const Array<CIMInstance> instances = _server->instancesOf(nameSpace, className);
+        _server.enter(_route, "enumerateInstanceNames", nameSpace, text(className.getString()));
+        const Array<CIMInstance> instances = _server.instancesOf(nameSpace, className);
         Array<CIMObjectPath> names;
         for (Uint32 i = 0; i < instances.size(); i++)
             names.append(instances[i].getPath());
@@ -151,8 +150,8 @@ public:
     }
     CIMValue getProperty(const OperationContext&, const CIMNamespaceName& nameSpace,
                          const CIMObjectPath& instanceName, const CIMName& propertyName) override {
-        _server->enter(_route, "getProperty", nameSpace, text(instanceName.toString()));
-        const CIMInstance instance = _server->storedInstance(nameSpace, instanceName);
+        _server.enter(_route, "getProperty", nameSpace, text(instanceName.toString()));
+        const CIMInstance instance = _server.storedInstance(nameSpace, instanceName);
         const Uint32 index = instance.findProperty(propertyName);
         if (index == PEG_NOT_FOUND)
             throw CIMException(CIM_ERR_NO_SUCH_PROPERTY, propertyName.getString());
@@ -162,16 +161,16 @@ public:
                           const CIMObjectPath& instanceName, const CIMName& methodName,
                           const Array<CIMParamValue>&,
                           Array<CIMParamValue>& outParameters) override {
-        _server->enter(_route, "invokeMethod", nameSpace, text(methodName.getString()));
+        _server.enter(_route, "invokeMethod", nameSpace, text(methodName.getString()));
         if (!isInternalCache(nameSpace, instanceName))
             throw CIMException(CIM_ERR_NOT_SUPPORTED, instanceName.toString());
         const CacheMethod& method = cacheMethod(methodName);
-        answer(method, _server->cacheAnswer(method.method, _route), outParameters);
+        answer(method, _server.cacheAnswer(method.method, _route), outParameters);
         return CIMValue(Uint32(0));
     }
 
 private:
-    std::shared_ptr<InProcessServer> _server;
+    InProcessServer& _server;
     const Route _route;
 };
 
@@ -234,12 +233,6 @@ void InProcessServer::failOperation(Route route, const std::string& operation, F
     _failures[{operation, route}] = std::move(failure);
 }
 
-void InProcessServer::clearBehaviour() {
-    std::lock_guard<std::mutex> guard(_lock);
-    _cacheAnswers.clear();
-    _failures.clear();
-}
-
 std::vector<ServerCall> InProcessServer::calls() const {
     std::lock_guard<std::mutex> guard(_lock);
     return _calls;
@@ -260,17 +253,13 @@ void InProcessServer::clearCalls() {
 }
 
 std::shared_ptr<CIMOMHandleBackend> InProcessServer::serverHandle() {
-    return std::make_shared<RouteBackend>(shared_from_this(), Route::ServerHandle);
+    return std::make_shared<RouteBackend>(*this, Route::ServerHandle);
 }
 
 CIMClientConnector::LocalFactory InProcessServer::localConnector() {
-    std::weak_ptr<InProcessServer> server = weak_from_this();
-    return [server]() -> std::unique_ptr<CIMClientBackend> {
-        std::shared_ptr<InProcessServer> alive = server.lock();
-        if (!alive)
-            return nullptr;
+    return [this]() -> std::unique_ptr<CIMClientBackend> {
         return std::make_unique<ksv::server::LocalClientConnection>(
-            std::make_shared<RouteBackend>(alive, Route::LocalClient));
+            std::make_shared<RouteBackend>(*this, Route::LocalClient));
     };
 }
 

@@ -58,7 +58,7 @@ struct ServerCall {
     std::string target;
 };
 
-class InProcessServer : public std::enable_shared_from_this<InProcessServer> {
+class InProcessServer {
 public:
     explicit InProcessServer(ksv::mof::ClassRepository classes);
 
@@ -80,7 +80,6 @@ public:
     void setCacheAnswer(const std::string& method, Route route, CacheAnswer answer);
     // Makes an operation ("invokeMethod", "enumerateInstanceNames", ...) fail on one route.
     void failOperation(Route route, const std::string& operation, Failure failure = {});
-    void clearBehaviour();
 
     std::vector<ServerCall> calls() const;
     std::vector<ServerCall> calls(const std::string& operation) const;

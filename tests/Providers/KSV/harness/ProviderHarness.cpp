@@ -64,18 +64,17 @@ CIMObjectPath pathOf(const std::string& className,
     return CIMObjectPath(host.c_str(), KSV_NAMESPACE, className.c_str(), bindings);
 }
 
-ProviderHarness::ProviderHarness(const std::string& model)
-    : _server(std::make_shared<InProcessServer>(shippedClasses())) {
+ProviderHarness::ProviderHarness(const std::string& model) : InProcessServer(shippedClasses()) {
     ksvsim::reset();
     ksvsim::setLogSink("none");
     ksvsim::setLogCapture(true);
     if (const auto error = ksvsim::loadModelFile(modelPath(model)))
         throw std::runtime_error(error->describe());
     KSV_InternalCacheService::destroy();
-    CIMOMHandleBackend::setDefault(_server->serverHandle());
-    CIMClientConnector::setLocal(_server->localConnector());
+    CIMOMHandleBackend::setDefault(serverHandle());
+    CIMClientConnector::setLocal(localConnector());
     fillStore();
-    _server->clearCalls();
+    clearCalls();
     ksvsim::clearCalls();
     ksvsim::clearCapturedLog();
 }
@@ -87,8 +86,8 @@ ProviderHarness::~ProviderHarness() {
     ksvsim::reset();
 }
 
-CIMOMHandle ProviderHarness::cimom() const {
-    return CIMOMHandle(_server->serverHandle());
+CIMOMHandle ProviderHarness::cimom() {
+    return CIMOMHandle(serverHandle());
 }
 
 OperationContext ProviderHarness::context(const std::string& userName) {
@@ -122,30 +121,28 @@ void ProviderHarness::fillStore() {
     const api_SystemInfo_t info = systemInfo();
     const std::string name(info.name);
     const String host(info.hostName);
-    InProcessServer& store = *_server;
 
-    store.putInstance(KSV_NAMESPACE, instanceAt(pathOf("KSV_StorageSystem",
-                                                       {{"CreationClassName", "KSV_StorageSystem"},
-                                                        {"Name", name}}),
-                                                {{"ElementName", CIMValue(String(info.name))}}));
-    store.putInstance(KSV_NAMESPACE, instanceAt(pathOf("KSV_SystemPackage",
-                                                       {{"CreationClassName", "KSV_SystemPackage"},
-                                                        {"Tag", name}})));
-    store.putInstance(KSV_NAMESPACE, instanceAt(pathOf("KSV_StorageSystemView",
-                                                       {{"InstanceID", "QUANOR:" + name}})));
-    store.putInstance(KSV_NAMESPACE, instanceAt(KSV_StoragePoolProvider::buildInstanceName(
-                                                    "QUANOR:primordial", host),
-                                                {{"ElementName", CIMValue(String("primordial"))},
-                                                 {"Primordial", CIMValue(true)}}));
+    putInstance(KSV_NAMESPACE,
+                instanceAt(pathOf("KSV_StorageSystem",
+                                  {{"CreationClassName", "KSV_StorageSystem"}, {"Name", name}}),
+                           {{"ElementName", CIMValue(String(info.name))}}));
+    putInstance(KSV_NAMESPACE,
+                instanceAt(pathOf("KSV_SystemPackage",
+                                  {{"CreationClassName", "KSV_SystemPackage"}, {"Tag", name}})));
+    putInstance(KSV_NAMESPACE,
+                instanceAt(pathOf("KSV_StorageSystemView", {{"InstanceID", "QUANOR:" + name}})));
+    putInstance(KSV_NAMESPACE,
+                instanceAt(KSV_StoragePoolProvider::buildInstanceName("QUANOR:primordial", host),
+                           {{"ElementName", CIMValue(String("primordial"))},
+                            {"Primordial", CIMValue(true)}}));
 
     api_VVList_t volumes = {0, nullptr};
     api_getVVs(nullptr, &volumes);
     for (Uint32 i = 0; i < volumes.count; i++) {
         const api_VV_t& volume = volumes.vvs[i];
-        store.putInstance(
-            KSV_NAMESPACE,
-            instanceAt(KSV_StorageVolumeProvider::createObjectPath(volume.wwn, info.name, host),
-                       {{"ElementName", CIMValue(String(volume.name))}}));
+        putInstance(KSV_NAMESPACE, instanceAt(KSV_StorageVolumeProvider::createObjectPath(
+                                                  volume.wwn, info.name, host),
+                                              {{"ElementName", CIMValue(String(volume.name))}}));
     }
     free(volumes.vvs);
 
@@ -156,9 +153,9 @@ void ProviderHarness::fillStore() {
         const api_Disk_t& disk = disks.disks[i];
         if (!magazines.insert(disk.parentDeviceID).second)
             continue;
-        store.putInstance(KSV_NAMESPACE, instanceAt(KSV_MagazineProvider::buildObjectPath(
-                                             KSV_MagazineProvider::_getCIMName(disk.cageType), host,
-                                             disk.parentDeviceID)));
+        putInstance(KSV_NAMESPACE, instanceAt(KSV_MagazineProvider::buildObjectPath(
+                                       KSV_MagazineProvider::_getCIMName(disk.cageType), host,
+                                       disk.parentDeviceID)));
     }
     free(disks.disks);
 }

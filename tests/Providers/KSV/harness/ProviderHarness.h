@@ -26,7 +26,7 @@ Pegasus::CIMObjectPath pathOf(const std::string& className,
                               const std::vector<std::pair<std::string, std::string>>& keys,
                               const std::string& host = "");
 
-class ProviderHarness {
+class ProviderHarness : public InProcessServer {
 public:
     // Loads examples/arrays/<model> and fills the server's store from it:
     //   KSV_StorageSystem       Name = the system name the internal cache answers
@@ -38,12 +38,9 @@ public:
     // all in root/ksv, named as the sibling modules name them.
     explicit ProviderHarness(const std::string& model = "demo.json");
     ~ProviderHarness();
-    ProviderHarness(const ProviderHarness&) = delete;
-    ProviderHarness& operator=(const ProviderHarness&) = delete;
 
-    InProcessServer& server() { return *_server; }
     // A handle bound to the server, as the CIM server passes one to initialize.
-    Pegasus::CIMOMHandle cimom() const;
+    Pegasus::CIMOMHandle cimom();
     // A request context on behalf of the user.
     static Pegasus::OperationContext context(const std::string& userName = "admin");
 
@@ -51,17 +48,12 @@ public:
     std::string systemName() const;
     std::string hostName() const;
 
-    void clearLog() { ksvsim::clearCapturedLog(); }
-    void clearArrayCalls() { ksvsim::clearCalls(); }
-
     static std::string modelPath(const std::string& model);
     // The shipped MOF (mof/standalone.mof), compiled once per process.
     static const ksv::mof::ClassRepository& shippedClasses();
 
 private:
     void fillStore();
-
-    std::shared_ptr<InProcessServer> _server;
 };
 
 } // namespace ksv::test

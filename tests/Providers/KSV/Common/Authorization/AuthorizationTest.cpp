@@ -1,27 +1,18 @@
 // Method authorization: the operation keys each authorize_ function passes to the library by
 // parameter set, the code 3 where none is chosen, refusals, and the volume lookup of
 // handleDeleteVolumeMethod.
-#include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMParamValue.h>
 
 #include <ksvapi.h>
-#include <ksvapi_sim.h>
 
 #include "ProviderTestSupport.h"
 
-#include <gtest/gtest.h>
-
 #include <cctype>
 #include <set>
-#include <sstream>
-#include <string>
-#include <vector>
 
 namespace ksv::test {
 namespace {
-
-using namespace Pegasus;
 
 // The rights model's vocabulary, written out independently of the code under test.
 const std::vector<std::string> kAllKeys = {

@@ -3,8 +3,6 @@
 // deliberate differences), the getInstance key count, and the log lines around each request.
 #include "AssociationTestSupport.h"
 
-#include <map>
-
 namespace ksv::test {
 namespace {
 
@@ -137,7 +135,7 @@ TEST_F(AssociationShapeTest, EachAssociationServesOrRefusesByItsOwnRules) {
                      " resultRole=" + row.resultRole +
                      " resultClass=" + (row.resultClass ? row.resultClass : "(null)"));
         DiskProvider provider(harness, row.provider);
-        harness.clearLog();
+        ksvsim::clearCapturedLog();
         Query query;
         query.resultClass = row.resultClass;
         query.role = row.role;
@@ -184,7 +182,7 @@ TEST_F(AssociationShapeTest, RefusalsAreLoggedInEachProvidersOwnWords) {
     for (const RejectionLine& expected : lines) {
         SCOPED_TRACE(expected.line);
         DiskProvider provider(harness, expected.provider);
-        harness.clearLog();
+        ksvsim::clearCapturedLog();
         Query query;
         query.role = expected.role;
         query.resultClass = expected.resultClass;
@@ -291,7 +289,7 @@ TEST_F(AssociationShapeTest, RequestsAreTracedInEachProvidersOwnWords) {
     for (const Trace& trace : traces) {
         SCOPED_TRACE(trace.lines.front());
         DiskProvider provider(harness, trace.provider);
-        harness.clearLog();
+        ksvsim::clearCapturedLog();
         trace.request(provider);
         EXPECT_TRUE(logged(logTexts(4), trace.lines));
     }
@@ -312,12 +310,12 @@ TEST_F(AssociationShapeTest, RefusedUserIsDeniedBeforeTheArrayIsRead) {
             [&] { provider.enumerateInstances(auditor); },
             [&] { provider.enumerateInstanceNames(auditor); }};
         for (const auto& request : requests) {
-            harness.clearArrayCalls();
-            harness.server().clearCalls();
+            ksvsim::clearCalls();
+            harness.clearCalls();
             EXPECT_EQ(failureOf(request),
                       "CIM_ERR_ACCESS_DENIED: Insufficient privilege for the user");
             EXPECT_EQ(arrayCalls(), Strings{"api_ksvOpenForCimserver(auditor)"});
-            EXPECT_TRUE(harness.server().calls().empty());
+            EXPECT_TRUE(harness.calls().empty());
         }
     }
 }
@@ -330,7 +328,7 @@ TEST_F(AssociationShapeTest, GetInstanceWantsExactlyTwoKeys) {
     for (const std::string name : PROVIDERS) {
         SCOPED_TRACE(name);
         DiskProvider provider(harness, name);
-        harness.clearLog();
+        ksvsim::clearCapturedLog();
         EXPECT_EQ(failureOf([&] { provider.getInstance(threeKeys); }),
                   "CIM_ERR_INVALID_PARAMETER: " + name + " Expect two keys.");
         // The firmware association names its key count with another provider's name.

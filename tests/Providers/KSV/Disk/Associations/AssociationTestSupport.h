@@ -82,18 +82,13 @@ private:
     std::string _host;
 };
 
-// The reference an association path holds under the role.
-inline CIMObjectPath endOf(const CIMObjectPath& association, const char* role) {
-    return CIMObjectPath(KSV_Common::getStringProperty(association, role));
-}
-
 // Whether the association path holds the two references under these roles, in this order.
 inline bool joins(const CIMObjectPath& association, const char* role1, const CIMObjectPath& end1,
                   const char* role2, const CIMObjectPath& end2) {
     const Array<CIMKeyBinding>& keys = association.getKeyBindings();
     return keys.size() == 2 && keys[0].getName().equal(role1) && keys[1].getName().equal(role2) &&
-           KSV_Common::matchObjectPath(endOf(association, role1), end1) &&
-           KSV_Common::matchObjectPath(endOf(association, role2), end2);
+           KSV_Common::matchObjectPath(CIMObjectPath(keys[0].getValue()), end1) &&
+           KSV_Common::matchObjectPath(CIMObjectPath(keys[1].getValue()), end2);
 }
 
 // Whether the paths name exactly the wanted objects, in that order.

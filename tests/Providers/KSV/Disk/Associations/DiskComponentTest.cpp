@@ -116,7 +116,7 @@ TEST_F(DiskComponentTest, IdentityRunsOnEveryDiskWhoseVersionItContains) {
     EXPECT_TRUE(sameObjects(software.enumerateInstanceNames().delivered, expected));
 
     // Missing keys are only logged.
-    harness.clearLog();
+    ksvsim::clearCapturedLog();
     EXPECT_EQ(software.associators(pathOf("KSV_DiskSoftwareIdentity", {})).events(), EMPTY_ANSWER);
     EXPECT_TRUE(software.referenceNames(pathOf("KSV_DiskDrive", {})).delivered.empty());
     EXPECT_EQ(logTexts(3), (Strings{" InstanceID key not found.", " DeviceID key not found."}));
@@ -130,10 +130,10 @@ TEST_F(DiskComponentTest, MagazineHoldsThePackagesOfItsPresentDisks) {
                             {paths.package(D2)}));
 
     // A package's magazine is the server's instance: a bay for the bay cage.
-    harness.server().clearCalls();
+    harness.clearCalls();
     EXPECT_TRUE(sameObjects(pathsOf(container.associators(paths.package(D0)).delivered),
                             {paths.magazine("cage0:0")}));
-    EXPECT_EQ(harness.server().calls("getInstance").size(), 1u);
+    EXPECT_EQ(harness.calls("getInstance").size(), 1u);
     EXPECT_TRUE(sameObjects(container.associatorNames(paths.package(D4)).delivered,
                             {paths.magazine("cage1:0", "KSV_DiskBay")}));
     for (const CIMObjectPath& end : {paths.package(D1), paths.magazine("cage0:0")}) {
@@ -145,16 +145,15 @@ TEST_F(DiskComponentTest, MagazineHoldsThePackagesOfItsPresentDisks) {
 
     // A magazine the server cannot produce is left out; enumeration names the magazine from
     // the disk record without asking the server.
-    ASSERT_TRUE(
-        harness.server().removeInstance(CIMNamespaceName("root/ksv"), paths.magazine("cage0:0")));
+    ASSERT_TRUE(harness.removeInstance(CIMNamespaceName("root/ksv"), paths.magazine("cage0:0")));
     EXPECT_EQ(container.associators(paths.package(D0)).events(), EMPTY_ANSWER);
     EXPECT_TRUE(container.references(paths.package(D0)).delivered.empty());
-    harness.server().clearCalls();
+    harness.clearCalls();
     const std::vector<CIMObjectPath> all = container.enumerateInstanceNames().delivered;
     ASSERT_EQ(all.size(), 5u);
     EXPECT_TRUE(joins(all.front(), "GroupComponent", paths.magazine("cage0:0"), "PartComponent",
                       paths.package(D0)));
-    EXPECT_TRUE(harness.server().calls("getInstance").empty());
+    EXPECT_TRUE(harness.calls("getInstance").empty());
 }
 
 } // namespace

@@ -76,7 +76,7 @@ TEST_F(PrimordialDisksTest, EnumerationStreamsTheUsableExtentsOfTheDiskList) {
 TEST_F(PrimordialDisksTest, ListTooBigForMemoryIsResponseTooBigAndOtherFailuresAnEmptyAnswer) {
     for (const int code : {API_E_NO_MEMORY, API_E_LIST_TOO_BIG}) {
         SCOPED_TRACE(code);
-        harness.clearLog();
+        ksvsim::clearCapturedLog();
         ksvsim::clearCalls();
         ksvsim::forceResult("getDiskDeviceIDs", code, 2);
         EXPECT_EQ(failureOf([&] { provider.enumerateInstances(); }),
@@ -90,7 +90,7 @@ TEST_F(PrimordialDisksTest, ListTooBigForMemoryIsResponseTooBigAndOtherFailuresA
     EXPECT_EQ(provider.enumerateInstances().events(), EMPTY_ANSWER);
 
     // A failure while streaming names what was delivered.
-    harness.clearLog();
+    ksvsim::clearCapturedLog();
     ksvsim::clearCalls();
     RecordingInstanceHandler handler;
     handler.failingDelivery = 3;

@@ -9,7 +9,6 @@
 #include <iterator>
 #include <memory>
 #include <optional>
-#include <sstream>
 
 namespace ksv::test {
 namespace {
@@ -83,7 +82,7 @@ TEST_F(VolumeBasedOnDiskExtentTest, AddressesOnlyWhenThePropertyListAsksForThem)
     for (const Case& c : cases) {
         Query query;
         query.propertyList = c.propertyList;
-        harness.clearArrayCalls();
+        ksvsim::clearCalls();
         const std::vector<CIMObject> fromDisk =
             provider.references(paths.extent(D0), query).delivered;
         ASSERT_EQ(fromDisk.size(), 2u);
@@ -118,7 +117,7 @@ TEST_F(VolumeBasedOnDiskExtentTest, EachSideIsReadFromItsOwnMaps) {
 TEST_F(VolumeBasedOnDiskExtentTest, FarInstancesComeFromTheServer) {
     DiskProvider extents(harness, "KSV_DiskStorageExtentProvider", "KSV_DiskStorageExtent");
     for (const CIMInstance& extent : extents.enumerateInstances().delivered)
-        harness.server().putInstance(CIMNamespaceName("root/ksv"), extent);
+        harness.putInstance(CIMNamespaceName("root/ksv"), extent);
     EXPECT_TRUE(sameObjects(pathsOf(provider.associators(paths.volume(VOL0)).delivered),
                             {paths.extent(D0), paths.extent(D1)}));
     EXPECT_TRUE(sameObjects(pathsOf(provider.associators(paths.extent(D0)).delivered),
@@ -141,7 +140,7 @@ TEST_F(VolumeBasedOnDiskExtentTest, VolumeUnknownToTheServer) {
     const char* const line =
         "Exception thrown in _cimom.getProperty of StorageVolume, probably the volume does not "
         "exist\n";
-    ASSERT_TRUE(harness.server().removeInstance(CIMNamespaceName("root/ksv"), paths.volume(VOL0)));
+    ASSERT_TRUE(harness.removeInstance(CIMNamespaceName("root/ksv"), paths.volume(VOL0)));
     EXPECT_TRUE(provider.associatorNames(paths.volume(VOL0)).delivered.empty());
     EXPECT_TRUE(provider.references(paths.volume(VOL0)).delivered.empty());
     const std::vector<std::string> traces = logTexts(4);
@@ -230,8 +229,8 @@ protected:
         EXPECT_NE(
             std::find(traces.begin(), traces.end(), "soft limit = 1, maxInstScale factor = 110\n"),
             traces.end());
-        harness.clearLog();
-        harness.clearArrayCalls();
+        ksvsim::clearCapturedLog();
+        ksvsim::clearCalls();
         return capped;
     }
     // Whether the table's lock was released too, so that a test stops before it would wait for
@@ -261,8 +260,8 @@ TEST_F(InstanceCapTest, OnePairMoreFailsBeforeAnythingIsDelivered) {
     ASSERT_TRUE(refusedForTheCap(std::string("<--") + PROVIDER +
                                  "::getOrDeliverInstanceNames: exception thrown\n"));
 
-    harness.clearLog();
-    harness.clearArrayCalls();
+    ksvsim::clearCapturedLog();
+    ksvsim::clearCalls();
     RecordingInstanceHandler instances;
     EXPECT_EQ(failureOf([&] { capped->enumerateInstances(instances); }),
               std::string("CIM_ERR_FAILED: ") + PROVIDER +

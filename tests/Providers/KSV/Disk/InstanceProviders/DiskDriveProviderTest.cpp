@@ -17,8 +17,10 @@ const char* const UNKNOWN_DISK = "5000CCA0FFFFFFFF-id-99";
 
 class DiskDriveProviderTest : public MappingArrayTest {
 protected:
+    // The properties of the one instance getInstance finds for the disk.
     std::string properties(const std::string& deviceID, const std::string& names) {
-        return propertiesAt(provider, devicePath(deviceID), names);
+        const std::vector<CIMInstance> found = provider.getInstance(devicePath(deviceID)).delivered;
+        return found.size() == 1 ? render(found[0], names) : "not one";
     }
 
     DiskProvider provider{harness, "KSV_DiskDriveProvider", "KSV_DiskDrive"};
@@ -131,7 +133,7 @@ TEST_F(DiskDriveProviderTest, QuadPortSystemsKeepAPlaceForEachPathWithoutAPort) 
 
 TEST_F(DiskDriveProviderTest, NamesNeedNoClassAndListThePresentDisksAsInstancesDo) {
     const std::vector<CIMObjectPath> names = provider.enumerateInstanceNames().delivered;
-    EXPECT_TRUE(harness.server().calls("getClass").empty());
+    EXPECT_TRUE(harness.calls("getClass").empty());
     const std::vector<CIMInstance> instances = provider.enumerateInstances().delivered;
     ASSERT_EQ(instances.size(), 5u);
     EXPECT_EQ(names, pathsOf(instances));
@@ -230,7 +232,7 @@ TEST_F(DiskDriveLocateTest, OnAndOffSwitchTheMagazineUnlessTheLedIsAlreadyOff) {
 
     // A failure is only logged; the traces name another provider on entry.
     ksvsim::forceResult("api_locateMagazine", API_E_NOT_FOUND, 1);
-    harness.clearLog();
+    ksvsim::clearCapturedLog();
     EXPECT_NO_THROW(turn(SOLID_STATE_ON_CAGE_3, 2));
     EXPECT_EQ(logTexts(2), Strings{"KSV_DiskDriveProvider::ModifyInstance: problem setting "
                                    "locate magazine led for cage cage-t3 magazine 0"});

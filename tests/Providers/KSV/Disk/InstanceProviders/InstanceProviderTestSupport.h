@@ -18,13 +18,6 @@ inline CIMObjectPath devicePath(const std::string& deviceID,
                   "ksv-map.example.net");
 }
 
-// The properties of the one instance getInstance finds at the path.
-inline std::string propertiesAt(RunningProvider& provider, const CIMObjectPath& path,
-                                const std::string& names) {
-    const std::vector<CIMInstance> found = provider.getInstance(path).delivered;
-    return found.size() == 1 ? render(found[0], names) : "not one";
-}
-
 // A harness over arrays/disk-mappings.json, which holds one disk per mapping branch, loaded
 // before any provider is initialized.
 class MappingArrayTest : public ::testing::Test {

@@ -132,7 +132,7 @@ TEST_P(ReadOperationShapeTest, ArrayThatCannotBeReadGivesAnEmptyAnswer) {
 }
 
 TEST_P(ReadOperationShapeTest, TracesEnterTheOperationAndItsBuilder) {
-    harness.clearLog();
+    ksvsim::clearCapturedLog();
     run();
     const std::string provider = kind().provider;
     const std::string builder =
