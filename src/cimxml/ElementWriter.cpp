@@ -1,14 +1,13 @@
 #include <cimxml/Elements.h>
 #include <cimxml/Values.h>
 #include <cimxml/detail/Fail.h>
+#include <cimxml/detail/ReferenceElements.h>
 #include <cimxml/detail/Writer.h>
 #include <cimxml/detail/XmlText.h>
 
 #include <Pegasus/Common/CIMFlavor.h>
 #include <Pegasus/Common/CIMPropertyReader.h>
 #include <Pegasus/Common/Exception.h>
-
-#include <array>
 
 namespace ksv::cimxml {
 
@@ -54,33 +53,6 @@ CIMObjectPath referencedPath(const CIMKeyBinding& binding) {
     }
 }
 
-// A reference key holds its path as text, which is parsed to be written. Associations name the
-// same objects in pair after pair, so each thread keeps the last few references it wrote.
-class ReferenceMemo {
-public:
-    const std::string* find(const String& path) const {
-        for (const Entry& entry : _entries) {
-            if (entry.path == path && !entry.element.empty())
-                return &entry.element;
-        }
-        return nullptr;
-    }
-    void remember(const String& path, std::string_view element) {
-        Entry& entry = _entries[_next];
-        entry.path = path;
-        entry.element.assign(element);
-        _next = (_next + 1) % _entries.size();
-    }
-
-private:
-    struct Entry {
-        String path;
-        std::string element;
-    };
-    std::array<Entry, 4> _entries;
-    std::size_t _next = 0;
-};
-
 } // namespace
 
 void Writer::attribute(const char* name, const String& value) {
@@ -122,14 +94,17 @@ void Writer::_keyBinding(const CIMKeyBinding& binding) {
 }
 
 void Writer::_referenceKeyValue(const CIMKeyBinding& binding) {
-    thread_local ReferenceMemo written;
-    if (const std::string* element = written.find(binding.getValue())) {
+    if (_references == nullptr) {
+        valueReference(referencedPath(binding));
+        return;
+    }
+    if (const std::string* element = _references->find(binding.getValue())) {
         _out += *element;
         return;
     }
     const std::size_t start = _out.size();
     valueReference(referencedPath(binding));
-    written.remember(binding.getValue(), std::string_view(_out).substr(start));
+    _references->remember(binding.getValue(), std::string_view(_out).substr(start));
 }
 
 void Writer::instanceName(const CIMObjectPath& path) {
@@ -145,16 +120,18 @@ void Writer::instanceName(const CIMObjectPath& path) {
 
 void Writer::localNamespacePath(const CIMNamespaceName& nameSpace) {
     _out += "<LOCALNAMESPACEPATH>";
+    // Each segment is escaped where it lies in the name: no copy of it per path written.
     const String& name = nameSpace.getString();
+    const Char16* units = name.getChar16Data();
     Uint32 start = 0;
     while (start < name.size()) {
-        Uint32 end = name.find(start, Char16('/'));
-        if (end == PEG_NOT_FOUND) {
-            end = name.size();
+        Uint32 end = start;
+        while (end < name.size() && units[end] != '/') {
+            end++;
         }
-        _out += "<NAMESPACE";
-        attribute("NAME", name.subString(start, end - start));
-        _out += "/>";
+        _out += "<NAMESPACE NAME=\"";
+        appendEscapedUnits(_out, units + start, end - start);
+        _out += "\"/>";
         start = end + 1;
     }
     _out += "</LOCALNAMESPACEPATH>";

@@ -17,6 +17,7 @@
 #include <cimxml/Elements.h>
 #include <cimxml/Operation.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,10 +57,15 @@ struct PathDefaults {
 /// The opening and pull operations end with finishPage() instead of finish().
 /// A write that does not fit the operation throws CIMException(CIM_ERR_FAILED).
 /// Not thread-safe; one writer per response.
+namespace detail {
+class ReferenceElements;
+}
+
 class IMethodResponseWriter {
 public:
     IMethodResponseWriter(std::string& out, std::string messageId, Operation operation,
                           PathDefaults defaults = PathDefaults());
+    ~IMethodResponseWriter();
 
     void writeClass(const Pegasus::CIMConstClass& cimClass);
     void writeClassName(const Pegasus::CIMName& className);
@@ -90,6 +96,7 @@ private:
     Operation _operation;
     PathDefaults _defaults;
     bool _started = false;
+    std::unique_ptr<detail::ReferenceElements> _references;
 };
 
 /// The whole response to an extrinsic method call: METHODRESPONSE with RETURNVALUE (left out

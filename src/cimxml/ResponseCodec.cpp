@@ -4,6 +4,7 @@
 #include <cimxml/detail/Envelope.h>
 #include <cimxml/detail/Fail.h>
 #include <cimxml/detail/Reader.h>
+#include <cimxml/detail/ReferenceElements.h>
 #include <cimxml/detail/Writer.h>
 #include <cimxml/detail/XmlText.h>
 
@@ -79,7 +80,9 @@ void appendTypeAttributes(std::string& out, const CIMValue& value) {
 IMethodResponseWriter::IMethodResponseWriter(std::string& out, std::string messageId,
                                              Operation operation, PathDefaults defaults)
     : _out(out), _messageId(std::move(messageId)), _operation(operation),
-      _defaults(std::move(defaults)) {}
+      _defaults(std::move(defaults)), _references(std::make_unique<detail::ReferenceElements>()) {}
+
+IMethodResponseWriter::~IMethodResponseWriter() = default;
 
 void IMethodResponseWriter::_start() {
     if (_started) {
@@ -132,7 +135,7 @@ void IMethodResponseWriter::writeInstance(const CIMConstInstance& instance,
                  deliversInstancesWithPath(_operation),
              "an instance");
     _start();
-    detail::Writer writer(_out);
+    detail::Writer writer(_out, _references.get());
     if (_operation == Operation::GetInstance || _operation == Operation::PullInstances) {
         writer.instance(instance, parts);
     } else if (deliversInstancesWithPath(_operation)) {
@@ -167,7 +170,7 @@ void IMethodResponseWriter::writeObjectPath(const CIMObjectPath& path) {
     _require(named || isAssociationNames(_operation) || deliversPaths(_operation),
              "an object path");
     _start();
-    detail::Writer writer(_out);
+    detail::Writer writer(_out, _references.get());
     if (named) {
         writer.instanceName(path);
         return;

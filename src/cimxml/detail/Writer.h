@@ -22,11 +22,15 @@
 
 namespace ksv::cimxml::detail {
 
+class ReferenceElements;
+
 /// Appends DSP0201 elements to a caller's buffer. Holds a scratch string so that writing many
-/// string values reuses one allocation.
+/// string values reuses one allocation. Given `references`, reference keys already written are
+/// copied from there instead of being parsed again.
 class Writer {
 public:
-    explicit Writer(std::string& out) : _out(out) {}
+    explicit Writer(std::string& out, ReferenceElements* references = nullptr)
+        : _out(out), _references(references) {}
 
     void value(const Pegasus::CIMValue& value);
     void className(const Pegasus::CIMName& className);
@@ -87,6 +91,7 @@ private:
     void _text(const Pegasus::CIMInstance& x);
 
     std::string& _out;
+    ReferenceElements* const _references;
     Pegasus::String _scratch;
 };
 
