@@ -22,7 +22,7 @@ using namespace cimxml;
 namespace {
 
 // Encoded response text on its way into the stream, passed on in pieces of about this size.
-constexpr std::size_t kFlushBytes = 16 * 1024;
+constexpr std::size_t kFlushBytes = 64 * 1024;
 
 std::vector<HttpHeader> cimResponseHeaders() {
     return {{"Content-Type", http::kContentType},

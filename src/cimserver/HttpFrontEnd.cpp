@@ -25,7 +25,11 @@ namespace ksv::server {
 namespace {
 
 constexpr const char kRealm[] = "CIM Server";
-constexpr std::size_t kResponseBlockBytes = 32 * 1024;
+// A streamed response leaves in chunks as large as the connection's memory allows: libmicrohttpd
+// fills what its pool has free, and each chunk is one send.
+constexpr std::size_t kResponseBlockBytes = 256 * 1024;
+// Room for the request's head and the response's chunk besides.
+constexpr std::size_t kConnectionMemoryBytes = kResponseBlockBytes + 32 * 1024;
 // Connections beyond the limit are still accepted, up to this many, to be told 503.
 constexpr unsigned kRefusalSlots = 16;
 // How often connections that await a request are looked at.
@@ -604,6 +608,7 @@ MHD_Daemon* HttpFrontEnd::startDaemon(Listener& listener, unsigned flags, std::u
         {MHD_OPTION_NOTIFY_CONNECTION, reinterpret_cast<intptr_t>(&connectionNotified), &listener},
         {MHD_OPTION_CONNECTION_LIMIT, _settings.maxConnections + kRefusalSlots, nullptr},
         {MHD_OPTION_CONNECTION_TIMEOUT, _settings.requestTimeoutSeconds, nullptr},
+        {MHD_OPTION_CONNECTION_MEMORY_LIMIT, kConnectionMemoryBytes, nullptr},
         // Only addresses of the IP families count; local socket clients are not limited.
         {MHD_OPTION_PER_IP_CONNECTION_LIMIT, _settings.maxConnectionsPerAddress, nullptr},
         {listenSocket >= 0 ? MHD_OPTION_LISTEN_SOCKET : MHD_OPTION_SOCK_ADDR,

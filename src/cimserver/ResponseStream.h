@@ -35,10 +35,12 @@ public:
 struct StreamLimits {
     // A response this long, or complete, starts; a shorter one is sent whole, with its length.
     std::size_t startBytes = 64 * 1024;
-    // While streaming, a sleeping connection wakes up for this much, or for the end.
-    std::size_t wakeBytes = 16 * 1024;
-    // The producer waits while this much is unsent.
-    std::size_t capacityBytes = 256 * 1024;
+    // While streaming, a sleeping connection wakes up for this much, or for the end: enough for
+    // a large send, so that a fast producer does not cost a wake-up and a send per small piece.
+    std::size_t wakeBytes = 128 * 1024;
+    // The producer waits while this much is unsent; twice the wake-up, so that it can go on
+    // encoding while the connection sends.
+    std::size_t capacityBytes = 512 * 1024;
 };
 
 class ResponseStream {
