@@ -55,7 +55,7 @@ CIMObjectPath referencedPath(const CIMKeyBinding& binding) {
 
 } // namespace
 
-void Writer::attribute(const char* name, const String& value) {
+void Writer::attribute(std::string_view name, const String& value) {
     _out += ' ';
     _out += name;
     _out += "=\"";
@@ -63,7 +63,7 @@ void Writer::attribute(const char* name, const String& value) {
     _out += '"';
 }
 
-void Writer::attribute(const char* name, std::string_view utf8) {
+void Writer::attribute(std::string_view name, std::string_view utf8) {
     _out += ' ';
     _out += name;
     _out += "=\"";
@@ -462,9 +462,9 @@ void Writer::property(const CIMConstProperty& property, const InstanceParts& par
 
 template <class Property>
 void Writer::_property(const Property& property, const InstanceParts& parts) {
-    const char* tag = property.getType() == CIMTYPE_REFERENCE ? "PROPERTY.REFERENCE"
-                      : property.isArray()                    ? "PROPERTY.ARRAY"
-                                                              : "PROPERTY";
+    const std::string_view tag = property.getType() == CIMTYPE_REFERENCE ? "PROPERTY.REFERENCE"
+                                 : property.isArray()                    ? "PROPERTY.ARRAY"
+                                                                         : "PROPERTY";
     _out += '<';
     _out += tag;
     attribute("NAME", property.getName().getString());
@@ -494,9 +494,9 @@ void Writer::_property(const Property& property, const InstanceParts& parts) {
 
 void Writer::_parameter(const CIMConstParameter& parameter) {
     const bool isReference = parameter.getType() == CIMTYPE_REFERENCE;
-    const char* tag = isReference
-                          ? (parameter.isArray() ? "PARAMETER.REFARRAY" : "PARAMETER.REFERENCE")
-                          : (parameter.isArray() ? "PARAMETER.ARRAY" : "PARAMETER");
+    const std::string_view tag =
+        isReference ? (parameter.isArray() ? "PARAMETER.REFARRAY" : "PARAMETER.REFERENCE")
+                    : (parameter.isArray() ? "PARAMETER.ARRAY" : "PARAMETER");
     _out += '<';
     _out += tag;
     attribute("NAME", parameter.getName().getString());

@@ -52,8 +52,8 @@ public:
     void paramValue(const Pegasus::CIMParamValue& parameter);
 
     /// ` NAME="value"`, escaped.
-    void attribute(const char* name, const Pegasus::String& value);
-    void attribute(const char* name, std::string_view utf8);
+    void attribute(std::string_view name, const Pegasus::String& value);
+    void attribute(std::string_view name, std::string_view utf8);
     void raw(std::string_view text) { _out.append(text); }
 
 private:
