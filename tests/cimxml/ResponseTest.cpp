@@ -69,6 +69,28 @@ TEST(ResponseWriter, StreamsObjectsAndNullValuesThatDecodeBack) {
     EXPECT_TRUE(nullProperty.finish().value.isNull());
 }
 
+// Association names repeat their reference keys from pair to pair, more of them than the encoder
+// keeps; each must still decode to the path it was written for.
+TEST(ResponseWriter, RepeatedReferenceKeysDecodeToTheirOwnPaths) {
+    const auto reference = [](const char* role, const char* className, int id) {
+        Array<CIMKeyBinding> keys;
+        keys.append(CIMKeyBinding(CIMName("DeviceID"), String(std::to_string(id).c_str()),
+                                  CIMKeyBinding::STRING));
+        const CIMObjectPath path("array7", CIMNamespaceName("root/ksv"), CIMName(className), keys);
+        return CIMKeyBinding(CIMName(role), path.toString(), CIMKeyBinding::REFERENCE);
+    };
+    Array<CIMObjectPath> written;
+    ChunkedResponse names(Operation::EnumerateInstanceNames);
+    for (int i = 0; i < 8000; i++) {
+        Array<CIMKeyBinding> keys;
+        keys.append(reference("Antecedent", "KSV_Extent", i * 7 % 4500));
+        keys.append(reference("Dependent", "KSV_Volume", i / 40));
+        written.append(CIMObjectPath(String(), CIMNamespaceName(), CIMName("KSV_Based"), keys));
+        names.writer().writeObjectPath(written[written.size() - 1]);
+    }
+    EXPECT_EQ(written, names.finish().paths);
+}
+
 TEST(ResponseWriter, AssociationResultsCarryFullPaths) {
     ChunkedResponse associators(Operation::Associators);
     associators.writer().writeInstance(sampleDisk(1));
