@@ -4,8 +4,13 @@
 // What the handles of the CIM object model share. Internal to pegcommon:
 // providers and clients never include this header.
 
+#include <algorithm>
 #include <atomic>
+#include <cstddef>
+#include <limits>
 #include <memory>
+#include <new>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -76,6 +81,121 @@ inline const CIMName& checkedName(const CIMName& name) {
 }
 
 /**
+    Memory for the members that one list clones from a shared sequence, as an
+    instance clones the properties of its class that it sets: a block or two
+    instead of an allocation per member. Each member of the sequence is cloned
+    into the arena at most once, which bounds it; nothing is given back before
+    the list and every member taken from the arena have ended. Only the list
+    that alone holds its sequence takes from it.
+*/
+class CIMMemberArena {
+public:
+    // Members hold pointers and counts, nothing aligned wider.
+    static constexpr size_t alignment = alignof(void*);
+
+    /**
+        bound: how many members may be taken at most; expected: how many the first block
+        holds, as many as lists like this one took before, so that lists built alike take
+        one block each, of the size they need.
+    */
+    CIMMemberArena(size_t bound, size_t expected) : _left(bound), _expected(expected) {}
+    CIMMemberArena(const CIMMemberArena&) = delete;
+    CIMMemberArena& operator=(const CIMMemberArena&) = delete;
+
+    /** Ends a use; the last one frees the arena. */
+    void release() {
+        if (_users.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete this;
+    }
+
+    /** Room for one member, which counts as a user until released. */
+    void* take(size_t bytes) {
+        bytes = (bytes + alignment - 1) / alignment * alignment;
+        if (_room < bytes)
+            _newBlock(bytes);
+        _users.fetch_add(1, std::memory_order_relaxed);
+        void* taken = _next;
+        _next += bytes;
+        _room -= bytes;
+        _left -= _left != 0;
+        _taken++;
+        return taken;
+    }
+
+    /**
+        How many members the next block holds: first as many as lists like this one took at
+        least; past that, small steps where those are known and half what was taken where not,
+        so that little room is left unused either way.
+    */
+    size_t nextBlockMembers() const {
+        const size_t wanted = _taken == 0 ? _expected : _expected != 0 ? 4 : _taken / 2;
+        return std::max<size_t>(1, std::min(_left, std::max<size_t>(4, wanted)));
+    }
+
+private:
+    ~CIMMemberArena() {
+        while (_blocks) {
+            Block* previous = _blocks->previous;
+            ::operator delete(_blocks);
+            _blocks = previous;
+        }
+    }
+
+    struct Block {
+        Block* previous;
+    };
+    static constexpr size_t header = (sizeof(Block) + alignment - 1) / alignment * alignment;
+
+    void _newBlock(size_t bytes) {
+        const size_t members = nextBlockMembers();
+        void* memory = ::operator new(header + members * bytes);
+        _blocks = new (memory) Block{_blocks};
+        _next = static_cast<unsigned char*>(memory) + header;
+        _room = members * bytes;
+    }
+
+    Block* _blocks = nullptr;
+    unsigned char* _next = nullptr;
+    size_t _room = 0;
+    size_t _left;
+    const size_t _expected;
+    size_t _taken = 0;
+    std::atomic<size_t> _users{1};
+};
+
+/** Allocates from an arena that each allocation keeps alive. */
+template <class T>
+class CIMArenaAllocator {
+public:
+    using value_type = T;
+
+    explicit CIMArenaAllocator(CIMMemberArena* arena) : _arena(arena) {}
+    template <class U>
+    CIMArenaAllocator(const CIMArenaAllocator<U>& other) : _arena(other._arena) {}
+
+    T* allocate(size_t count) {
+        static_assert(alignof(T) <= CIMMemberArena::alignment, "arena pieces are not so aligned");
+        return static_cast<T*>(_arena->take(count * sizeof(T)));
+    }
+    void deallocate(T*, size_t) { _arena->release(); }
+
+    template <class U>
+    bool operator==(const CIMArenaAllocator<U>& other) const {
+        return _arena == other._arena;
+    }
+    template <class U>
+    bool operator!=(const CIMArenaAllocator<U>& other) const {
+        return _arena != other._arena;
+    }
+
+private:
+    CIMMemberArena* _arena;
+
+    template <class U>
+    friend class CIMArenaAllocator;
+};
+
+/**
     The named members of an element, in order: qualifiers, properties,
     methods or parameters. Names are unique without regard to case.
 
@@ -122,7 +242,7 @@ public:
             appendCopyOf(other._item(i));
     }
 
-    Uint32 size() const { return _members ? Uint32(_members->items.size()) : 0; }
+    Uint32 size() const { return _members ? Uint32(_members->size()) : 0; }
 
     /** Index of the member so named (any case), or PEG_NOT_FOUND. */
     Uint32 find(const CIMName& name) const {
@@ -137,7 +257,7 @@ public:
             if (i >= count)
                 i = 0;
             // Most names differ in length: that is checked here before a call compares them.
-            const String& candidate = _item(i)._rep->name.getString();
+            const String& candidate = memberName(*_item(i)._rep).getString();
             if (candidate.size() == length && String::equalNoCase(candidate, wanted)) {
                 // Readers of one list on several threads write only when the start moves.
                 if (i + 1 != start)
@@ -150,14 +270,8 @@ public:
 
     Member& at(Uint32 index) {
         _checkIndex(index);
-        Members& members = _ownSlots();
-        Member& member = members.items[index];
-        if (!member._rep) {
-            // A member of the shared sequence, which other lists may hold.
-            Member own = members.base->items[index].clone();
-            own._rep->owners.add();
-            member._rep = std::move(own._rep);
-        } else if (member._rep->owners.count() > 1) {
+        Member& member = _ownSlots().own(index);
+        if (member._rep->owners.count() > 1) {
             Member own = member.clone();
             own._rep->owners.add();
             member._rep->owners.drop();
@@ -221,32 +335,84 @@ private:
     // sequence counts once among the owners of the members it holds itself.
     struct Members {
         Members() = default;
-        // The members of a base sequence, held for changing: each empty slot stands for the
-        // base's member.
+        // The members of a base sequence, held for changing: a slot without a position stands
+        // for the base's member, so that the members left alone take two bytes each.
         explicit Members(std::shared_ptr<const Members> base_)
-            : items(base_->items.size()), base(std::move(base_)) {}
+            : base(std::move(base_)), slots(base->size()) {}
         // A copy holds every member itself.
         Members(const Members& other) {
-            items.reserve(other.items.size());
-            for (size_t i = 0; i < other.items.size(); i++) {
+            items.reserve(other.size());
+            for (size_t i = 0; i < other.size(); i++) {
                 items.push_back(other.item(i));
                 items.back()._rep->owners.add();
             }
         }
         Members& operator=(const Members&) = delete;
         ~Members() {
-            for (const Member& member : items) {
-                if (member._rep)
-                    member._rep->owners.drop();
+            for (const Member& member : items)
+                member._rep->owners.drop();
+            for (const Member& member : changed)
+                member._rep->owners.drop();
+            if (arena) {
+                base->tellCloned(changed.size());
+                arena->release();
             }
         }
+        size_t size() const { return base ? slots.size() : items.size(); }
         const Member& item(size_t index) const {
-            const Member& own = items[index];
-            return own._rep ? own : base->items[index];
+            if (!base)
+                return items[index];
+            const Uint16 position = slots[index];
+            return position != 0 ? changed[position - 1] : base->item(index);
         }
+        // The member this sequence holds itself in the place, cloning the base's first.
+        Member& own(size_t index) {
+            if (!base)
+                return items[index];
+            if (slots[index] == 0) {
+                Member clone;
+                clone._rep = cloneOfBase(index);
+                clone._rep->owners.add();
+                if (changed.size() == changed.capacity())
+                    changed.reserve(changed.size() + arena->nextBlockMembers());
+                changed.push_back(std::move(clone));
+                slots[index] = Uint16(changed.size());
+            }
+            return changed[slots[index] - 1];
+        }
+        // What the base's member's clone() would be, kept in this sequence's arena.
+        auto cloneOfBase(size_t index) {
+            const auto& member = base->item(index)._rep;
+            using Rep = typename std::decay_t<decltype(member)>::element_type;
+            if (!arena) {
+                const size_t expected = base->clonedByOverlays.load(std::memory_order_relaxed);
+                arena = new CIMMemberArena(slots.size(), expected);
+                changed.reserve(arena->nextBlockMembers());
+            }
+            return std::allocate_shared<Rep>(CIMArenaAllocator<Rep>(arena), checkedRep(member));
+        }
+        // Lists over one base mostly change much the same members: the fewest any changed sizes
+        // the room of the next, which then grows by small steps, so that little room is unused.
+        void tellCloned(size_t count) const {
+            Uint32 fewest = clonedByOverlays.load(std::memory_order_relaxed);
+            while ((fewest == 0 || count < fewest) &&
+                   !clonedByOverlays.compare_exchange_weak(fewest, Uint32(count),
+                                                           std::memory_order_relaxed)) {
+            }
+        }
+
+        // The members of a sequence that holds them all itself.
         std::vector<Member> items;
-        // A sequence that holds all its members itself, or null.
+        // The sequence standing in for the empty slots, or null. Its own base, if any, holds all
+        // its members itself, which bounds a lookup at two steps.
         std::shared_ptr<const Members> base;
+        // Over a base: per member, 1 + its position among those changed, or 0.
+        std::vector<Uint16> slots;
+        std::vector<Member> changed;
+        // Where the members cloned from the base are kept, once one is.
+        CIMMemberArena* arena = nullptr;
+        // The fewest members a list over this sequence cloned from it, 0 before any ended.
+        mutable std::atomic<Uint32> clonedByOverlays{0};
     };
 
     static bool _onlyInLists(const Member& member) {
@@ -261,12 +427,14 @@ private:
             _members = std::make_shared<Members>(*_members);
         return _members->items;
     }
-    // The sequence of this list alone, for changing members in place: a shared sequence that
-    // holds its members itself becomes the base of one that holds only those changed.
+    // The sequence of this list alone, for changing members in place: a shared sequence becomes
+    // the base of one that holds only those changed, as an instance's properties refer to those
+    // of its class, which may refer to those of the class it was made from.
     Members& _ownSlots() {
         if (!_members)
             _members = std::make_shared<Members>();
-        else if (_members.use_count() > 1 && !_members->base)
+        else if (_members.use_count() > 1 && (!_members->base || !_members->base->base) &&
+                 _members->size() <= std::numeric_limits<Uint16>::max())
             _members = std::make_shared<Members>(std::shared_ptr<const Members>(_members));
         else if (_members.use_count() > 1)
             _members = std::make_shared<Members>(*_members);
@@ -305,13 +473,13 @@ public:
 };
 
 /**
-    What a property declares beyond its name and value. The properties an
-    instance copies from its class share the class's declarations, so that
-    giving the copy a value copies no more than the name and the value.
+    What a property declares beside its value. The properties an instance
+    copies from its class share the class's declarations, so that giving the
+    copy a value copies no more than the value.
 */
 class CIMPropertyDecl {
 public:
-    CIMPropertyDecl(Uint32 arraySize_, const CIMName& referenceClassName_,
+    CIMPropertyDecl(const CIMName& name_, Uint32 arraySize_, const CIMName& referenceClassName_,
                     const CIMName& classOrigin_, Boolean propagated_);
     CIMPropertyDecl(const CIMPropertyDecl& other);
     CIMPropertyDecl& operator=(const CIMPropertyDecl&) = delete;
@@ -336,6 +504,7 @@ public:
     }
     bool sharedByOthers() const { return _refs.load(std::memory_order_acquire) > 1; }
 
+    CIMName name;
     Uint32 arraySize;
     CIMName referenceClassName;
     CIMName classOrigin;
@@ -366,7 +535,6 @@ public:
     /** The qualifiers, for changing them or handing out a qualifier that may be changed. */
     CIMMemberList<CIMQualifier>& lendQualifiers();
 
-    CIMName name;
     CIMValue value;
     CIMOwnerCount owners;
 
@@ -401,6 +569,15 @@ public:
     CIMMemberList<CIMParameter> parameters{"parameter"};
     CIMOwnerCount owners;
 };
+
+/** The name lists find a member by. */
+template <class Rep>
+const CIMName& memberName(const Rep& rep) {
+    return rep.name;
+}
+inline const CIMName& memberName(const CIMPropertyRep& rep) {
+    return rep.decl().name;
+}
 
 /** A class or an instance; classes alone use the superclass and methods. */
 class CIMObjectRep {

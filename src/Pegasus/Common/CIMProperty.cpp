@@ -23,14 +23,13 @@ void checkReferenceClass(const CIMValue& value, const CIMName& referenceClassNam
 }
 
 bool identicalDecls(const CIMPropertyDecl& x, const CIMPropertyDecl& y) {
-    return &x == &y || (x.referenceClassName.equal(y.referenceClassName) &&
+    return &x == &y || (x.name.equal(y.name) && x.referenceClassName.equal(y.referenceClassName) &&
                         x.qualifiers.identical(y.qualifiers) &&
                         x.classOrigin.equal(y.classOrigin) && x.propagated == y.propagated);
 }
 
 bool identicalProperties(const CIMPropertyRep& x, const CIMPropertyRep& y) {
-    return &x == &y ||
-           (x.name.equal(y.name) && x.value == y.value && identicalDecls(x.decl(), y.decl()));
+    return &x == &y || (x.value == y.value && identicalDecls(x.decl(), y.decl()));
 }
 
 std::shared_ptr<CIMPropertyRep> cloneOf(const std::shared_ptr<CIMPropertyRep>& rep) {
@@ -39,14 +38,15 @@ std::shared_ptr<CIMPropertyRep> cloneOf(const std::shared_ptr<CIMPropertyRep>& r
 
 } // namespace
 
-CIMPropertyDecl::CIMPropertyDecl(Uint32 arraySize_, const CIMName& referenceClassName_,
-                                 const CIMName& classOrigin_, Boolean propagated_)
-    : arraySize(arraySize_), referenceClassName(referenceClassName_), classOrigin(classOrigin_),
-      propagated(propagated_) {}
+CIMPropertyDecl::CIMPropertyDecl(const CIMName& name_, Uint32 arraySize_,
+                                 const CIMName& referenceClassName_, const CIMName& classOrigin_,
+                                 Boolean propagated_)
+    : name(name_), arraySize(arraySize_), referenceClassName(referenceClassName_),
+      classOrigin(classOrigin_), propagated(propagated_) {}
 
 // The copy's qualifiers are its own, so nothing outside can reach them yet.
 CIMPropertyDecl::CIMPropertyDecl(const CIMPropertyDecl& other)
-    : arraySize(other.arraySize), referenceClassName(other.referenceClassName),
+    : name(other.name), arraySize(other.arraySize), referenceClassName(other.referenceClassName),
       classOrigin(other.classOrigin), propagated(other.propagated), qualifiers(other.qualifiers) {}
 
 bool CIMPropertyDecl::shareable() const {
@@ -62,15 +62,16 @@ bool CIMPropertyDecl::shareable() const {
 CIMPropertyRep::CIMPropertyRep(const CIMName& name_, const CIMValue& value_, Uint32 arraySize_,
                                const CIMName& referenceClassName_, const CIMName& classOrigin_,
                                Boolean propagated_)
-    : name(checkedName(name_)), value(value_), _decl(nullptr) {
+    : value(value_), _decl(nullptr) {
+    checkedName(name_);
     checkArraySize(value, arraySize_);
     checkNotReferenceArray(value);
     checkReferenceClass(value, referenceClassName_);
-    _decl = new CIMPropertyDecl(arraySize_, referenceClassName_, classOrigin_, propagated_);
+    _decl = new CIMPropertyDecl(name_, arraySize_, referenceClassName_, classOrigin_, propagated_);
 }
 
 CIMPropertyRep::CIMPropertyRep(const CIMPropertyRep& other)
-    : name(other.name), value(other.value),
+    : value(other.value),
       _decl(other._decl->shareable() ? other._decl->share() : new CIMPropertyDecl(*other._decl)) {}
 
 CIMPropertyDecl& CIMPropertyRep::ownDecl() {
@@ -117,13 +118,13 @@ CIMProperty::~CIMProperty() = default;
 CIMProperty& CIMProperty::operator=(const CIMProperty& x) = default;
 
 const CIMName& CIMProperty::getName() const {
-    return checkedRep(_rep).name;
+    return checkedRep(_rep).decl().name;
 }
 
 void CIMProperty::setName(const CIMName& name) {
     CIMPropertyRep& rep = checkedRep(_rep);
-    checkRenameAllowed(rep.owners, rep.name, checkedName(name), "property");
-    rep.name = name;
+    checkRenameAllowed(rep.owners, rep.decl().name, checkedName(name), "property");
+    rep.ownDecl().name = name;
 }
 
 const CIMValue& CIMProperty::getValue() const {
@@ -232,7 +233,7 @@ CIMConstProperty& CIMConstProperty::operator=(const CIMProperty& x) {
 }
 
 const CIMName& CIMConstProperty::getName() const {
-    return checkedRep(_rep).name;
+    return checkedRep(_rep).decl().name;
 }
 
 const CIMValue& CIMConstProperty::getValue() const {
