@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 PEGASUS_USING_PEGASUS;
 
@@ -92,6 +93,49 @@ TEST(CIMClassBuildInstance, AHandleTakenFromABuiltInstanceFollowsItsProperty) {
     EXPECT_EQ(before.getProperty(0).getValue(), CIMValue(Uint64(10000)));
     EXPECT_EQ(other.getProperty(1).getValue(), CIMValue(Uint64(7200)));
     EXPECT_EQ(cimClass.getProperty(1).getValue(), CIMValue(Uint64(15000)));
+}
+
+// Instances of a class that is itself a changed copy of another, each setting its own number
+// of properties, last first: more than the instances before it, as many, fewer.
+TEST(CIMClassBuildInstance, InstancesOfAChangedClassKeepTheirOwnValues) {
+    const CIMClass original = diskClass();
+    CIMClass changed = original.clone();
+    changed.getProperty(1).setValue(CIMValue(Uint64(10000)));
+    const CIMInstance skeleton = changed.buildInstance(true, true, CIMPropertyList());
+    const Uint32 setCounts[] = {1, 3, 3, 2, 0, 3};
+    const auto valueOf = [](Uint32 disk, Uint32 index) {
+        const String digit(std::to_string(disk).c_str());
+        return index == 0   ? CIMValue(digit)
+               : index == 1 ? CIMValue(Uint64(disk))
+                            : CIMValue(Array<String>(1, String("0:1:") + digit));
+    };
+    std::vector<CIMInstance> disks;
+    CIMProperty kept;
+    for (Uint32 disk = 0; disk < 6; disk++) {
+        disks.push_back(skeleton.clone());
+        for (Uint32 index = setCounts[disk]; index-- > 0;) {
+            kept = disks.back().getProperty(index);
+            kept.setValue(valueOf(disk, index));
+        }
+    }
+    CIMProperty renamed = disks[1].getProperty(0).clone();
+    renamed.setName(CIMName("Renamed"));
+
+    for (Uint32 disk = 0; disk < 6; disk++) {
+        for (Uint32 index = 0; index < 3; index++) {
+            EXPECT_EQ(disks[disk].getProperty(index).getValue(),
+                      index < setCounts[disk] ? valueOf(disk, index)
+                                              : skeleton.getProperty(index).getValue())
+                << "disk " << disk << ", property " << index;
+        }
+    }
+    disks.clear();
+    kept.setValue(valueOf(7, 0));
+    EXPECT_EQ(kept.getValue(), valueOf(7, 0));
+    EXPECT_TRUE(skeleton.getProperty(0).getName().equal(CIMName("DeviceID")));
+    EXPECT_EQ(skeleton.getProperty(1).getValue(), CIMValue(Uint64(10000)));
+    EXPECT_TRUE(changed.getProperty(2).getValue().isNull());
+    EXPECT_EQ(original.getProperty(1).getValue(), CIMValue(Uint64(15000)));
 }
 
 TEST(CIMClassKeys, KeyNamesInPropertyOrderOnlyForTrueBooleanKeys) {
