@@ -40,10 +40,16 @@ bool isLegalName(const Char16* units, Uint32 begin, Uint32 end) {
 
 // Providers name the same few properties and namespaces over and over, mostly from literals. The
 // ASCII names last made on each thread are kept, so that making one again shares its text instead
-// of decoding and allocating it anew. Each hash picks a pair of places, the last one made first:
-// with one place per hash, two names of one instance that collide would evict each other forever.
+// of decoding and allocating it anew, and a CIMName made again skips checking it. Each hash picks
+// a pair of places, the last one made first: with one place per hash, two names of one instance
+// that collide would evict each other forever.
 constexpr size_t kRecentNamePairs = 256;
-thread_local String recentNames[2 * kRecentNamePairs];
+struct RecentName {
+    String text;
+    // Whether the text was found a legal CIMName; namespace names are kept here too.
+    bool legalName = false;
+};
+thread_local RecentName recentNames[2 * kRecentNamePairs];
 
 bool spells(const String& text, const char* name, size_t n) {
     if (text.size() != n)
@@ -56,9 +62,10 @@ bool spells(const String& text, const char* name, size_t n) {
     return true;
 }
 
-String nameText(const char* name) {
+// The kept place of an ASCII name, made now if it was not kept; null for other texts.
+RecentName* recentName(const char* name) {
     if (name == nullptr)
-        return String(name);
+        return nullptr;
     size_t n = 0;
     size_t hash = 2166136261u;
     bool ascii = true;
@@ -67,14 +74,36 @@ String nameText(const char* name) {
         ascii = ascii && Uint8(name[n]) < 0x80;
     }
     if (!ascii)
-        return String(name, Uint32(n));
-    String* pair = &recentNames[2 * (hash % kRecentNamePairs)];
-    if (spells(pair[0], name, n))
-        return pair[0];
-    if (!spells(pair[1], name, n))
-        pair[1] = String(name, Uint32(n));
+        return nullptr;
+    RecentName* pair = &recentNames[2 * (hash % kRecentNamePairs)];
+    if (spells(pair[0].text, name, n))
+        return &pair[0];
+    if (!spells(pair[1].text, name, n))
+        pair[1] = RecentName{String(name, Uint32(n))};
     std::swap(pair[0], pair[1]);
-    return pair[0];
+    return &pair[0];
+}
+
+String nameText(const char* name) {
+    const RecentName* recent = recentName(name);
+    return recent ? recent->text : String(name);
+}
+
+const String& checkedLegal(const String& text) {
+    if (!CIMName::legal(text))
+        throw InvalidNameException(text);
+    return text;
+}
+
+String legalNameText(const char* name) {
+    RecentName* recent = recentName(name);
+    if (!recent)
+        return checkedLegal(String(name));
+    if (!recent->legalName) {
+        checkedLegal(recent->text);
+        recent->legalName = true;
+    }
+    return recent->text;
 }
 
 } // namespace
@@ -90,7 +119,7 @@ CIMName::CIMName(const String& name) : cimName(name) {
         throw InvalidNameException(name);
 }
 
-CIMName::CIMName(const char* name) : CIMName(nameText(name)) {}
+CIMName::CIMName(const char* name) : cimName(legalNameText(name)) {}
 
 CIMName& CIMName::operator=(const CIMName& name) = default;
 
