@@ -123,13 +123,15 @@ public:
     }
 
     /**
-        How many members the next block holds: first as many as lists like this one took at
-        least; past that, small steps where those are known and half what was taken where not,
-        so that little room is left unused either way.
+        How many members the next block holds: what is left of the fewest that lists like this
+        one are known to take; past that, small steps where those are known and half what was
+        taken where not, so that little room is left unused either way.
     */
     size_t nextBlockMembers() const {
-        const size_t wanted = _taken == 0 ? _expected : _expected != 0 ? 4 : _taken / 2;
-        return std::max<size_t>(1, std::min(_left, std::max<size_t>(4, wanted)));
+        if (_taken < _expected)
+            return std::min(_left, _expected - _taken);
+        const size_t wanted = _expected != 0 ? 4 : std::max<size_t>(4, _taken / 2);
+        return std::max<size_t>(1, std::min(_left, wanted));
     }
 
 private:
@@ -146,8 +148,22 @@ private:
     };
     static constexpr size_t header = (sizeof(Block) + alignment - 1) / alignment * alignment;
 
+    // Allocators serve large sizes in classes: a power of two and each quarter past it. A large
+    // block ends at the class below the size wanted, and the members beyond go to a next, small
+    // block, so that no large block leaves the rest of its class unused.
+    static size_t snugBytes(size_t wanted) {
+        if (wanted <= 1024)
+            return wanted;
+        size_t power = 1024;
+        while (power * 2 <= wanted)
+            power *= 2;
+        const size_t step = power / 4;
+        return power + (wanted - power) / step * step;
+    }
+
     void _newBlock(size_t bytes) {
-        const size_t members = nextBlockMembers();
+        const size_t wanted = header + nextBlockMembers() * bytes;
+        const size_t members = std::max<size_t>(1, (snugBytes(wanted) - header) / bytes);
         void* memory = ::operator new(header + members * bytes);
         _blocks = new (memory) Block{_blocks};
         _next = static_cast<unsigned char*>(memory) + header;
