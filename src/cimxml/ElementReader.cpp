@@ -17,10 +17,6 @@ namespace detail {
 
 namespace {
 
-bool isEmbedded(CIMType type) {
-    return type == CIMTYPE_OBJECT || type == CIMTYPE_INSTANCE;
-}
-
 String utf8At(const Element& element, std::string_view utf8) {
     String text;
     if (!utf8ToString(utf8, text)) {

@@ -24,10 +24,6 @@ T valueAs(const CIMValue& value) {
     return x;
 }
 
-bool isEmbedded(CIMType type) {
-    return type == CIMTYPE_OBJECT || type == CIMTYPE_INSTANCE;
-}
-
 const char* embeddedKind(CIMType type) {
     return type == CIMTYPE_INSTANCE ? "instance" : "object";
 }

@@ -224,10 +224,6 @@ CIMType declaredType(const CIMConstParameter& parameter) {
     return CIMTYPE_STRING;
 }
 
-bool isEmbedded(CIMType type) {
-    return type == CIMTYPE_OBJECT || type == CIMTYPE_INSTANCE;
-}
-
 // Embedded values that arrived typed fit a parameter declared as a qualified string.
 bool fitsDeclaration(const CIMValue& value, CIMType type, Boolean isArray) {
     if (value.isArray() != isArray) {

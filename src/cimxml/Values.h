@@ -26,6 +26,10 @@ void appendReal(std::string& out, Pegasus::Real32 number);
 std::optional<Pegasus::CIMType> cimTypeNamed(std::string_view name);
 /// The wire name of a type; embedded objects and instances travel as "string".
 const char* wireTypeName(Pegasus::CIMType type);
+/// Whether values of the type are embedded objects or instances, which travel as CIM-XML text.
+inline bool isEmbedded(Pegasus::CIMType type) {
+    return type == Pegasus::CIMTYPE_OBJECT || type == Pegasus::CIMTYPE_INSTANCE;
+}
 
 /// Reads the text of one VALUE as a scalar of `type`: booleans TRUE/FALSE in any case; integers
 /// in decimal with an optional sign, or hexadecimal 0x...; reals as above; char16 one character;

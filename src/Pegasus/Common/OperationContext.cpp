@@ -5,14 +5,15 @@
 
 PEGASUS_NAMESPACE_BEGIN
 
-namespace {
-
+// Outside the anonymous namespace: the class that holds them is declared in the header.
 // Containers may come from other libraries, so they are released through their own destroy().
 struct ContainerDestroyer {
     void operator()(OperationContext::Container* container) const { container->destroy(); }
 };
 
 using ContainerPtr = std::unique_ptr<OperationContext::Container, ContainerDestroyer>;
+
+namespace {
 
 const char* const objectNotFound = "object not found";
 const char* const objectAlreadyExists = "object already exists.";
