@@ -26,8 +26,32 @@ function(ksv_add_test_headers)
                               <set> <sstream> <string> <thread> <vector>)
 endfunction()
 
+# Each suite of a test executable is one CTest test. A process per case cost more than most cases
+# take under the sanitizers, and suites that start a server for all their cases started one per
+# case; CTest still runs the suites in parallel, and a failing suite's output names its cases.
+# The suites are listed when the executable is built; where it is not built, its one test fails
+# saying so.
+function(ksv_add_suite_tests name labels)
+    set(suites "${CMAKE_CURRENT_BINARY_DIR}/${name}_suites.cmake")
+    string(REPLACE ";" "," labels "${labels}")
+    add_custom_command(TARGET ${name} POST_BUILD
+        COMMAND "${CMAKE_COMMAND}" -D "EXECUTABLE=$<TARGET_FILE:${name}>" -D "OUTPUT=${suites}"
+                -D "WORKING_DIRECTORY=${CMAKE_CURRENT_BINARY_DIR}" -D "LABELS=${labels}"
+                -D TIMEOUT=120 -P "${PROJECT_SOURCE_DIR}/cmake/KsvListSuites.cmake"
+        BYPRODUCTS "${suites}"
+        VERBATIM)
+    set(include "${CMAKE_CURRENT_BINARY_DIR}/${name}_include.cmake")
+    file(WRITE "${include}"
+         "if(EXISTS [==[${suites}]==])\n"
+         "    include([==[${suites}]==])\n"
+         "else()\n"
+         "    add_test([==[${name}_NOT_BUILT]==] [==[${name}_NOT_BUILT]==])\n"
+         "endif()\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${include}")
+endfunction()
+
 # ksv_gtest(<name> SOURCES ... [LIBS ...] [LABELS ...])
-# One GoogleTest executable whose cases are registered with CTest one by one.
+# One GoogleTest executable whose suites are registered with CTest.
 # Tests read fixtures relative to KSV_SOURCE_DIR and the observed OpenPegasus
 # answers under KSV_SHARED_DIR.
 function(ksv_gtest name)
@@ -36,9 +60,7 @@ function(ksv_gtest name)
     target_link_libraries(${name} PRIVATE ${T_LIBS})
     ksv_test_settings(${name})
     target_precompile_headers(${name} REUSE_FROM ksv_test_headers)
-    # A list of labels must reach the test properties as one value.
-    string(REPLACE ";" "\\;" labels "${T_LABELS}")
-    gtest_discover_tests(${name} PROPERTIES LABELS "${labels}" DISCOVERY_TIMEOUT 120)
+    ksv_add_suite_tests(${name} "${T_LABELS}")
     if("concurrency" IN_LIST T_LABELS)
         set_property(GLOBAL APPEND PROPERTY KSV_CONCURRENCY_TESTS ${name})
     endif()
