@@ -4,6 +4,8 @@ function(ksv_test_settings target)
     target_compile_definitions(${target} PRIVATE KSV_SHARED_DIR="${KSV_SHARED_DIR}"
                                                  KSV_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
                                                  KSV_BINARY_DIR="${PROJECT_BINARY_DIR}")
+    # Header-only helpers every suite may use, such as starting work on several threads.
+    target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests/support")
     # Suites that measure memory or limit the address space skip what a sanitizer's shadow memory
     # and quarantine make meaningless; gcc and clang do not agree on a macro that tells.
     if(KSV_SANITIZE MATCHES "address")

@@ -5,10 +5,10 @@
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Exception.h>
 
+#include "OnThreads.h"
+
 #include <functional>
 #include <string>
-#include <thread>
-#include <vector>
 
 inline std::string utf8(const Pegasus::String& s) {
     return std::string(static_cast<const char*>(s.getCString()));
@@ -23,16 +23,6 @@ inline std::string messageOf(const std::function<void()>& operation) {
         return utf8(e.getMessage());
     }
     return "no exception";
-}
-
-// Runs work(thread) on `count` threads at once and waits for them all.
-template <class Work>
-void onThreads(int count, Work work) {
-    std::vector<std::thread> threads;
-    for (int t = 0; t < count; t++)
-        threads.emplace_back(work, t);
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 #endif

@@ -17,6 +17,7 @@
 #include "cimserver/ProviderLibrary.h"
 
 #include "ProviderHarness.h"
+#include "OnThreads.h"
 #include "RecordingHandlers.h"
 
 #include <gtest/gtest.h>
@@ -27,7 +28,6 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace ksv::test {
@@ -57,16 +57,6 @@ inline std::string failureOf(const std::function<void()>& request) {
         return "another exception";
     }
     return "no exception";
-}
-
-// Runs work(i) on `count` threads at once, i from 0, and waits for them all.
-template <typename Work>
-void onThreads(int count, Work work) {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < count; i++)
-        threads.emplace_back(work, i);
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 // Library calls since the log was last cleared, "function(argument)".
