@@ -114,10 +114,7 @@ String legalNameText(const char* name) {
 
 CIMName::CIMName() = default;
 
-CIMName::CIMName(const String& name) : cimName(name) {
-    if (!legal(name))
-        throw InvalidNameException(name);
-}
+CIMName::CIMName(const String& name) : cimName(checkedLegal(name)) {}
 
 CIMName::CIMName(const char* name) : cimName(legalNameText(name)) {}
 
