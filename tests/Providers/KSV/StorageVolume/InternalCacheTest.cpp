@@ -10,12 +10,10 @@
 namespace ksv::test {
 namespace {
 
-class RecordingMethodHandler : public MethodResultResponseHandler, public ResponseRecord {
+class RecordingMethodHandler : public RecordingResponse<MethodResultResponseHandler> {
 public:
-    void processing() override { note("processing"); }
-    void complete() override { note("complete"); }
     void deliverParamValue(const CIMParamValue& output) override {
-        note("output");
+        _events.push_back("output");
         outputs.push_back(output);
     }
     void deliverParamValue(const Array<CIMParamValue>& more) override {
@@ -23,7 +21,7 @@ public:
             deliverParamValue(more[i]);
     }
     void deliver(const CIMValue& value) override {
-        note("return");
+        _events.push_back("return");
         returned = value;
     }
 

@@ -1,6 +1,7 @@
-// What the provider suites share: a provider run from initialize to terminate with its requests
-// going through recording handlers, the CIM error a request ends in, compact renderings of paths
-// and properties, and the simulated library's call log.
+// What the provider suites share: response handlers that record what a provider delivered, in
+// order, and whether it called processing() and complete(); a provider run from initialize to
+// terminate with its requests going through them, the CIM error a request ends in, compact
+// renderings of paths and properties, and the simulated library's call log.
 #ifndef KSV_TESTS_PROVIDERTESTSUPPORT_H
 #define KSV_TESTS_PROVIDERTESTSUPPORT_H
 
@@ -8,6 +9,7 @@
 #include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMStatusCode.h>
+#include <Pegasus/Common/ResponseHandler.h>
 #include <Pegasus/Provider/CIMAssociationProvider.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
 
@@ -18,7 +20,6 @@
 
 #include "ProviderHarness.h"
 #include "OnThreads.h"
-#include "RecordingHandlers.h"
 
 #include <gtest/gtest.h>
 
@@ -45,6 +46,43 @@ inline CIMPropertyList listOf(std::initializer_list<const char*> names) {
         list.append(name);
     return CIMPropertyList(list);
 }
+
+// Records "processing", "deliver" (once per delivered result) and "complete", as they happened.
+template <typename Handler>
+class RecordingResponse : public Handler {
+public:
+    void processing() override { _events.push_back("processing"); }
+    void complete() override { _events.push_back("complete"); }
+    const Strings& events() const { return _events; }
+
+protected:
+    Strings _events;
+};
+
+using RecordingResponseHandler = RecordingResponse<ResponseHandler>;
+
+template <typename Handler, typename Result>
+class RecordingHandler : public RecordingResponse<Handler> {
+public:
+    void deliver(const Result& result) override {
+        if (delivered.size() + 1 == failingDelivery)
+            throw std::runtime_error("client went away");
+        this->_events.push_back("deliver");
+        delivered.push_back(result);
+    }
+    void deliver(const Array<Result>& results) override {
+        for (Uint32 i = 0; i < results.size(); i++)
+            deliver(results[i]);
+    }
+
+    std::vector<Result> delivered;
+    // The delivery with this number fails, as for a client that went away; 0 for none.
+    size_t failingDelivery = 0;
+};
+
+using RecordingInstanceHandler = RecordingHandler<InstanceResponseHandler, CIMInstance>;
+using RecordingObjectPathHandler = RecordingHandler<ObjectPathResponseHandler, CIMObjectPath>;
+using RecordingObjectHandler = RecordingHandler<ObjectResponseHandler, CIMObject>;
 
 // "CIM_ERR_...: <message>" of the CIM error the request throws, or what else happened.
 inline std::string failureOf(const std::function<void()>& request) {

@@ -136,12 +136,9 @@ TEST_F(AssociationShapeTest, EachAssociationServesOrRefusesByItsOwnRules) {
                      " resultClass=" + (row.resultClass ? row.resultClass : "(null)"));
         DiskProvider provider(harness, row.provider);
         ksvsim::clearCapturedLog();
-        Query query;
-        query.resultClass = row.resultClass;
-        query.role = row.role;
-        query.resultRole = row.resultRole;
         const std::vector<std::string> events =
-            run(provider, row.operation, object(row.object), query);
+            run(provider, row.operation, object(row.object),
+                Query{row.resultClass, row.role, row.resultRole, CIMPropertyList()});
         if (row.served) {
             EXPECT_EQ(events.empty() ? "" : events.front(), "processing");
             EXPECT_EQ(events.empty() ? "" : events.back(), "complete");
@@ -183,10 +180,8 @@ TEST_F(AssociationShapeTest, RefusalsAreLoggedInEachProvidersOwnWords) {
         SCOPED_TRACE(expected.line);
         DiskProvider provider(harness, expected.provider);
         ksvsim::clearCapturedLog();
-        Query query;
-        query.role = expected.role;
-        query.resultClass = expected.resultClass;
-        run(provider, expected.operation, paths.system(), query);
+        run(provider, expected.operation, paths.system(),
+            Query{expected.resultClass, expected.role, "", CIMPropertyList()});
         EXPECT_EQ(logTexts(2), std::vector<std::string>{expected.line});
     }
 }

@@ -71,14 +71,10 @@ TEST_F(VolumeBasedOnDiskExtentTest, AddressesOnlyWhenThePropertyListAsksForThem)
         CIMPropertyList propertyList;
         bool addresses;
     };
-    Array<CIMName> elementName;
-    elementName.append("ElementName");
-    Array<CIMName> endingAddress;
-    endingAddress.append("endingaddress");
     const Case cases[] = {{CIMPropertyList(), true},
-                          {CIMPropertyList(elementName), false},
-                          {CIMPropertyList(Array<CIMName>()), false},
-                          {CIMPropertyList(endingAddress), true}};
+                          {listOf({"ElementName"}), false},
+                          {listOf({}), false},
+                          {listOf({"endingaddress"}), true}};
     for (const Case& c : cases) {
         Query query;
         query.propertyList = c.propertyList;

@@ -56,9 +56,7 @@ protected:
         Strings events;
     };
     Answer run(const std::string& className, const std::string& user = "admin") {
-        Query query;
-        query.user = user;
-        query.className = className.c_str();
+        const Query query{nullptr, "", "", CIMPropertyList(), user, className.c_str()};
         if (operation() == "getInstance") {
             const auto handler =
                 provider.getInstance(pathOf(className, kind().keysOfAnInstance), query);
