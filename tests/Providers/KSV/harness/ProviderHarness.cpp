@@ -159,7 +159,7 @@ public:
     CIMClass getClass(const OperationContext&, const CIMNamespaceName& nameSpace,
                       const CIMName& className, Boolean localOnly, Boolean includeQualifiers,
                       Boolean includeClassOrigin, const CIMPropertyList& propertyList) override {
-        _server.enter(_route, "getClass", nameSpace, text(className.getString()));
+        _server.enter(_route, "getClass", className.getString());
         return ProviderHarness::shippedClasses().getClass(
             nameSpace, className, localOnly, includeQualifiers, includeClassOrigin, propertyList);
     }
@@ -167,7 +167,7 @@ public:
                             const CIMObjectPath& instanceName, Boolean, Boolean includeQualifiers,
                             Boolean includeClassOrigin,
                             const CIMPropertyList& propertyList) override {
-        _server.enter(_route, "getInstance", nameSpace, text(instanceName.toString()));
+        _server.enter(_route, "getInstance", instanceName.toString());
         CIMInstance instance = _server.storedInstance(nameSpace, instanceName);
         instance.instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
         return instance;
@@ -177,7 +177,7 @@ public:
                                           const CIMName& className, Boolean, Boolean,
                                           Boolean includeQualifiers, Boolean includeClassOrigin,
                                           const CIMPropertyList& propertyList) override {
-        _server.enter(_route, "enumerateInstances", nameSpace, text(className.getString()));
+        _server.enter(_route, "enumerateInstances", className.getString());
         Array<CIMInstance> instances = _server.instancesOf(nameSpace, className);
         for (Uint32 i = 0; i < instances.size(); i++)
             instances[i].instanceFilter(includeQualifiers, includeClassOrigin, propertyList);
@@ -186,7 +186,7 @@ public:
     Array<CIMObjectPath> enumerateInstanceNames(const OperationContext&,
                                                 const CIMNamespaceName& nameSpace,
                                                 const CIMName& className) override {
-        _server.enter(_route, "enumerateInstanceNames", nameSpace, text(className.getString()));
+        _server.enter(_route, "enumerateInstanceNames", className.getString());
         const Array<CIMInstance> instances = _server.instancesOf(nameSpace, className);
         Array<CIMObjectPath> names;
         for (Uint32 i = 0; i < instances.size(); i++)
@@ -195,7 +195,7 @@ public:
     }
     CIMValue getProperty(const OperationContext&, const CIMNamespaceName& nameSpace,
                          const CIMObjectPath& instanceName, const CIMName& propertyName) override {
-        _server.enter(_route, "getProperty", nameSpace, text(instanceName.toString()));
+        _server.enter(_route, "getProperty", instanceName.toString());
         const CIMInstance instance = _server.storedInstance(nameSpace, instanceName);
         const Uint32 index = instance.findProperty(propertyName);
         if (index == PEG_NOT_FOUND)
@@ -206,7 +206,7 @@ public:
                           const CIMObjectPath& instanceName, const CIMName& methodName,
                           const Array<CIMParamValue>&,
                           Array<CIMParamValue>& outParameters) override {
-        _server.enter(_route, "invokeMethod", nameSpace, text(methodName.getString()));
+        _server.enter(_route, "invokeMethod", methodName.getString());
         if (!isInternalCache(nameSpace, instanceName))
             throw CIMException(CIM_ERR_NOT_SUPPORTED, instanceName.toString());
         const CacheMethod& method = cacheMethod(methodName);
@@ -388,13 +388,12 @@ void ProviderHarness::clearCalls() {
     _calls.clear();
 }
 
-void ProviderHarness::enter(Route route, const std::string& operation,
-                            const CIMNamespaceName& nameSpace, const std::string& target) {
+void ProviderHarness::enter(Route route, const std::string& operation, const String& target) {
     Failure failure;
     bool fails = false;
     {
         std::lock_guard<std::mutex> guard(_lock);
-        _calls.push_back({route, operation, text(nameSpace.getString()), target});
+        _calls.push_back({route, operation, text(target)});
         const auto found = _failures.find({operation, route});
         if (found != _failures.end()) {
             failure = found->second;

@@ -45,11 +45,10 @@ struct Failure {
     std::string message = "unavailable";
 };
 
-// One request the server received: "getClass" in "root/ksv" for "KSV_DiskDrive", ...
+// One request the server received: "getClass" of "KSV_DiskDrive", ...
 struct ServerCall {
     Route route;
     std::string operation;
-    std::string nameSpace;
     std::string target;
 };
 
@@ -104,8 +103,7 @@ private:
 
     void fillStore();
     // Records the request and throws the failure set for it.
-    void enter(Route route, const std::string& operation,
-               const Pegasus::CIMNamespaceName& nameSpace, const std::string& target);
+    void enter(Route route, const std::string& operation, const Pegasus::String& target);
     // Instances of the class and its subclasses, paths with the namespace set.
     Pegasus::Array<Pegasus::CIMInstance> instancesOf(const Pegasus::CIMNamespaceName& nameSpace,
                                                      const Pegasus::CIMName& className) const;
