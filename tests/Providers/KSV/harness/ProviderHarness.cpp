@@ -6,6 +6,7 @@
 #include "DriveCage/KSV_MagazineProvider.h"
 #include "StorageVolume/KSV_InternalCacheService.h"
 #include "StorageVolume/KSV_StoragePoolProvider.h"
+#include "StorageVolume/KSV_StorageSystemProvider.h"
 #include "StorageVolume/KSV_StorageVolumeProvider.h"
 #include "cimserver/InProcessAccess.h"
 #include "mof_compiler/MofCompiler.h"
@@ -17,10 +18,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
-#include <set>
 #include <stdexcept>
 
 namespace ksv::test {
@@ -117,29 +116,17 @@ void answer(const CacheMethod& method, const CacheAnswer& answer,
     }
 }
 
-void setOrAdd(CIMInstance& instance, const char* name, const CIMValue& value) {
-    const Uint32 index = instance.findProperty(name);
-    if (index == PEG_NOT_FOUND)
-        instance.addProperty(CIMProperty(name, value));
-    else
-        instance.getProperty(index).setValue(value);
-}
-
-// An instance of the path's class with its key properties and the given properties set.
-CIMInstance instanceAt(const CIMObjectPath& path,
-                       std::initializer_list<std::pair<const char*, CIMValue>> properties = {}) {
-    const CIMClass cimClass = ProviderHarness::shippedClasses().getClass(
-        KSV_NAMESPACE, path.getClassName(), false, true, true);
-    CIMInstance instance = cimClass.buildInstance(false, false, CIMPropertyList());
-    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
-    for (Uint32 i = 0; i < keys.size(); i++)
-        setOrAdd(instance, keys[i].getName().getString().getCString(),
-                 CIMValue(keys[i].getValue()));
-    for (const auto& property : properties)
-        setOrAdd(instance, property.first, property.second);
-    instance.setPath(path);
-    return instance;
-}
+// Collects what a sibling module delivers.
+struct RecordingInstances : InstanceResponseHandler {
+    void processing() override {}
+    void complete() override {}
+    void deliver(const CIMInstance& instance) override { delivered.push_back(instance); }
+    void deliver(const Array<CIMInstance>& more) override {
+        for (Uint32 i = 0; i < more.size(); i++)
+            delivered.push_back(more[i]);
+    }
+    std::vector<CIMInstance> delivered;
+};
 
 api_SystemInfo_t systemInfo() {
     api_SystemInfo_t info;
@@ -234,13 +221,14 @@ ProviderHarness::ProviderHarness(const std::string& model) {
     ksvsim::setLogCapture(true);
     if (const auto error = ksvsim::loadModelFile(modelPath(model)))
         throw std::runtime_error(error->describe());
-    KSV_InternalCacheService::destroy();
     CIMOMHandleBackend::setDefault(std::make_shared<RouteBackend>(*this, Route::ServerHandle));
     CIMClientConnector::setLocal([this]() -> std::unique_ptr<CIMClientBackend> {
         return std::make_unique<ksv::server::LocalClientConnection>(
             std::make_shared<RouteBackend>(*this, Route::LocalClient));
     });
     fillStore();
+    // What the sibling modules cached of the array while filling the store starts afresh.
+    KSV_InternalCacheService::destroy();
     clearCalls();
     ksvsim::clearCalls();
     ksvsim::clearCapturedLog();
@@ -285,46 +273,31 @@ const ksv::mof::ClassRepository& ProviderHarness::shippedClasses() {
 }
 
 void ProviderHarness::fillStore() {
-    const api_SystemInfo_t info = systemInfo();
-    const std::string name(info.name);
-    const String host(info.hostName);
-
-    putInstance(KSV_NAMESPACE,
-                instanceAt(pathOf("KSV_StorageSystem",
-                                  {{"CreationClassName", "KSV_StorageSystem"}, {"Name", name}}),
-                           {{"ElementName", CIMValue(String(info.name))}}));
-    putInstance(KSV_NAMESPACE,
-                instanceAt(pathOf("KSV_SystemPackage",
-                                  {{"CreationClassName", "KSV_SystemPackage"}, {"Tag", name}})));
-    putInstance(KSV_NAMESPACE,
-                instanceAt(pathOf("KSV_StorageSystemView", {{"InstanceID", "QUANOR:" + name}})));
-    putInstance(KSV_NAMESPACE,
-                instanceAt(KSV_StoragePoolProvider::buildInstanceName("QUANOR:primordial", host),
-                           {{"ElementName", CIMValue(String("primordial"))},
-                            {"Primordial", CIMValue(true)}}));
-
-    api_VVList_t volumes = {0, nullptr};
-    api_getVVs(nullptr, &volumes);
-    for (Uint32 i = 0; i < volumes.count; i++) {
-        const api_VV_t& volume = volumes.vvs[i];
-        putInstance(KSV_NAMESPACE, instanceAt(KSV_StorageVolumeProvider::createObjectPath(
-                                                  volume.wwn, info.name, host),
-                                              {{"ElementName", CIMValue(String(volume.name))}}));
+    CIMOMHandle handle = cimom();
+    const std::pair<CIMInstanceProvider*, const char*> siblings[] = {
+        {new KSV_StorageSystemProvider, "KSV_StorageSystem"},
+        {new KSV_StoragePoolProvider, "KSV_StoragePool"},
+        {new KSV_StorageVolumeProvider, "KSV_StorageVolume"},
+        {new KSV_MagazineProvider, "KSV_Magazine"},
+        {new KSV_MagazineProvider, "KSV_DiskBay"}};
+    for (const auto& [provider, className] : siblings) {
+        provider->initialize(handle);
+        RecordingInstances instances;
+        provider->enumerateInstances(context(), CIMObjectPath(String(), KSV_NAMESPACE, className),
+                                     false, false, CIMPropertyList(), instances);
+        for (const CIMInstance& instance : instances.delivered)
+            putInstance(KSV_NAMESPACE, instance);
+        provider->terminate();
     }
-    free(volumes.vvs);
-
-    api_DiskList_t disks = {0, nullptr};
-    api_getSystemDisks(API_ALL_DISKS, &disks);
-    std::set<std::string> magazines;
-    for (Uint32 i = 0; i < disks.count; i++) {
-        const api_Disk_t& disk = disks.disks[i];
-        if (!magazines.insert(disk.parentDeviceID).second)
-            continue;
-        putInstance(KSV_NAMESPACE, instanceAt(KSV_MagazineProvider::buildObjectPath(
-                                       KSV_MagazineProvider::_getCIMName(disk.cageType), host,
-                                       disk.parentDeviceID)));
+    // No module here serves these two: their names are all that providers ask of them.
+    const std::string name = systemName();
+    for (const CIMObjectPath& path :
+         {pathOf("KSV_SystemPackage", {{"CreationClassName", "KSV_SystemPackage"}, {"Tag", name}}),
+          pathOf("KSV_StorageSystemView", {{"InstanceID", "QUANOR:" + name}})}) {
+        CIMInstance instance(path.getClassName());
+        instance.setPath(path);
+        putInstance(KSV_NAMESPACE, instance);
     }
-    free(disks.disks);
 }
 
 void ProviderHarness::putInstance(const CIMNamespaceName& nameSpace, const CIMInstance& instance) {

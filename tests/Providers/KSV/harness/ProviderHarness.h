@@ -59,11 +59,9 @@ Pegasus::CIMObjectPath pathOf(const std::string& className,
 
 class ProviderHarness {
 public:
-    // Loads examples/arrays/<model> and fills the store as the sibling modules name their
-    // instances, all in root/ksv: KSV_StorageSystem (Name = the system name), KSV_SystemPackage
-    // (Tag = the system name), KSV_StorageSystemView ("QUANOR:" + the system name), the
-    // primordial KSV_StoragePool ("QUANOR:primordial"), one KSV_StorageVolume per volume with its
-    // ElementName, one KSV_Magazine or KSV_DiskBay per magazine that holds a disk.
+    // Loads examples/arrays/<model> and fills the store with what the sibling modules serve over
+    // it, read from them once so that none of their array calls mixes into what a test records
+    // later, and the KSV_SystemPackage and KSV_StorageSystemView of the system, all in root/ksv.
     explicit ProviderHarness(const std::string& model = "demo.json");
     ~ProviderHarness();
     ProviderHarness(const ProviderHarness&) = delete;
