@@ -1,4 +1,5 @@
 // The library used from several threads at once, as the CIM server does.
+#include "OnThreads.h"
 #include "simulator_test_support.h"
 
 #include <atomic>
@@ -10,18 +11,6 @@ namespace ksvsim::testing {
 namespace {
 
 class Concurrency : public SimulatorTest {};
-
-// Runs 'work(index)' on 'count' threads at once and waits for them all.
-template <typename Work>
-void onThreads(int count, Work work) {
-    std::vector<std::thread> threads;
-    for (int t = 0; t < count; ++t) {
-        threads.emplace_back(work, t);
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-}
 
 // The LED bit of every disk of each (cage, magazine), for disks present.
 std::map<std::pair<std::string, int>, std::set<bool>> ledsByMagazine() {

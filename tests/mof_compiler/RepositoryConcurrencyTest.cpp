@@ -1,13 +1,13 @@
 // Many server threads read one repository at once: every reader must see
 // exactly what a single reader sees.
 
-#include <thread>
 #include <vector>
 
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/CIMInstance.h>
 
 #include "MofTestSupport.h"
+#include "OnThreads.h"
 
 namespace ksv::mof::test {
 namespace {
@@ -29,26 +29,21 @@ TEST(RepositoryConcurrency, ParallelReadersSeeTheSameDefinitions) {
     constexpr int threadCount = 4;
     constexpr int rounds = 50;
     std::vector<int> mismatches(threadCount, 0);
-    std::vector<std::thread> readers;
-    for (int t = 0; t < threadCount; ++t) {
-        readers.emplace_back([&, t] {
-            ClassRepository copy = repository; // copies share the same definitions
-            for (int round = 0; round < rounds; ++round) {
-                std::size_t which = std::size_t(round + t) % expected.size();
-                CIMClass cimClass = copy.getClass("root/ksv", classes[which], false, true, true);
-                if (!cimClass.identical(expected[which]))
-                    ++mismatches[t];
-                copy.getClass("root/ksv", classes[which], true, false, false);
-                Array<CIMInstance> capabilities =
-                    copy.enumerateInstances("root/PG_InterOp", "PG_ProviderCapabilities");
-                if (capabilities.size() != expectedCapabilities.size() ||
-                    !capabilities[0].identical(expectedCapabilities[0]))
-                    ++mismatches[t];
-            }
-        });
-    }
-    for (std::thread& reader : readers)
-        reader.join();
+    onThreads(threadCount, [&](int t) {
+        ClassRepository copy = repository; // copies share the same definitions
+        for (int round = 0; round < rounds; ++round) {
+            std::size_t which = std::size_t(round + t) % expected.size();
+            CIMClass cimClass = copy.getClass("root/ksv", classes[which], false, true, true);
+            if (!cimClass.identical(expected[which]))
+                ++mismatches[t];
+            copy.getClass("root/ksv", classes[which], true, false, false);
+            Array<CIMInstance> capabilities =
+                copy.enumerateInstances("root/PG_InterOp", "PG_ProviderCapabilities");
+            if (capabilities.size() != expectedCapabilities.size() ||
+                !capabilities[0].identical(expectedCapabilities[0]))
+                ++mismatches[t];
+        }
+    });
     EXPECT_EQ(mismatches, std::vector<int>(threadCount, 0));
 }
 
