@@ -1,6 +1,8 @@
 #include <Pegasus/Common/OperationContext.h>
 #include <Pegasus/Common/ResponseHandler.h>
 
+#include "../Common/CommonTestSupport.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -38,16 +40,6 @@ String userOf(const OperationContext& context) {
 
 int tagOf(const OperationContext& context) {
     return dynamic_cast<const CountingContainer&>(context.get(CountingContainer::NAME)).tag;
-}
-
-template <class Action>
-String messageOf(Action action) {
-    try {
-        action();
-    } catch (const Exception& e) {
-        return e.getMessage();
-    }
-    return "no exception";
 }
 
 TEST(OperationContext, ContainersAreKeptOnePerTypeName) {
