@@ -20,22 +20,14 @@ TEST_F(ForcedResults, RefuseFunctionsThatCannotBeForced) {
     EXPECT_THROW(ksvsim::forceResult("cim_sem_wait", 1, 0), std::invalid_argument);
 }
 
-class LibraryLog : public SimulatorTest {
-protected:
-    void TearDown() override {
-        std::remove(logFile_.c_str());
-        SimulatorTest::TearDown();
-    }
-
-    std::string logText() const { return fileText(logFile_); }
-
-    const std::string logFile_ =
-        ::testing::TempDir() + "ksvapi-log-" + std::to_string(getpid()) + ".txt";
-};
+class LibraryLog : public SimulatorTest {};
 
 TEST_F(LibraryLog, LevelDecidesWhatReachesTheSinkAndBadSinksAreRefused) {
-    std::remove(logFile_.c_str());
-    ASSERT_FALSE(ksvsim::setLogSink("file:" + logFile_));
+    const std::string logFile =
+        ::testing::TempDir() + "ksvapi-log-" + std::to_string(getpid()) + ".txt";
+    const auto logText = [&] { return fileText(logFile); };
+    std::remove(logFile.c_str());
+    ASSERT_FALSE(ksvsim::setLogSink("file:" + logFile));
     ksvsim::setLogLevel(3);
     log_message(2, "error line %d", 1);
     log_message(3, "warning line\n");
@@ -53,6 +45,7 @@ TEST_F(LibraryLog, LevelDecidesWhatReachesTheSinkAndBadSinksAreRefused) {
     ksvsim::setLogLevel(4);
     log_message(4, "trace line");
     EXPECT_NE(logText().find("[4] trace line\n"), std::string::npos) << "the old sink is kept";
+    std::remove(logFile.c_str());
 }
 
 TEST_F(LibraryLog, PanicPrintsAndAborts) {
@@ -96,43 +89,35 @@ TEST_F(GlobalSemaphore, PostWithoutWaitIsReportedAndCounted) {
     EXPECT_EQ(ksvsim::capturedLog(), (std::vector<LogLine>{misuse, misuse}));
 }
 
-// Ends the process: 0 when 'failure' is empty, else 1 after printing it.
-[[noreturn]] void exitWith(const std::string& failure) {
-    std::fprintf(stderr, "%s\n", failure.c_str());
-    std::exit(failure.empty() ? 0 : 1);
-}
-
-void modelLogAndTimeOutFromEnvironment(const std::string& logPath) {
+// What the environment failed to configure, "" when all of it took effect.
+std::string unconfiguredByEnvironment(const std::string& logPath) {
     setenv("KSV_ARRAY_MODEL", examplePath("demo.json").c_str(), 1);
     setenv("KSV_LOG_SINK", ("file:" + logPath).c_str(), 1);
     setenv("KSV_LOG_LEVEL", "4", 1);
     setenv("KSV_SEM_TIMEOUT_MS", "10", 1);
-    if (ksvsim::activeModelSource() != examplePath("demo.json")) {
-        exitWith("model not taken from KSV_ARRAY_MODEL: " + ksvsim::activeModelSource());
-    }
+    if (ksvsim::activeModelSource() != examplePath("demo.json"))
+        return "model not taken from KSV_ARRAY_MODEL: " + ksvsim::activeModelSource();
     log_message(4, "trace through the file sink");
-    if (fileText(logPath).find("[4] trace through the file sink") == std::string::npos) {
-        exitWith("log file lacks the trace line: " + fileText(logPath));
-    }
-    if (cim_sem_wait() != API_OK || cim_sem_wait() != API_E_SEM_TIMEOUT) {
-        exitWith("semaphore time-out not taken from KSV_SEM_TIMEOUT_MS");
-    }
-    exitWith("");
+    if (fileText(logPath).find("[4] trace through the file sink") == std::string::npos)
+        return "log file lacks the trace line: " + fileText(logPath);
+    if (cim_sem_wait() != API_OK || cim_sem_wait() != API_E_SEM_TIMEOUT)
+        return "semaphore time-out not taken from KSV_SEM_TIMEOUT_MS";
+    return "";
 }
 
-class Environment : public ::testing::Test {
-protected:
-    void SetUp() override {
-        GTEST_FLAG_SET(death_test_style, "threadsafe");
-        logPath_ = ::testing::TempDir() + "ksvapi-env-" + std::to_string(getpid()) + ".log";
-    }
-    void TearDown() override { std::remove(logPath_.c_str()); }
-
-    std::string logPath_;
-};
-
-TEST_F(Environment, ChoosesModelLogSinkLevelAndTimeOut) {
-    EXPECT_EXIT(modelLogAndTimeOutFromEnvironment(logPath_), ::testing::ExitedWithCode(0), "");
+// In a fresh process, since the library reads its environment when it is first used.
+TEST(Environment, ChoosesModelLogSinkLevelAndTimeOut) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const std::string logPath =
+        ::testing::TempDir() + "ksvapi-env-" + std::to_string(getpid()) + ".log";
+    EXPECT_EXIT(
+        {
+            const std::string failure = unconfiguredByEnvironment(logPath);
+            std::fprintf(stderr, "%s\n", failure.c_str());
+            std::exit(failure.empty() ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "");
+    std::remove(logPath.c_str());
 }
 
 } // namespace

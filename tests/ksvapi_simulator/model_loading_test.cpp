@@ -42,86 +42,66 @@ TEST_F(ModelLoading, UnreadableOrBrokenSourcesAreNamedAndLeaveTheActiveModel) {
     EXPECT_EQ(ksvsim::activeModelSource(), examplePath("demo.json"));
 }
 
-// One way to break the minimal model, and where and how the error must show.
-struct BadModel {
-    const char* name;
-    std::function<void(json&)> breakModel;
-    const char* place;
-    const char* message;
-    int cageType = 2;
-};
-
-void PrintTo(const BadModel& bad, std::ostream* out) {
-    *out << bad.name;
+// Ways to break the minimal model, and where and how each error must show.
+TEST_F(ModelLoading, RefusedModelsNamePlaceAndFault) {
+    const struct {
+        std::function<void(json&)> breakModel;
+        const char* place;
+        const char* message;
+        int cageType = 2;
+    } cases[] = {
+        {[](json& m) { m.erase("system"); }, "top level", "missing member \"system\""},
+        {[](json& m) { m["disk"] = json::array(); }, "/disk", "unknown member \"disk\""},
+        {[](json& m) { m["disks"][0]["id"] = "zero"; }, "/disks/0/id",
+         "expected an integer from 0 to 2147483647, found string"},
+        {[](json& m) { m["disks"][0]["wwn"] = "5000A00"; }, "/disks/0/wwn",
+         "expected a WWN of 16 hexadecimal digits"},
+        {[](json& m) { m["disks"][1] = m["disks"][0]; }, "/disks/1",
+         "DeviceID 5000000000000A00-id-0 is already used at /disks/0"},
+        {[](json& m) { m["disks"][1]["id"] = 0; }, "/disks/1/id",
+         "disk id 0 is already used at /disks/0/id"},
+        {[](json& m) { m["disks"][1]["magazine"] = 0; }, "/disks/1/position",
+         "slot c0:0:0 is already used"},
+        {[](json& m) { m["disks"][1]["cage"] = "c9"; }, "/disks/1/cage", "unknown cage \"c9\""},
+        {[](json& m) { m["disks"][1]["magazine"] = 5; }, "/disks/1/magazine",
+         "cage c0 has no magazine 5"},
+        {[](json& m) { m["disks"][0]["elementName"] = std::string(32, 'x'); },
+         "/disks/0/elementName", "longer than 31 characters"},
+        {[](json& m) { m["disks"][0]["paths"]["A"]["lpid"] = "8:1:1"; }, "/disks/0/paths/A/lpid",
+         "port location"},
+        {[](json& m) { m["disks"][0]["enclosure"]["esiState"] = 1; }, "/disks/0/enclosure/esiState",
+         "cage type 2 has no enclosure services"},
+        {[](json& m) { m["disks"][0]["enclosure"]["ledState"] = 1; }, "/disks/0/enclosure/ledState",
+         "cage type 7 keeps no LED state", 7},
+        {[](json& m) { m["cages"][0]["magazines"][1]["position"] = 0; },
+         "/cages/0/magazines/1/position", "magazine position 0 appears twice in cage c0"},
+        {[](json& m) { m["system"]["ipv4"] = "192.0.2.300"; }, "/system/ipv4",
+         "expected an IPv4 address"},
+        {[](json& m) { m["volumes"][0]["runs"].erase(0); }, "/volumes/0/runs",
+         "expected three runs of chunklets, found 2"},
+        {[](json& m) { m["volumes"][0]["runs"][2][1][0] = 5; }, "/volumes/0/runs/2/1",
+         "chunklet on unknown disk 5"},
+        {[](json& m) { m["disks"][1]["absent"] = true; }, "/volumes/0/runs/2/1",
+         "chunklet on disk 1, which is absent"},
+        {[](json& m) { m["volumes"][0]["runs"][0] = m["volumes"][0]["runs"][2]; },
+         "/volumes/0/runs/2/0", "chunklet 1 of disk 0 is already used at /volumes/0/runs/0/0"},
+        {[](json& m) { m["volumes"][0]["runs"][2][0].erase(1); }, "/volumes/0/runs/2/0",
+         "expected a pair [disk id, chunklet number]"},
+        {[](json& m) { m["volumes"][0]["runs"][2][0][1] = 65536; }, "/volumes/0/runs/2/0",
+         "chunklet number 65536 is out of range"},
+        {[](json& m) { m["volumes"][0]["excludedDisks"][0] = 4; }, "/volumes/0/excludedDisks/0",
+         "unknown disk 4"},
+    };
+    for (const auto& c : cases) {
+        json model = minimalModel(c.cageType);
+        c.breakModel(model);
+        const auto error = ksvsim::loadModelText(model.dump(), "model.json");
+        ASSERT_TRUE(error) << "model was accepted: " << c.place;
+        EXPECT_EQ(error->source, "model.json");
+        EXPECT_EQ(error->place, c.place) << error->describe();
+        EXPECT_NE(error->message.find(c.message), std::string::npos) << error->describe();
+    }
 }
-
-class RefusedModels : public SimulatorTest, public ::testing::WithParamInterface<BadModel> {};
-
-TEST_P(RefusedModels, NamePlaceAndFault) {
-    json model = minimalModel(GetParam().cageType);
-    GetParam().breakModel(model);
-    const auto error = ksvsim::loadModelText(model.dump(), "model.json");
-    ASSERT_TRUE(error) << "model was accepted";
-    EXPECT_EQ(error->source, "model.json");
-    EXPECT_EQ(error->place, GetParam().place) << error->describe();
-    EXPECT_NE(error->message.find(GetParam().message), std::string::npos) << error->describe();
-}
-
-const BadModel kBadModels[] = {
-    {"MissingSystem", [](json& m) { m.erase("system"); }, "top level", "missing member \"system\""},
-    {"UnknownTopMember", [](json& m) { m["disk"] = json::array(); }, "/disk",
-     "unknown member \"disk\""},
-    {"WrongTypeForId", [](json& m) { m["disks"][0]["id"] = "zero"; }, "/disks/0/id",
-     "expected an integer from 0 to 2147483647, found string"},
-    {"ShortWwn", [](json& m) { m["disks"][0]["wwn"] = "5000A00"; }, "/disks/0/wwn",
-     "expected a WWN of 16 hexadecimal digits"},
-    {"DuplicateDeviceId",
-     [](json& m) {
-         m["disks"][1]["wwn"] = "5000000000000A00";
-         m["disks"][1]["id"] = 0;
-     },
-     "/disks/1", "DeviceID 5000000000000A00-id-0 is already used at /disks/0"},
-    {"DuplicateDiskId", [](json& m) { m["disks"][1]["id"] = 0; }, "/disks/1/id",
-     "disk id 0 is already used at /disks/0/id"},
-    {"DuplicateSlot", [](json& m) { m["disks"][1]["magazine"] = 0; }, "/disks/1/position",
-     "slot c0:0:0 is already used"},
-    {"UnknownCage", [](json& m) { m["disks"][1]["cage"] = "c9"; }, "/disks/1/cage",
-     "unknown cage \"c9\""},
-    {"UnknownMagazine", [](json& m) { m["disks"][1]["magazine"] = 5; }, "/disks/1/magazine",
-     "cage c0 has no magazine 5"},
-    {"TextTooLong", [](json& m) { m["disks"][0]["elementName"] = std::string(32, 'x'); },
-     "/disks/0/elementName", "longer than 31 characters"},
-    {"BadLpid", [](json& m) { m["disks"][0]["paths"]["A"]["lpid"] = "8:1:1"; },
-     "/disks/0/paths/A/lpid", "port location"},
-    {"EsiOnLedOnlyCage", [](json& m) { m["disks"][0]["enclosure"]["esiState"] = 1; },
-     "/disks/0/enclosure/esiState", "cage type 2 has no enclosure services"},
-    {"LedStateOnEsiOnlyCage", [](json& m) { m["disks"][0]["enclosure"]["ledState"] = 1; },
-     "/disks/0/enclosure/ledState", "cage type 7 keeps no LED state", 7},
-    {"DuplicateMagazine", [](json& m) { m["cages"][0]["magazines"][1]["position"] = 0; },
-     "/cages/0/magazines/1/position", "magazine position 0 appears twice in cage c0"},
-    {"BadIpv4", [](json& m) { m["system"]["ipv4"] = "192.0.2.300"; }, "/system/ipv4",
-     "expected an IPv4 address"},
-    {"TwoRuns", [](json& m) { m["volumes"][0]["runs"].erase(0); }, "/volumes/0/runs",
-     "expected three runs of chunklets, found 2"},
-    {"ChunkletOnUnknownDisk", [](json& m) { m["volumes"][0]["runs"][2][1][0] = 5; },
-     "/volumes/0/runs/2/1", "chunklet on unknown disk 5"},
-    {"ChunkletOnAbsentDisk", [](json& m) { m["disks"][1]["absent"] = true; }, "/volumes/0/runs/2/1",
-     "chunklet on disk 1, which is absent"},
-    {"ChunkletUsedTwice",
-     [](json& m) {
-         m["volumes"][0]["runs"][0][0] = json::array({0, 1});
-     },
-     "/volumes/0/runs/2/0", "chunklet 1 of disk 0 is already used at /volumes/0/runs/0/0"},
-    {"ChunkletNotAPair", [](json& m) { m["volumes"][0]["runs"][2][0].erase(1); },
-     "/volumes/0/runs/2/0", "expected a pair [disk id, chunklet number]"},
-    {"ChunkletNumberTooLarge", [](json& m) { m["volumes"][0]["runs"][2][0][1] = 65536; },
-     "/volumes/0/runs/2/0", "chunklet number 65536 is out of range"},
-    {"ExcludedUnknownDisk", [](json& m) { m["volumes"][0]["excludedDisks"][0] = 4; },
-     "/volumes/0/excludedDisks/0", "unknown disk 4"},
-};
-
-INSTANTIATE_TEST_SUITE_P(EachFault, RefusedModels, ::testing::ValuesIn(kBadModels),
-                         [](const auto& info) { return std::string(info.param.name); });
 
 class UserRights : public SimulatorTest {};
 
