@@ -5,6 +5,7 @@
 #include "CommonTestSupport.h"
 
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -119,58 +120,46 @@ TEST(ObjectPathKeys, ReferenceValuesAreNormalizedOrRefused) {
 }
 
 TEST(ObjectPathKeys, ValueConstructorTypesTheBindingAfterTheValue) {
-    const CIMKeyBinding number(CIMName("N"), CIMValue(Uint16(42)));
-    EXPECT_EQ(CIMKeyBinding::NUMERIC, number.getType());
-    EXPECT_EQ("42", utf8(number.getValue()));
-    const CIMKeyBinding negative(CIMName("N"), CIMValue(Sint32(-7)));
-    EXPECT_EQ("-7", utf8(negative.getValue()));
-    const CIMKeyBinding flag(CIMName("F"), CIMValue(true));
-    EXPECT_EQ(CIMKeyBinding::BOOLEAN, flag.getType());
-    EXPECT_EQ("TRUE", utf8(flag.getValue()));
-    const CIMKeyBinding text(CIMName("S"), CIMValue(String("x")));
-    EXPECT_EQ(CIMKeyBinding::STRING, text.getType());
-    const CIMKeyBinding when(CIMName("D"),
-                             CIMValue(CIMDateTime(String("20260101000000.000000+000"))));
-    EXPECT_EQ(CIMKeyBinding::STRING, when.getType());
-    EXPECT_EQ("20260101000000.000000+000", utf8(when.getValue()));
-    const CIMKeyBinding ref(CIMName("R"), CIMValue(path("//h/root:B.k=\"v\"")));
-    EXPECT_EQ(CIMKeyBinding::REFERENCE, ref.getType());
-    EXPECT_EQ("//h/root:B.k=\"v\"", utf8(ref.getValue()));
-
-    Array<Uint8> many;
-    many.append(1);
-    EXPECT_THROW(CIMKeyBinding(CIMName("A"), CIMValue(many)), TypeMismatchException);
+    const std::tuple<CIMValue, CIMKeyBinding::Type, const char*> cases[] = {
+        {CIMValue(Uint16(42)), CIMKeyBinding::NUMERIC, "42"},
+        {CIMValue(Sint32(-7)), CIMKeyBinding::NUMERIC, "-7"},
+        {CIMValue(true), CIMKeyBinding::BOOLEAN, "TRUE"},
+        {CIMValue(String("x")), CIMKeyBinding::STRING, "x"},
+        {CIMValue(CIMDateTime(String("20260101000000.000000+000"))), CIMKeyBinding::STRING,
+         "20260101000000.000000+000"},
+        {CIMValue(path("//h/root:B.k=\"v\"")), CIMKeyBinding::REFERENCE, "//h/root:B.k=\"v\""},
+    };
+    for (const auto& [value, type, text] : cases) {
+        const CIMKeyBinding binding(CIMName("K"), value);
+        EXPECT_EQ(type, binding.getType()) << text;
+        EXPECT_EQ(text, utf8(binding.getValue()));
+    }
+    EXPECT_THROW(CIMKeyBinding(CIMName("A"), CIMValue(Array<Uint8>(1, 1))), TypeMismatchException);
 }
 
 TEST(ObjectPathKeys, EqualReadsTheBindingAsTheValuesType) {
-    CIMKeyBinding number(CIMName("N"), "0x1F", CIMKeyBinding::NUMERIC);
-    EXPECT_TRUE(number.equal(CIMValue(Uint8(31))));
-    EXPECT_TRUE(number.equal(CIMValue(Sint64(31))));
-    EXPECT_FALSE(number.equal(CIMValue(Uint8(30))));
-    EXPECT_FALSE(number.equal(CIMValue(String("0x1F"))));
-    CIMKeyBinding big(CIMName("N"), "300", CIMKeyBinding::NUMERIC);
-    EXPECT_FALSE(big.equal(CIMValue(Uint8(44))));
-    CIMKeyBinding negative(CIMName("N"), "-1", CIMKeyBinding::NUMERIC);
-    EXPECT_TRUE(negative.equal(CIMValue(Sint8(-1))));
-    EXPECT_FALSE(negative.equal(CIMValue(Uint64(18446744073709551615ULL))));
-    CIMKeyBinding real(CIMName("N"), "1.5", CIMKeyBinding::NUMERIC);
-    EXPECT_TRUE(real.equal(CIMValue(Real64(1.5))));
-
-    CIMKeyBinding flag(CIMName("F"), "true", CIMKeyBinding::BOOLEAN);
-    EXPECT_TRUE(flag.equal(CIMValue(true)));
-    EXPECT_FALSE(flag.equal(CIMValue(false)));
-
-    CIMKeyBinding text(CIMName("S"), "abc", CIMKeyBinding::STRING);
-    EXPECT_TRUE(text.equal(CIMValue(String("abc"))));
-    EXPECT_FALSE(text.equal(CIMValue(String("ABC"))));
-    EXPECT_FALSE(text.equal(CIMValue(CIMDateTime())));
-    Array<String> texts;
-    texts.append("abc");
-    EXPECT_FALSE(text.equal(CIMValue(texts)));
-
-    CIMKeyBinding ref(CIMName("R"), "//H/root:B.k=\"v\"", CIMKeyBinding::REFERENCE);
-    EXPECT_TRUE(ref.equal(CIMValue(path("//H/root:B.k=\"v\""))));
-    EXPECT_FALSE(ref.equal(CIMValue(path("//H/root:B.k=\"w\""))));
+    using K = CIMKeyBinding;
+    const std::tuple<K::Type, const char*, CIMValue, bool> cases[] = {
+        {K::NUMERIC, "0x1F", CIMValue(Uint8(31)), true},
+        {K::NUMERIC, "0x1F", CIMValue(Sint64(31)), true},
+        {K::NUMERIC, "0x1F", CIMValue(Uint8(30)), false},
+        {K::NUMERIC, "0x1F", CIMValue(String("0x1F")), false},
+        {K::NUMERIC, "300", CIMValue(Uint8(44)), false},
+        {K::NUMERIC, "-1", CIMValue(Sint8(-1)), true},
+        {K::NUMERIC, "-1", CIMValue(Uint64(18446744073709551615ULL)), false},
+        {K::NUMERIC, "1.5", CIMValue(Real64(1.5)), true},
+        {K::BOOLEAN, "true", CIMValue(true), true},
+        {K::BOOLEAN, "true", CIMValue(false), false},
+        {K::STRING, "abc", CIMValue(String("abc")), true},
+        {K::STRING, "abc", CIMValue(String("ABC")), false},
+        {K::STRING, "abc", CIMValue(CIMDateTime()), false},
+        {K::STRING, "abc", CIMValue(Array<String>(1, String("abc"))), false},
+        {K::REFERENCE, "//H/root:B.k=\"v\"", CIMValue(path("//H/root:B.k=\"v\"")), true},
+        {K::REFERENCE, "//H/root:B.k=\"v\"", CIMValue(path("//H/root:B.k=\"w\"")), false},
+    };
+    for (const auto& [type, text, value, equal] : cases)
+        EXPECT_EQ(equal, K(CIMName("K"), text, type).equal(value))
+            << text << " / " << utf8(value.toString());
 }
 
 //------------------------------------------------------------------------------

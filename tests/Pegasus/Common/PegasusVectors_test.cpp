@@ -162,6 +162,9 @@ public:
             return describeValue(_values.at(label));
         if (kind == "buildInstance")
             return buildInstance(label);
+        const auto bare = _bareCases.find(kind + "/" + label);
+        if (bare != _bareCases.end())
+            return outcome([&] { return bare->second(), Columns{}; });
         return _cases.at(kind + "/" + label)();
     }
 
@@ -201,56 +204,45 @@ private:
         return index == PEG_NOT_FOUND ? "PEG_NOT_FOUND" : std::to_string(index);
     }
 
+    template <class T>
+    static T readAs(const CIMValue& value) {
+        T out{};
+        value.get(out);
+        return out;
+    }
+
+    static CIMProperty slot() { return CIMProperty(CIMName("Slot"), CIMValue(Uint16(1))); }
+
     static Columns describeList(const CIMPropertyList& list) {
         return {"isNull=" + flag(list.isNull()), "size=" + std::to_string(list.size())};
     }
 
     std::map<std::string, CIMValue> _values;
     CIMInstance _original;
-    const std::map<std::string, std::function<Columns()>> _cases = {
-        {"typedget/uint16 as uint32",
+    // Operations that answer only "ok" or their error.
+    const std::map<std::string, std::function<void()>> _bareCases = {
+        {"typedget/uint16 as uint32", [] { readAs<Uint32>(CIMValue(Uint16(5))); }},
+        {"setValue/uint16 prop <- uint32", [] { slot().setValue(CIMValue(Uint32(1))); }},
+        {"setValue/uint16 prop <- null uint16",
+         [] { slot().setValue(CIMValue(CIMTYPE_UINT16, false)); }},
+        {"addProperty/duplicate other case",
          [] {
-             return outcome([] {
-                 Uint32 wide = 0;
-                 CIMValue(Uint16(5)).get(wide);
-                 return Columns{};
-             });
+             diskWithDeviceId("A").addProperty(
+                 CIMProperty(CIMName("DEVICEID"), CIMValue(String("B"))));
          }},
+    };
+    const std::map<std::string, std::function<Columns()>> _cases = {
         {"typedget/null string",
          [] {
              return outcome([] {
-                 String s;
-                 CIMValue(CIMTYPE_STRING, false).get(s);
-                 return Columns{"value=[" + utf8(s) + "]"};
-             });
-         }},
-        {"setValue/uint16 prop <- uint32",
-         [] {
-             return outcome([] {
-                 CIMProperty(CIMName("Slot"), CIMValue(Uint16(1))).setValue(CIMValue(Uint32(1)));
-                 return Columns{};
-             });
-         }},
-        {"setValue/uint16 prop <- null uint16",
-         [] {
-             return outcome([] {
-                 CIMProperty(CIMName("Slot"), CIMValue(Uint16(1)))
-                     .setValue(CIMValue(CIMTYPE_UINT16, false));
-                 return Columns{};
+                 return Columns{"value=[" + utf8(readAs<String>(CIMValue(CIMTYPE_STRING, false))) +
+                                "]"};
              });
          }},
         {"findProperty/deviceid",
          [] { return Columns{foundAt(diskWithDeviceId("A").findProperty(CIMName("deviceid")))}; }},
         {"findProperty/Missing",
          [] { return Columns{foundAt(diskWithDeviceId("A").findProperty(CIMName("Missing")))}; }},
-        {"addProperty/duplicate other case",
-         [] {
-             return outcome([] {
-                 diskWithDeviceId("A").addProperty(
-                     CIMProperty(CIMName("DEVICEID"), CIMValue(String("B"))));
-                 return Columns{};
-             });
-         }},
         {"copySemantics/modify copy, read original", [this] { return modifiedThroughCopy(); }},
         {"copySemantics/modify clone, read original", [this] { return modifiedThroughClone(); }},
         {"uninitialized/default CIMInstance",
