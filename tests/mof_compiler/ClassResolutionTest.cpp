@@ -5,6 +5,7 @@
 // the compiler must refuse.
 
 #include <functional>
+#include <tuple>
 
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/CIMMethod.h>
@@ -102,32 +103,20 @@ protected:
         return text;
     }
 
-    static CIMStatusCode codeOf(const std::function<void()>& operation) {
-        try {
-            operation();
-        } catch (const CIMException& error) {
-            return error.getCode();
-        }
-        return CIM_ERR_SUCCESS;
-    }
-
     ClassRepository repository;
 };
 
 TEST_F(ClassResolution, InheritedPropertiesComeFirstAndOverridesReplaceDefaults) {
     CIMClass child = full("T_Child");
     EXPECT_EQ(propertyNames(child), "Id Untouched Size Extra ");
-    struct Expected {
-        const char* name;
-        const char* origin;
-        bool propagated;
-    };
-    for (const Expected& e :
-         {Expected{"Id", "T_Base", true}, Expected{"Untouched", "T_Base", true},
-          Expected{"Size", "T_Base", false}, Expected{"Extra", "T_Child", false}}) {
-        CIMConstProperty property = child.getProperty(child.findProperty(e.name));
-        EXPECT_EQ(utf8(property.getClassOrigin().getString()), e.origin) << e.name;
-        EXPECT_EQ(property.getPropagated(), e.propagated) << e.name;
+    const std::tuple<const char*, const char*, bool> rows[] = {{"Id", "T_Base", true},
+                                                               {"Untouched", "T_Base", true},
+                                                               {"Size", "T_Base", false},
+                                                               {"Extra", "T_Child", false}};
+    for (const auto& [name, origin, propagated] : rows) {
+        CIMConstProperty property = child.getProperty(child.findProperty(name));
+        EXPECT_EQ(utf8(property.getClassOrigin().getString()), origin) << name;
+        EXPECT_EQ(property.getPropagated(), propagated) << name;
     }
     CIMClass grandchild = full("T_Grandchild");
     CIMConstProperty size = grandchild.getProperty(grandchild.findProperty("size"));
@@ -290,7 +279,7 @@ TEST_F(ClassResolution, AbsentThingsGiveTheirCimStatus) {
          CIM_ERR_NOT_FOUND},
     };
     for (const auto& [operation, code] : cases)
-        EXPECT_EQ(codeOf(operation), code);
+        EXPECT_EQ(errorRaisedBy<CIMException>(operation).getCode(), code);
 }
 
 TEST_F(ClassResolution, RefusedDefinitionsNameFileAndLine) {

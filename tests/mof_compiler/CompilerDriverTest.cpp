@@ -1,7 +1,6 @@
 // Files, includes and pragmas: where definitions land and which file and
 // line an error names.
 
-#include <atomic>
 #include <filesystem>
 #include <fstream>
 
@@ -15,27 +14,19 @@ namespace {
 namespace fs = std::filesystem;
 using namespace Pegasus;
 
-// A directory of MOF files that lives as long as the test.
-class MofTree {
-public:
-    MofTree() {
-        static std::atomic<int> counter{0};
-        _root = fs::temp_directory_path() /
-                ("ksv-mof-" + std::to_string(getpid()) + "-" + std::to_string(counter++));
-        fs::create_directories(_root);
-    }
-    ~MofTree() { fs::remove_all(_root); }
+// A directory of MOF files that lives as long as the test, named after it.
+struct MofTree {
+    const fs::path root = fs::temp_directory_path() /
+                          ("ksv-mof-" + std::to_string(getpid()) + "-" +
+                           ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    ~MofTree() { fs::remove_all(root); }
 
     std::string write(const std::string& relative, const std::string& text) const {
-        fs::path path = _root / relative;
-        fs::create_directories(path.parent_path());
-        std::ofstream(path) << text;
-        return path.string();
+        fs::create_directories((root / relative).parent_path());
+        std::ofstream(root / relative) << text;
+        return path(relative);
     }
-    std::string path(const std::string& relative) const { return (_root / relative).string(); }
-
-private:
-    fs::path _root;
+    std::string path(const std::string& relative) const { return (root / relative).string(); }
 };
 
 TEST(MofCompilerFiles, NamespacePragmasHoldUntilTheEndOfTheirFile) {
@@ -83,7 +74,7 @@ TEST(MofCompilerFiles, ErrorsNameTheFileAndLineWhereTheyArise) {
     };
     for (const auto& c : cases) {
         MofCompiler compiler;
-        MofError error = mofErrorOf([&] { compiler.compileFile(tree.path(c.compiled)); });
+        MofError error = errorRaisedBy([&] { compiler.compileFile(tree.path(c.compiled)); });
         EXPECT_EQ(error.location().file, tree.path(c.file)) << c.compiled;
         EXPECT_EQ(error.location().line, c.line) << c.compiled;
         EXPECT_NE(error.message().find(c.expected), std::string::npos) << error.what();

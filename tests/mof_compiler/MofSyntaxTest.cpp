@@ -143,7 +143,7 @@ TEST(MofParser, SyntaxErrorsNameFileLineColumnAndWhatWasExpected) {
         {"[Key] instance of A { };", 1, 2, "qualifiers on instances are not supported"},
     };
     for (const Case& c : cases) {
-        MofError error = mofErrorOf([&] { parseMof(c.text, "syntax.mof"); });
+        MofError error = errorRaisedBy([&] { parseMof(c.text, "syntax.mof"); });
         EXPECT_EQ(error.location().file, "syntax.mof");
         EXPECT_EQ(error.location().line, c.line) << c.text;
         EXPECT_EQ(error.location().column, c.column) << c.text;

@@ -2,6 +2,7 @@
 #define KSV_TESTS_MOFTESTSUPPORT_H
 
 #include <string>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -14,15 +15,18 @@
 namespace ksv::mof::test {
 
 // The error the operation must raise.
-template <typename Operation>
-MofError mofErrorOf(Operation operation) {
+template <typename Error = MofError, typename Operation>
+Error errorRaisedBy(Operation operation) {
     try {
         operation();
-    } catch (const MofError& error) {
+    } catch (const Error& error) {
         return error;
     }
     ADD_FAILURE() << "no error";
-    return MofError(SourceLocation{}, "none");
+    if constexpr (std::is_same_v<Error, MofError>)
+        return MofError(SourceLocation{}, "none");
+    else
+        return Error();
 }
 
 inline const char* testNamespace = "root/test";
@@ -50,7 +54,7 @@ protected:
 
     // The error the text must cause.
     MofError errorOf(const std::string& text, const std::string& fileName = "test.mof") {
-        return mofErrorOf([&] { compiler.compileText(text, fileName); });
+        return errorRaisedBy([&] { compiler.compileText(text, fileName); });
     }
 };
 
