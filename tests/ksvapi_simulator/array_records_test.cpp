@@ -130,13 +130,9 @@ TEST_F(ArrayRecords, GeneratedArrayLoadsWithEveryDiskAndVolume) {
     EXPECT_EQ(info.isQuadPort, 1);
 }
 
-struct TableDeleter {
-    void operator()(hashtable_t* table) const { delete_hashtable(table); }
-};
-using Table = std::unique_ptr<hashtable_t, TableDeleter>;
-
 TEST_F(ArrayRecords, IntegerKeysPointToInt64AndMissingKeysReadAsTheInvalidValue) {
-    Table table(create_int_hashtable(2048, 0.75f));
+    std::unique_ptr<hashtable_t, void (*)(hashtable_t*)> table(create_int_hashtable(2048, 0.75f),
+                                                               delete_hashtable);
     ASSERT_TRUE(table);
     const int64_t seven = 7;
     const int64_t large = int64_t{1} << 40;

@@ -51,12 +51,6 @@ inline nlohmann::json minimalModel(int cageType = 2) {
     return model;
 }
 
-// Loads a model that must be accepted.
-inline void loadModel(const nlohmann::json& model) {
-    const auto error = ksvsim::loadModelText(model.dump(), "test-model");
-    ASSERT_FALSE(error) << error->describe();
-}
-
 // The disks answered for a selector, copied out of the library's list.
 inline std::vector<api_Disk_t> readDisks(int64_t selector = API_ALL_DISKS) {
     api_DiskList_t list{};

@@ -17,7 +17,6 @@
 #include <fstream>
 #include <functional>
 #include <map>
-#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -32,28 +31,21 @@ std::string flag(bool value) {
     return value ? "1" : "0";
 }
 
-std::string unescaped(const std::string& field) {
-    std::string out;
-    for (size_t i = 0; i < field.size(); i++) {
-        if (field[i] == '\\' && i + 1 < field.size() &&
-            (field[i + 1] == 't' || field[i + 1] == 'n')) {
-            out += field[i + 1] == 't' ? '\t' : '\n';
-            i++;
-        } else {
-            out += field[i];
-        }
+// Fields write a tab or a line end inside them as \t or \n.
+std::string unescaped(std::string field) {
+    for (const auto& [escape, character] : {std::pair{"\\t", "\t"}, std::pair{"\\n", "\n"}}) {
+        for (size_t at = field.find(escape); at != std::string::npos; at = field.find(escape, at))
+            field.replace(at, 2, character);
     }
-    return out;
+    return field;
 }
 
 Columns splitTabs(const std::string& line) {
     Columns fields;
-    std::string field;
-    std::istringstream in(line);
-    while (std::getline(in, field, '\t'))
-        fields.push_back(unescaped(field));
-    if (!line.empty() && line.back() == '\t')
-        fields.push_back("");
+    size_t start = 0;
+    for (size_t tab; (tab = line.find('\t', start)) != std::string::npos; start = tab + 1)
+        fields.push_back(unescaped(line.substr(start, tab - start)));
+    fields.push_back(unescaped(line.substr(start)));
     return fields;
 }
 
