@@ -24,7 +24,7 @@ const char* const schema = R"(
 [Abstract, Description("root")]
 class T_Base {
     [Key, MaxLen(16)] string Id;
-    [Description("base size"), Units("Bytes")] uint64 Size = 1;
+    [Description("base size"), Units("Bytes"), ValueMap {"1", "2"}] uint64 Size = 1;
     string Untouched;
     uint32 Ping([IN] uint8 Count, [IN(false), OUT] string Reply[]);
 };
@@ -139,6 +139,7 @@ TEST_F(ClassResolution, QualifiersPropagateByFlavor) {
     EXPECT_EQ(qualifierText(size, "Description"), "child size");
     EXPECT_FALSE(size.getQualifier(size.findQualifier("Description")).getPropagated());
     EXPECT_EQ(qualifierText(size, "Units"), "Bytes");
+    EXPECT_EQ(qualifierText(size, "ValueMap"), "1 2 ");
     EXPECT_TRUE(size.getQualifier(size.findQualifier("Units")).getPropagated());
 
     Array<CIMName> keys;
@@ -306,7 +307,7 @@ TEST_F(ClassResolution, RefusedDefinitionsNameFileAndLine) {
         {"class X : T_Child { [Override(\"Untouched\"), Key] string Untouched; };", 1,
          "adds key property Untouched"},
         {"[Association(false)] class X : T_Link { };", 1, "changes the inherited value"},
-        {"class X : T_Base { [Override(\"Id\"), Key : EnableOverride] string Id; };", 1,
+        {"class X : T_Base { [Override(\"Id\"), Key : ToSubclass EnableOverride] string Id; };", 1,
          "has flavor DisableOverride and cannot be made overridable"},
         {"class X { string A;\n string a; };", 2, "property X.a is declared twice"},
         {"[Description(\"a\"), description(\"b\")] class X { };", 1, "appears twice on class X"},

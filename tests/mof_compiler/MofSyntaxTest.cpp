@@ -151,18 +151,5 @@ TEST(MofParser, SyntaxErrorsNameFileLineColumnAndWhatWasExpected) {
     }
 }
 
-TEST(MofParser, QualifierValueFormsAndFlavors) {
-    auto productions = parseMof("[Description(\"d\"), ValueMap {\"1\", \"2\"}, "
-                                "Key : DisableOverride ToSubclass]\nclass A { };",
-                                "q.mof");
-    ASSERT_EQ(productions.size(), 1u);
-    const auto& qualifiers = std::get<ast::Class>(productions[0]).qualifiers;
-    ASSERT_EQ(qualifiers.size(), 3u);
-    EXPECT_EQ(qualifiers[0].value->text, "d");
-    EXPECT_EQ(qualifiers[1].value->elements.size(), 2u);
-    EXPECT_FALSE(qualifiers[2].value.has_value());
-    EXPECT_EQ(qualifiers[2].flavors, (std::vector<std::string>{"DisableOverride", "ToSubclass"}));
-}
-
 } // namespace
 } // namespace ksv::mof::test
