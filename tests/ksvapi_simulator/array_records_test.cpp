@@ -47,9 +47,8 @@ TEST_F(ArrayRecords, DeviceIdOfOneDiskIsFoundOnlyWhilePresent) {
 // Disk id -> locate LED lit, for every disk of the active model.
 std::map<uint32_t, bool> locateStates() {
     std::map<uint32_t, bool> states;
-    for (const api_Disk_t& disk : readDisks()) {
+    for (const api_Disk_t& disk : readDisks())
         states[disk.id] = (disk.u.locate.flags & API_DISK_LOCATE_LIT) != 0;
-    }
     return states;
 }
 
@@ -77,9 +76,8 @@ TEST_F(ArrayRecords, LocateSwitchesEveryDiskOfOneMagazineOnly) {
 TEST_F(ArrayRecords, VolumeMapsAgreeWithTheDisks) {
     ASSERT_FALSE(ksvsim::loadModelFile(examplePath("demo.json")));
     std::map<int32_t, uint64_t> wwnById;
-    for (const api_Disk_t& disk : readDisks()) {
+    for (const api_Disk_t& disk : readDisks())
         wwnById[static_cast<int32_t>(disk.id)] = disk.wwn;
-    }
     api_MapsVVtoCh_t maps{};
     ASSERT_EQ(api_getMapsVVtoCh(nullptr, &maps), API_OK);
     ASSERT_EQ(maps.count, 10u);
@@ -105,9 +103,8 @@ TEST_F(ArrayRecords, VolumeMapsAgreeWithTheDisks) {
     ASSERT_EQ(api_getMapsPDtoVV(API_ALL_DISK_IDS, &diskMaps), API_OK);
     std::map<uint32_t, uint32_t> fromDiskMaps;
     for (uint32_t d = 0; d < diskMaps.count; ++d) {
-        for (uint32_t i = 0; i < diskMaps.disks[d].volumeCount; ++i) {
+        for (uint32_t i = 0; i < diskMaps.disks[d].volumeCount; ++i)
             fromDiskMaps[diskMaps.disks[d].diskId] += diskMaps.disks[d].volumes[i].chunkletCount;
-        }
     }
     EXPECT_EQ(fromDiskMaps, thirdRunChunkletsByDisk);
     api_freeMapsPDtoVV(&diskMaps);

@@ -30,9 +30,8 @@ TEST_F(Concurrency, LocateChangesAreAtomicPerMagazine) {
     std::atomic<int> splitMagazines{0};
     std::thread reader([&] {
         while (writing.load()) {
-            for (const auto& entry : ledsByMagazine()) {
+            for (const auto& entry : ledsByMagazine())
                 splitMagazines += entry.second.size() > 1;
-            }
         }
     });
     onThreads(4, [&](int m) {
@@ -104,15 +103,13 @@ TEST_F(Concurrency, ReadersSeeWholeModelsWhileModelsChange) {
             const std::size_t count = readDisks().size();
             oddCounts += count != 6 && count != 38;
             api_MapsVVtoCh_t maps{};
-            if (api_getMapsVVtoCh("", &maps) == API_OK) {
+            if (api_getMapsVVtoCh("", &maps) == API_OK)
                 oddCounts += maps.count != 4 && maps.count != 10;
-            }
             api_freeMapsVVtoCh(&maps);
         }
     });
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 20; ++i)
         ASSERT_FALSE(ksvsim::loadModelFile(examplePath(i % 2 == 0 ? "demo.json" : "small.json")));
-    }
     loading = false;
     reader.join();
     EXPECT_EQ(oddCounts.load(), 0);

@@ -21,9 +21,8 @@ TEST_F(ModelLoading, BuiltInModelIsTheSmallExample) {
     const auto fromFile = readDisks();
     ASSERT_EQ(builtIn.size(), 6u);
     ASSERT_EQ(fromFile.size(), builtIn.size());
-    for (std::size_t i = 0; i < builtIn.size(); ++i) {
+    for (std::size_t i = 0; i < builtIn.size(); ++i)
         EXPECT_EQ(std::memcmp(&builtIn[i], &fromFile[i], sizeof(api_Disk_t)), 0) << "disk " << i;
-    }
 }
 
 TEST_F(ModelLoading, UnreadableOrBrokenSourcesAreNamedAndLeaveTheActiveModel) {
@@ -108,9 +107,8 @@ class UserRights : public SimulatorTest {};
 TEST_F(UserRights, OpenGrantsUsersWithCimAccessUnlessRefused) {
     EXPECT_EQ(api_ksvOpenForCimserver("admin"), API_OK);
     EXPECT_EQ(api_ksvOpenForCimserver("monitor"), API_OK);
-    for (const char* denied : {"guest", "nobody", ""}) {
+    for (const char* denied : {"guest", "nobody", ""})
         EXPECT_EQ(api_ksvOpenForCimserver(denied), API_E_DENIED) << denied;
-    }
     EXPECT_EQ(api_ksvOpenForCimserver(nullptr), API_E_DENIED);
     ksvsim::refuseUser("admin");
     EXPECT_EQ(api_ksvOpenForCimserver("admin"), API_E_DENIED);

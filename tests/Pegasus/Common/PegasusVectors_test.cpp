@@ -69,12 +69,8 @@ Columns describeValue(const CIMValue& value) {
 }
 
 std::map<std::string, CIMValue> sampleValues() {
-    Array<String> profiles;
-    profiles.append("SNIA:Pool Component");
-    profiles.append("SNIA:DiskDrive");
-    Array<Uint16> ports;
-    for (Uint16 port : {2, 3, 4, 9})
-        ports.append(port);
+    const String profiles[] = {"SNIA:Pool Component", "SNIA:DiskDrive"};
+    const Uint16 ports[] = {2, 3, 4, 9};
     return {
         {"uint8 200", CIMValue(Uint8(200))},
         {"sint16 -5", CIMValue(Sint16(-5))},
@@ -87,8 +83,8 @@ std::map<std::string, CIMValue> sampleValues() {
         {"datetime", CIMValue(CIMDateTime(String("20261121103000.000000+000")))},
         {"null uint16", CIMValue(CIMTYPE_UINT16, false)},
         {"null string array", CIMValue(CIMTYPE_STRING, true)},
-        {"string array", CIMValue(profiles)},
-        {"uint16 array", CIMValue(ports)},
+        {"string array", CIMValue(Array<String>(profiles, 2))},
+        {"uint16 array", CIMValue(Array<Uint16>(ports, 4))},
         {"empty uint16 array", CIMValue(Array<Uint16>())},
         {"reference", CIMValue(CIMObjectPath(String("//h/root/ksv:KSV_DiskDrive.DeviceID=\"X\"")))},
     };
