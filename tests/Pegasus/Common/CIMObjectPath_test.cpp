@@ -21,13 +21,6 @@ std::string parseError(const char* text) {
     return messageOf([&] { path(text); });
 }
 
-Array<CIMKeyBinding> keys(std::initializer_list<CIMKeyBinding> list) {
-    Array<CIMKeyBinding> result;
-    for (const CIMKeyBinding& binding : list)
-        result.append(binding);
-    return result;
-}
-
 //------------------------------------------------------------------------------
 // Parse errors
 //------------------------------------------------------------------------------
@@ -101,21 +94,22 @@ TEST(ObjectPathHosts, RefusedHostIsReportedAndLeavesThePathAlone) {
 TEST(ObjectPathKeys, KeysAreSortedByNameWithoutRegardToCase) {
     CIMObjectPath p;
     p.setClassName(CIMName("A"));
-    p.setKeyBindings(keys({CIMKeyBinding(CIMName("b"), "1", CIMKeyBinding::NUMERIC),
-                           CIMKeyBinding(CIMName("A_b"), "2", CIMKeyBinding::NUMERIC),
-                           CIMKeyBinding(CIMName("Ab"), "3", CIMKeyBinding::NUMERIC),
-                           CIMKeyBinding(CIMName("a"), "4", CIMKeyBinding::NUMERIC)}));
+    const CIMKeyBinding keys[] = {CIMKeyBinding(CIMName("b"), "1", CIMKeyBinding::NUMERIC),
+                                  CIMKeyBinding(CIMName("A_b"), "2", CIMKeyBinding::NUMERIC),
+                                  CIMKeyBinding(CIMName("Ab"), "3", CIMKeyBinding::NUMERIC),
+                                  CIMKeyBinding(CIMName("a"), "4", CIMKeyBinding::NUMERIC)};
+    p.setKeyBindings(Array<CIMKeyBinding>(keys, 4));
     EXPECT_EQ("A.a=4,A_b=2,Ab=3,b=1", utf8(p.toString()));
 }
 
 TEST(ObjectPathKeys, ReferenceValuesAreNormalizedOrRefused) {
     CIMObjectPath p;
     p.setClassName(CIMName("Assoc"));
-    p.setKeyBindings(
-        keys({CIMKeyBinding(CIMName("Ref"), "B.z=\"1\",a=\"2\"", CIMKeyBinding::REFERENCE)}));
+    p.setKeyBindings(Array<CIMKeyBinding>(
+        1, CIMKeyBinding(CIMName("Ref"), "B.z=\"1\",a=\"2\"", CIMKeyBinding::REFERENCE)));
     EXPECT_EQ("B.a=\"2\",z=\"1\"", utf8(p.getKeyBindings()[0].getValue()));
-    EXPECT_THROW(p.setKeyBindings(
-                     keys({CIMKeyBinding(CIMName("Ref"), "not a path", CIMKeyBinding::REFERENCE)})),
+    EXPECT_THROW(p.setKeyBindings(Array<CIMKeyBinding>(
+                     1, CIMKeyBinding(CIMName("Ref"), "not a path", CIMKeyBinding::REFERENCE))),
                  MalformedObjectNameException);
 }
 

@@ -13,12 +13,6 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
-CIMInstance diskInstance(const char* deviceId) {
-    CIMInstance disk(CIMName("KSV_DiskDrive"));
-    disk.addProperty(CIMProperty(CIMName("DeviceID"), CIMValue(String(deviceId))));
-    return disk;
-}
-
 // One sample per CIM type: the C++ type, the CIM type it maps to, and two
 // distinct values of it.
 template <class T>
@@ -50,8 +44,8 @@ KSV_SAMPLE(CIMDateTime, CIMTYPE_DATETIME, CIMDateTime(String("20261121103000.000
 KSV_SAMPLE(CIMObjectPath, CIMTYPE_REFERENCE,
            CIMObjectPath(String("//h/root/ksv:KSV_DiskDrive.DeviceID=\"X\"")),
            CIMObjectPath(String("KSV_DiskDrive.DeviceID=\"Y\"")));
-KSV_SAMPLE(CIMInstance, CIMTYPE_INSTANCE, diskInstance("X"), diskInstance("Y"));
-KSV_SAMPLE(CIMObject, CIMTYPE_OBJECT, CIMObject(diskInstance("X")), CIMObject(CIMClass("C")));
+KSV_SAMPLE(CIMInstance, CIMTYPE_INSTANCE, diskWithDeviceId("X"), diskWithDeviceId("Y"));
+KSV_SAMPLE(CIMObject, CIMTYPE_OBJECT, CIMObject(diskWithDeviceId("X")), CIMObject(CIMClass("C")));
 
 #undef KSV_SAMPLE
 
@@ -157,7 +151,7 @@ TEST(CIMValueEquality, TypeWidthLengthAndEveryElementCount) {
 
 TEST(CIMValueText, EmbeddedInstancePrintsItsXmlElement) {
     // Blanks a reader would collapse are written as references.
-    const std::string xml = utf8(CIMValue(diskInstance(" X&Y  <Z>")).toString());
+    const std::string xml = utf8(CIMValue(diskWithDeviceId(" X&Y  <Z>")).toString());
     EXPECT_EQ(xml, "<INSTANCE CLASSNAME=\"KSV_DiskDrive\" >\n"
                    "<PROPERTY NAME=\"DeviceID\"  TYPE=\"string\">\n"
                    "<VALUE>&#32;X&amp;Y &#32;&lt;Z&gt;</VALUE>\n"
@@ -165,14 +159,8 @@ TEST(CIMValueText, EmbeddedInstancePrintsItsXmlElement) {
                    "</INSTANCE>\n");
 }
 
-std::string deviceIdOf(const CIMInstance& disk) {
-    String deviceId;
-    disk.getProperty(0).getValue().get(deviceId);
-    return utf8(deviceId);
-}
-
 TEST(CIMValueEmbedded, SetAndGetCloneSoNoCallerReachesTheStoredInstance) {
-    CIMInstance disk = diskInstance("X");
+    CIMInstance disk = diskWithDeviceId("X");
     CIMValue value(disk);
     Array<CIMInstance> disks(1, disk);
     CIMValue array(disks);

@@ -3,6 +3,7 @@
 #define KSV_TESTS_PEGASUS_COMMON_COMMONTESTSUPPORT_H
 
 #include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/Exception.h>
 
 #include "OnThreads.h"
@@ -23,6 +24,20 @@ inline std::string messageOf(const std::function<void()>& operation) {
         return utf8(e.getMessage());
     }
     return "no exception";
+}
+
+// A disk instance with its DeviceID alone.
+inline Pegasus::CIMInstance diskWithDeviceId(const char* deviceId) {
+    Pegasus::CIMInstance disk(Pegasus::CIMName("KSV_DiskDrive"));
+    disk.addProperty(Pegasus::CIMProperty(Pegasus::CIMName("DeviceID"),
+                                          Pegasus::CIMValue(Pegasus::String(deviceId))));
+    return disk;
+}
+
+inline std::string deviceIdOf(const Pegasus::CIMInstance& disk) {
+    Pegasus::String deviceId;
+    disk.getProperty(0).getValue().get(deviceId);
+    return utf8(deviceId);
 }
 
 #endif

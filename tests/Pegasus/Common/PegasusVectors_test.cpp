@@ -90,12 +90,6 @@ std::map<std::string, CIMValue> sampleValues() {
     };
 }
 
-CIMInstance diskWithDeviceId(const String& deviceId) {
-    CIMInstance disk(CIMName("KSV_DiskDrive"));
-    disk.addProperty(CIMProperty(CIMName("DeviceID"), CIMValue(deviceId)));
-    return disk;
-}
-
 // CIM_Base (key DeviceID, Caption) and its subclass KSV_Thing as the
 // repository hands it out: inherited properties first, marked propagated.
 CIMClass thingClass() {
@@ -173,19 +167,13 @@ private:
         CIMInstance copy;
         copy = _original;
         copy.getProperty(0).setValue(CIMValue(String("Z")));
-        return {deviceIdOfOriginal()};
+        return {deviceIdOf(_original)};
     }
 
     Columns modifiedThroughClone() {
         CIMInstance clone = _original.clone();
         clone.getProperty(0).setValue(CIMValue(String("Q")));
-        return {deviceIdOfOriginal()};
-    }
-
-    std::string deviceIdOfOriginal() const {
-        String deviceId;
-        _original.getProperty(0).getValue().get(deviceId);
-        return utf8(deviceId);
+        return {deviceIdOf(_original)};
     }
 
     static std::string foundAt(Uint32 index) {
