@@ -14,9 +14,8 @@ class ForcedResults : public SimulatorTest {};
 
 // A misspelt name must not silently force nothing.
 TEST_F(ForcedResults, RefuseFunctionsThatCannotBeForced) {
-    EXPECT_THROW(ksvsim::forceResult("log_message", 1), std::invalid_argument);
-    EXPECT_THROW(ksvsim::forceResult("api_getSystemDisk", 1), std::invalid_argument);
-    EXPECT_THROW(ksvsim::forceResult("freeDiskDeviceIDs", 1), std::invalid_argument);
+    for (const char* name : {"log_message", "api_getSystemDisk", "freeDiskDeviceIDs"})
+        EXPECT_THROW(ksvsim::forceResult(name, 1), std::invalid_argument) << name;
     EXPECT_THROW(ksvsim::forceResult("cim_sem_wait", 1, 0), std::invalid_argument);
 }
 
@@ -53,15 +52,10 @@ TEST_F(LibraryLog, PanicPrintsAndAborts) {
                  "Assertion point: file: KSV_Common, line: 5332");
 }
 
-class GlobalSemaphore : public SimulatorTest {
-protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ksvsim::setSemaphoreTimeout(std::chrono::milliseconds(20));
-    }
-};
+class GlobalSemaphore : public SimulatorTest {};
 
 TEST_F(GlobalSemaphore, WaitTakesPostReleasesAndASecondWaitTimesOut) {
+    ksvsim::setSemaphoreTimeout(std::chrono::milliseconds(20));
     EXPECT_FALSE(ksvsim::semaphoreHeld());
     ASSERT_EQ(cim_sem_wait(), API_OK);
     EXPECT_TRUE(ksvsim::semaphoreHeld());
