@@ -1,14 +1,11 @@
-// Long answers go out in chunks while the provider is still delivering, and a provider never
-// gets further ahead of a slow client than the stream's bound.
+// Long answers go out in chunks while the provider is still delivering; how far a provider may
+// run ahead of a slow client is the response stream's own suite.
 #include <gtest/gtest.h>
 
 #include <cimxml/Request.h>
 
-#include "Probes.h"
 #include "RawHttp.h"
 #include "TestServer.h"
-
-#include <thread>
 
 namespace ksv::test {
 namespace {
@@ -56,20 +53,6 @@ TEST_F(StreamingTest, ShortAnswersCarryTheirLengthAndLongOnesAreChunked) {
     EXPECT_TRUE(longAnswer.chunked);
     EXPECT_EQ(occurrences(longAnswer.body, "<VALUE.NAMEDINSTANCE>"), 5000u);
     EXPECT_EQ(client->enumerateInstances(kTestNamespace, "KSV_TestDevice").size(), 5000u);
-}
-
-TEST_F(StreamingTest, ASlowClientHoldsTheProviderBack) {
-    const Uint32 total = 20000;
-    server.populate(total, 200);
-    unsigned before = ksvtest_count(KSVTEST_DELIVERED);
-    RawConnection slow = RawConnection::toPort(server.port(), 4096);
-    slow.send(cimPost(enumerateBody("KSV_TestDevice"), "EnumerateInstances"));
-    std::this_thread::sleep_for(std::chrono::milliseconds(500));
-    EXPECT_LT(ksvtest_count(KSVTEST_DELIVERED) - before, total);
-
-    HttpResponse response = slow.receive(std::chrono::seconds(120));
-    EXPECT_EQ(occurrences(response.body, "<VALUE.NAMEDINSTANCE>"), total);
-    EXPECT_EQ(ksvtest_count(KSVTEST_DELIVERED) - before, total);
 }
 
 TEST_F(StreamingTest, FailuresAreReportedInTrailersOnceTheHeadWentOutElseAsCimErrors) {

@@ -40,11 +40,8 @@ std::string HttpResponse::header(const std::string& lowerCaseName) const {
     return found == headers.end() ? std::string() : found->second;
 }
 
-RawConnection RawConnection::toPort(std::uint16_t port, int receiveBufferBytes) {
+RawConnection RawConnection::toPort(std::uint16_t port) {
     RawConnection connection(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    if (receiveBufferBytes > 0)
-        setsockopt(connection._fd, SOL_SOCKET, SO_RCVBUF, &receiveBufferBytes,
-                   sizeof receiveBufferBytes);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);

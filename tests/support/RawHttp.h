@@ -1,5 +1,5 @@
 // A bare HTTP/1.1 client for the tests that send what no proper client would: broken bodies,
-// truncated requests, stalls, floods of connections, slow reads.
+// truncated requests, stalls, floods of connections.
 #ifndef KSV_TESTS_SUPPORT_RAWHTTP_H
 #define KSV_TESTS_SUPPORT_RAWHTTP_H
 
@@ -25,8 +25,7 @@ struct HttpResponse {
 // A loopback TCP connection to the server.
 class RawConnection {
 public:
-    // A small receive buffer keeps the kernel from soaking up what the server sends.
-    static RawConnection toPort(std::uint16_t port, int receiveBufferBytes = 0);
+    static RawConnection toPort(std::uint16_t port);
     RawConnection(RawConnection&& other) noexcept
         : _fd(other._fd), _pending(std::move(other._pending)) {
         other._fd = -1;

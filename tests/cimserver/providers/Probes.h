@@ -6,7 +6,6 @@ enum KsvTestProbe {
     KSVTEST_OPERATIONS,      // operations called on any test provider
     KSVTEST_INITIALIZATIONS, // initialize calls
     KSVTEST_PREMATURE_CALLS, // operations that arrived before their provider was initialized
-    KSVTEST_DELIVERED,       // device instances delivered by enumerations
 };
 
 extern "C" __attribute__((visibility("default"))) unsigned ksvtest_count(KsvTestProbe probe);
