@@ -3,6 +3,7 @@
 // changes, shutdown bounded while requests run.
 #include <gtest/gtest.h>
 
+#include "OnThreads.h"
 #include "Probes.h"
 #include "TestServer.h"
 #include "cimserver/Caller.h"
@@ -30,20 +31,14 @@ constexpr int kClients = 6;
 // Runs `work(clientIndex)` on kClients threads at once; the number of failed checks.
 int runClients(const std::function<bool(int)>& work) {
     std::atomic<int> failures{0};
-    std::vector<std::thread> clients;
-    for (int i = 0; i < kClients; ++i) {
-        clients.emplace_back([&, i] {
-            try {
-                if (!work(i))
-                    ++failures;
-            } catch (const Exception& error) {
-                ADD_FAILURE() << error.getMessage();
-                ++failures;
-            }
-        });
-    }
-    for (std::thread& client : clients)
-        client.join();
+    onThreads(kClients, [&](int index) {
+        try {
+            failures += work(index) ? 0 : 1;
+        } catch (const Exception& error) {
+            ADD_FAILURE() << error.getMessage();
+            ++failures;
+        }
+    });
     return failures;
 }
 
