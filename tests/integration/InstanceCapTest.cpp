@@ -39,16 +39,14 @@ std::string wideArray() {
     return json.str();
 }
 
-class InstanceCapTest : public ::testing::Test {
-protected:
-    const TemporaryFile model{wideArray()};
-};
-
-TEST_F(InstanceCapTest, TooManyPairsAreAnsweredResponseTooBig) {
+// Without a limit the cap is far above any array here: the large arrays of the pull operations'
+// suite are paged through in full.
+TEST(InstanceCapEndToEnd, TooManyPairsAreAnsweredResponseTooBig) {
 #ifdef KSV_ADDRESS_SANITIZER
     GTEST_SKIP() << "AddressSanitizer reserves terabytes of shadow memory: a server under an "
                     "address-space limit cannot start in this build";
 #endif
+    const TemporaryFile model{wideArray()};
     ServerProcess server({model.path(), ADDRESS_SPACE_LIMIT, 2, {}});
     const auto admin = server.client("admin", "admin-pw");
     for (int attempt = 0; attempt < 2; attempt++) {
@@ -68,16 +66,6 @@ TEST_F(InstanceCapTest, TooManyPairsAreAnsweredResponseTooBig) {
             VOLUMES);
     }
     EXPECT_TRUE(server.running()) << server.output();
-    EXPECT_EQ(server.stop(), 0) << server.output();
-}
-
-// Without the limit the same array answers every pair: the cap comes from the limit.
-TEST_F(InstanceCapTest, WithoutALimitEveryPairIsAnswered) {
-    ServerProcess server({model.path(), std::nullopt, 2, {}});
-    EXPECT_EQ(server.client("admin", "admin-pw")
-                  ->enumerateInstanceNames(KSV_NAMESPACE, "KSV_VolumeBasedOnDiskExtent")
-                  .size(),
-              DISKS * VOLUMES);
     EXPECT_EQ(server.stop(), 0) << server.output();
 }
 
