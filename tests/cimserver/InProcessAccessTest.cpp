@@ -5,7 +5,6 @@
 
 #include <Pegasus/Client/CIMXmlClientBackend.h>
 #include <Pegasus/Provider/CIMOMHandle.h>
-#include <cimxml/Elements.h>
 
 #include "TestServer.h"
 #include "mof_compiler/NamespaceStore.h"
@@ -17,40 +16,32 @@ namespace {
 
 using namespace Pegasus;
 
-template <class Object>
-std::string xmlOf(void (*append)(std::string&, const Object&), const Object& object) {
-    std::string xml;
-    append(xml, object);
-    return xml;
-}
-
-// The answer as text, without the requesting user, who differs by path on purpose.
-std::string shown(const CIMInstance& instance) {
-    CIMInstance copy = instance.clone();
+// The answer as text, without the requesting user, who differs by path on purpose. Classes,
+// instances and objects alike; as a template, so that no conversion to a value competes.
+template <class Object, class = decltype(std::declval<Object>().findProperty(CIMName()))>
+std::string shown(const Object& object) {
+    CIMObject copy = CIMConstObject(object).clone();
     const Uint32 user = copy.findProperty("RequestedBy");
     if (user != PEG_NOT_FOUND)
         copy.removeProperty(user);
-    return xmlOf<CIMConstInstance>(cimxml::appendInstance, copy);
-}
-std::string shown(const CIMObject& object) {
-    return object.isInstance() ? shown(CIMInstance(object)) : "class";
+    return mof::utf8(copy.toString());
 }
 std::string shown(CIMObjectPath path) {
     path.setHost(String());
     path.setNameSpace(CIMNamespaceName());
     return mof::utf8(path.toString());
 }
-std::string shown(const CIMClass& cimClass) {
-    return xmlOf<CIMConstClass>(cimxml::appendClass, cimClass);
-}
 std::string shown(const CIMName& name) {
     return mof::utf8(name.getString());
 }
+// Without its type, which a property's value does not carry over HTTP.
 std::string shown(const CIMValue& value) {
-    return xmlOf(cimxml::appendValue, value);
+    return mof::utf8(value.toString());
 }
 std::string shown(const CIMParamValue& parameter) {
-    return xmlOf(cimxml::appendParamValue, parameter);
+    const CIMValue& value = parameter.getValue();
+    return mof::utf8(parameter.getParameterName()) + "=" + cimTypeToString(value.getType()) + " " +
+           shown(value);
 }
 template <class T>
 std::string shown(const Array<T>& items) {
