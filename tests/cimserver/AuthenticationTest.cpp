@@ -49,10 +49,9 @@ TEST_F(AuthenticationTest, MissingOrWrongCredentialsAreRefusedBeforeAnyProviderC
     EXPECT_EQ(ksvtest_count(KSVTEST_OPERATIONS), before);
     EXPECT_EQ(statusFor("admin", "admin-pw"), 200u);
 
-    auto connection = RawConnection::toPort(server.port());
-    connection.send("POST /cimom HTTP/1.1\r\nHost: localhost\r\nCIMOperation: MethodCall\r\n"
-                    "Content-Length: 0\r\n\r\n");
-    HttpResponse response = connection.receive();
+    HttpResponse response =
+        exchange(server.port(), "POST /cimom HTTP/1.1\r\nHost: localhost\r\n"
+                                "CIMOperation: MethodCall\r\nContent-Length: 0\r\n\r\n");
     EXPECT_EQ(response.status, 401u);
     EXPECT_EQ(response.header("www-authenticate").rfind("Basic realm=", 0), 0u);
 }
@@ -113,9 +112,8 @@ TEST_F(AuthenticationTest, OnlyTheLocalSocketTellsHowTheServerIs) {
         << out.str();
     EXPECT_EQ(requestsServed(out.str()), before + 2);
 
-    auto overTcp = RawConnection::toPort(server.port());
-    overTcp.send("GET /status HTTP/1.1\r\nHost: localhost\r\n\r\n");
-    EXPECT_EQ(overTcp.receive().status, 405u);
+    EXPECT_EQ(exchange(server.port(), "GET /status HTTP/1.1\r\nHost: localhost\r\n\r\n").status,
+              405u);
     EXPECT_EQ(server::printStatus("/nonexistent/ksv-cimserver.socket", out, err), 1);
     EXPECT_NE(err.str().find("no server answers on /nonexistent/ksv-cimserver.socket"),
               std::string::npos);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cimxml/Http.h>
-#include <cimxml/Request.h>
 
 #include "RawHttp.h"
 #include "TestServer.h"
@@ -27,13 +26,6 @@ server::ServerConfig strictConfig() {
     return config;
 }
 
-std::string requestBody(cimxml::Operation operation) {
-    auto request = cimxml::OperationRequest::make(operation, kTestNamespace);
-    request.className = "KSV_TestDevice";
-    request.objectName = devicePath("dev-0");
-    return cimxml::encodeRequest(request);
-}
-
 // `text` with its first `what` replaced.
 std::string replaced(std::string text, const std::string& what, const std::string& with) {
     return text.replace(text.find(what), what.size(), with);
@@ -41,12 +33,6 @@ std::string replaced(std::string text, const std::string& what, const std::strin
 
 class BadInputTest : public ::testing::Test {
 protected:
-    HttpResponse exchange(const std::string& request) {
-        RawConnection connection = RawConnection::toPort(server.port());
-        connection.send(request);
-        return connection.receive();
-    }
-
     void expectServerStillServes() {
         EXPECT_EQ(server.client()->enumerateInstanceNames(kTestNamespace, "KSV_TestDevice").size(),
                   3u);
@@ -94,7 +80,7 @@ TEST_F(BadInputTest, EachMalformedRequestGetsItsStatusOrCimError) {
          "", ""},
     };
     for (const auto& c : cases) {
-        HttpResponse response = exchange(c.request);
+        HttpResponse response = exchange(server.port(), c.request);
         EXPECT_EQ(response.status, c.status) << c.name;
         EXPECT_EQ(response.header("cimerror"), c.cimError) << c.name;
         EXPECT_NE(response.body.find(c.bodyPart), std::string::npos) << c.name;
@@ -161,10 +147,11 @@ TEST_F(BadInputTest, ConnectionsBeyondTheLimitGet503) {
         held.push_back(RawConnection::toPort(server.port()));
     // Let the server register them before the one too many arrives.
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    EXPECT_EQ(exchange(cimPost(requestBody(cimxml::Operation::EnumerateInstanceNames),
-                               "EnumerateInstanceNames"))
-                  .status,
-              503u);
+    EXPECT_EQ(
+        exchange(server.port(), cimPost(requestBody(cimxml::Operation::EnumerateInstanceNames),
+                                        "EnumerateInstanceNames"))
+            .status,
+        503u);
     held.clear();
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     expectServerStillServes();

@@ -2,8 +2,6 @@
 // run ahead of a slow client is the response stream's own suite.
 #include <gtest/gtest.h>
 
-#include <cimxml/Request.h>
-
 #include "RawHttp.h"
 #include "TestServer.h"
 
@@ -19,19 +17,13 @@ std::size_t occurrences(const std::string& text, const std::string& what) {
     return count;
 }
 
-std::string enumerateBody(const char* className) {
-    auto request =
-        cimxml::OperationRequest::make(cimxml::Operation::EnumerateInstances, kTestNamespace);
-    request.className = className;
-    return cimxml::encodeRequest(request);
-}
-
 class StreamingTest : public ::testing::Test {
 protected:
     HttpResponse enumerate(const char* className) {
-        RawConnection connection = RawConnection::toPort(server.port());
-        connection.send(cimPost(enumerateBody(className), "EnumerateInstances"));
-        return connection.receive(std::chrono::seconds(60));
+        return exchange(server.port(),
+                        cimPost(requestBody(cimxml::Operation::EnumerateInstances, className),
+                                "EnumerateInstances"),
+                        std::chrono::seconds(60));
     }
 
     TestServer server;
@@ -43,10 +35,10 @@ TEST_F(StreamingTest, ShortAnswersCarryTheirLengthAndLongOnesAreChunked) {
     EXPECT_FALSE(shortAnswer.chunked);
     EXPECT_EQ(occurrences(shortAnswer.body, "<VALUE.NAMEDINSTANCE>"), 3u);
     // A client that takes chunks gets every answer in chunks, as from OpenPegasus.
-    RawConnection connection = RawConnection::toPort(server.port());
-    std::string post = cimPost(enumerateBody("KSV_TestDevice"), "EnumerateInstances");
-    connection.send(post.insert(post.find("\r\n") + 2, "TE: chunked, trailers\r\n"));
-    EXPECT_TRUE(connection.receive().chunked);
+    std::string post =
+        cimPost(requestBody(cimxml::Operation::EnumerateInstances), "EnumerateInstances");
+    post.insert(post.find("\r\n") + 2, "TE: chunked, trailers\r\n");
+    EXPECT_TRUE(exchange(server.port(), post).chunked);
 
     server.populate(5000, 0);
     HttpResponse longAnswer = enumerate("KSV_TestDevice");

@@ -158,9 +158,7 @@ TEST_F(HttpsTest, RefusesWhatItCannotTrustAndKeepsServing) {
               }),
               "cannot connect");
     try {
-        RawConnection garbage = RawConnection::toPort(tlsPort);
-        garbage.send(std::string(300, '\x16'));
-        garbage.receive(std::chrono::seconds(5));
+        exchange(tlsPort, std::string(300, '\x16'), std::chrono::seconds(5));
         ADD_FAILURE() << "an HTTP answer to a handshake of garbage";
     } catch (const std::runtime_error& closed) {
         EXPECT_NE(std::string(closed.what()), "no complete response in time");

@@ -122,6 +122,13 @@ bool RawConnection::closedByServer(std::chrono::milliseconds timeout) {
     return false;
 }
 
+HttpResponse exchange(std::uint16_t port, std::string_view request,
+                      std::chrono::milliseconds timeout) {
+    RawConnection connection = RawConnection::toPort(port);
+    connection.send(request);
+    return connection.receive(timeout);
+}
+
 std::string cimPost(std::string_view body, std::string_view cimMethod) {
     return "POST /cimom HTTP/1.1\r\nHost: localhost\r\n"
            "Content-Type: application/xml; charset=\"utf-8\"\r\n"

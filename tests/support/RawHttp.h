@@ -48,6 +48,10 @@ private:
     std::string _pending;
 };
 
+// The answer to `request`, sent on a connection of its own.
+HttpResponse exchange(std::uint16_t port, std::string_view request,
+                      std::chrono::milliseconds timeout = std::chrono::seconds(10));
+
 // A POST of a CIM-XML body by admin with the headers DSP0200 asks for.
 std::string cimPost(std::string_view body, std::string_view cimMethod);
 

@@ -39,6 +39,13 @@ void TestServer::populate(Uint32 count, Uint32 nameLength) const {
     client()->invokeMethod(kTestNamespace, devicePath("dev-0"), "Populate", in, out);
 }
 
+std::string requestBody(cimxml::Operation operation, const char* className) {
+    auto request = cimxml::OperationRequest::make(operation, kTestNamespace);
+    request.className = className;
+    request.objectName = devicePath("dev-0");
+    return cimxml::encodeRequest(request);
+}
+
 CIMObjectPath pathOf(const char* className, const std::string& id) {
     Array<CIMKeyBinding> keys;
     keys.append(CIMKeyBinding("Id", id.c_str(), CIMKeyBinding::STRING));

@@ -10,6 +10,8 @@
 #include "cimserver/InProcessAccess.h"
 #include "cimserver/ServerConfig.h"
 
+#include <cimxml/Request.h>
+
 #include <memory>
 #include <mutex>
 #include <string>
@@ -59,6 +61,9 @@ private:
     std::vector<std::string>& _record;
     std::mutex& _mutex;
 };
+
+// The CIM-XML body of the operation on `className`, or on device dev-0 when it names an instance.
+std::string requestBody(cimxml::Operation operation, const char* className = "KSV_TestDevice");
 
 Pegasus::CIMObjectPath devicePath(const std::string& id);
 Pegasus::CIMObjectPath gadgetPath(const std::string& id);
