@@ -31,12 +31,12 @@ TestServer::TestServer(server::ServerConfig config) {
     _server->start();
 }
 
-void TestServer::populate(Uint32 count, Uint32 nameLength) const {
+CIMValue TestServer::populate(Uint32 count, Uint32 nameLength, const std::string& target) const {
     Array<CIMParamValue> in;
     in.append(CIMParamValue("Count", CIMValue(count)));
     in.append(CIMParamValue("NameLength", CIMValue(nameLength)));
     Array<CIMParamValue> out;
-    client()->invokeMethod(kTestNamespace, devicePath("dev-0"), "Populate", in, out);
+    return client()->invokeMethod(kTestNamespace, devicePath(target), "Populate", in, out);
 }
 
 std::string requestBody(cimxml::Operation operation, const char* className) {

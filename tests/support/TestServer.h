@@ -32,8 +32,10 @@ public:
     std::uint16_t port() const override { return _server->httpPort(); }
     server::CimServer& server() { return *_server; }
 
-    // Replaces the devices with `count` new ones, named with `nameLength` letters when not 0.
-    void populate(Pegasus::Uint32 count, Pegasus::Uint32 nameLength) const;
+    // Replaces the devices with `count` new ones, named with `nameLength` letters when not 0; the
+    // method's answer. Any device name may be the target.
+    Pegasus::CIMValue populate(Pegasus::Uint32 count, Pegasus::Uint32 nameLength,
+                               const std::string& target = "dev-0") const;
 
 private:
     std::unique_ptr<server::CimServer> _server;

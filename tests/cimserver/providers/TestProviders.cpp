@@ -49,10 +49,6 @@ CIMObjectPath pathOf(const CIMName& className, const String& id) {
     return CIMObjectPath(String(), kNamespace, className, keys);
 }
 
-CIMObjectPath gadgetPath(Uint32 index) {
-    return pathOf(kGadget, String(("g-" + std::to_string(index)).c_str()));
-}
-
 // Counts operations; an operation before initialize has completed is a server fault. The
 // server asks each provider for the interfaces of its operations, so a provider implements only
 // those its tests call.
@@ -315,7 +311,7 @@ private:
         Array<CIMObjectPath> devices = _cimom.enumerateInstanceNames(context, kNamespace, kDevice);
         for (Uint32 i = 0; i < devices.size(); ++i) {
             CIMObjectPath owner = pathOf(kDevice, keyOf(devices[i], "Id"));
-            CIMObjectPath member = gadgetPath(i % 2);
+            CIMObjectPath member = pathOf(kGadget, String(("g-" + std::to_string(i % 2)).c_str()));
             const CIMObjectPath& end = object.getClassName().equal(kDevice) ? owner : member;
             if (keyOf(end, "Id") != keyOf(object, "Id"))
                 continue;
