@@ -42,6 +42,19 @@ int runClients(const std::function<bool(int)>& work) {
     return failures;
 }
 
+// Runs `work` on the clients while `change` runs over and over on a thread of its own.
+int runClientsWhile(const std::function<void()>& change, const std::function<bool(int)>& work) {
+    std::atomic<bool> done{false};
+    std::thread changer([&] {
+        while (!done)
+            change();
+    });
+    const int failures = runClients(work);
+    done = true;
+    changer.join();
+    return failures;
+}
+
 // More clients than workers: nested calls must never wait for a worker.
 TEST(ConcurrencyTest, MixedAndNestedOperationsFromManyClientsAllSucceed) {
     TestServer server(2);
@@ -78,19 +91,16 @@ TEST(ConcurrencyTest, ProvidersAreInitializedOnceBeforeTheirFirstOperation) {
     TestServer server(kClients);
     unsigned initializedBefore = ksvtest_count(KSVTEST_INITIALIZATIONS);
     unsigned prematureBefore = ksvtest_count(KSVTEST_PREMATURE_CALLS);
-    std::promise<void> go;
-    std::shared_future<void> start = go.get_future().share();
-    std::vector<std::future<std::string>> answers;
-    for (int i = 0; i < kClients; ++i) {
-        answers.push_back(std::async(std::launch::async, [&] {
-            auto client = server.client();
-            start.wait();
-            return stringProperty(client->getInstance(kTestNamespace, devicePath("dev-0")), "Id");
-        }));
-    }
-    go.set_value();
-    for (auto& answer : answers)
-        EXPECT_EQ(answer.get(), "dev-0");
+    // Every client connected before any asks, so that the first calls arrive together.
+    std::atomic<int> connected{0};
+    const int failures = runClients([&](int) {
+        auto client = server.client();
+        for (++connected; connected < kClients;)
+            std::this_thread::yield();
+        return stringProperty(client->getInstance(kTestNamespace, devicePath("dev-0")), "Id") ==
+               "dev-0";
+    });
+    EXPECT_EQ(failures, 0);
     EXPECT_EQ(ksvtest_count(KSVTEST_INITIALIZATIONS) - initializedBefore, 1u);
     EXPECT_EQ(ksvtest_count(KSVTEST_PREMATURE_CALLS) - prematureBefore, 0u);
 }
@@ -104,33 +114,29 @@ TEST(ConcurrencyTest, HandlesMadeWhileTheDefaultBackendChangesReachItOrFailClean
     constexpr int calls = 200;
     std::atomic<int> attached{0};
     std::atomic<int> detached{0};
-    std::atomic<bool> done{false};
-    std::thread swapper([&] {
-        while (!done) {
+    int failures = runClientsWhile(
+        [&] {
             CIMOMHandleBackend::resetDefault();
             CIMOMHandleBackend::setDefault(backend);
             // Attached most of the time, so that most calls reach the server.
             std::this_thread::sleep_for(std::chrono::microseconds(200));
-        }
-    });
-    int failures = runClients([&](int) {
-        const OperationContext context;
-        for (int i = 0; i < calls; ++i) {
-            CIMOMHandle handle;
-            CIMOMHandle copy(handle);
-            try {
-                copy.enumerateInstanceNames(context, kTestNamespace, "KSV_TestDevice");
-                ++attached;
-            } catch (const CIMException& error) {
-                if (error.getCode() != CIM_ERR_FAILED)
-                    return false;
-                ++detached;
+        },
+        [&](int) {
+            const OperationContext context;
+            for (int i = 0; i < calls; ++i) {
+                CIMOMHandle handle;
+                CIMOMHandle copy(handle);
+                try {
+                    copy.enumerateInstanceNames(context, kTestNamespace, "KSV_TestDevice");
+                    ++attached;
+                } catch (const CIMException& error) {
+                    if (error.getCode() != CIM_ERR_FAILED)
+                        return false;
+                    ++detached;
+                }
             }
-        }
-        return true;
-    });
-    done = true;
-    swapper.join();
+            return true;
+        });
     EXPECT_EQ(failures, 0);
     EXPECT_EQ(attached + detached, kClients * calls);
     EXPECT_EQ(ksvtest_count(KSVTEST_OPERATIONS) - before, unsigned(attached));
@@ -150,36 +156,32 @@ TEST(ConcurrencyTest, ClientsConnectWhileTheFactoriesChange) {
     // The running server registers its own local factory, which the counts do not see: clients
     // that start before the swapper's first turn must find none.
     CIMClientConnector::setLocal(nullptr);
-    std::atomic<bool> done{false};
-    std::thread swapper([&] {
-        while (!done) {
+    constexpr int attempts = 300;
+    int failures = runClientsWhile(
+        [&] {
             CIMClientConnector::setLocal(factory);
             CIMClientConnector::setRemote(
                 [&](const String&, Uint32, const String&, const String&) { return factory(); });
             CIMClientConnector::setLocal(nullptr);
             CIMClientConnector::setRemote(nullptr);
-        }
-    });
-    constexpr int attempts = 300;
-    int failures = runClients([&](int index) {
-        for (int i = 0; i < attempts; ++i) {
-            CIMClient client;
-            try {
-                if ((index + i) % 2 == 0)
-                    client.connectLocal();
-                else
-                    client.connect("array1", 5988, "alice", "secret");
-            } catch (const CannotConnectException&) {
-                continue;
+        },
+        [&](int index) {
+            for (int i = 0; i < attempts; ++i) {
+                CIMClient client;
+                try {
+                    if ((index + i) % 2 == 0)
+                        client.connectLocal();
+                    else
+                        client.connect("array1", 5988, "alice", "secret");
+                } catch (const CannotConnectException&) {
+                    continue;
+                }
+                if (client.enumerateInstanceNames(kTestNamespace, "KSV_TestGadget").size() != 2)
+                    return false;
+                ++connected;
             }
-            if (client.enumerateInstanceNames(kTestNamespace, "KSV_TestGadget").size() != 2)
-                return false;
-            ++connected;
-        }
-        return true;
-    });
-    done = true;
-    swapper.join();
+            return true;
+        });
     CIMClientConnector::setRemote(&CIMXmlClientConnector::connectRemote);
     EXPECT_EQ(failures, 0);
     EXPECT_EQ(opened, connected);
