@@ -61,15 +61,8 @@ TEST(RequestRoundTrip, DefaultsAreLeftOutAndRestoredAndOthersKept) {
               "PropertyList", "AssocClass", "ResultClass", "Role", "NewValue"}) {
             EXPECT_EQ(std::string::npos, xml.find(std::string("\"") + optional + "\"")) << xml;
         }
-        const OperationRequest received = decodeRequest(xml);
-        EXPECT_EQ(sent.deepInheritance, received.deepInheritance) << operationName(operation);
-        EXPECT_EQ(sent.localOnly, received.localOnly) << operationName(operation);
-        EXPECT_EQ(sent.includeQualifiers, received.includeQualifiers) << operationName(operation);
-        EXPECT_FALSE(received.includeClassOrigin);
-        EXPECT_TRUE(received.propertyList.isNull());
-        EXPECT_TRUE(received.assocClass.isNull() && received.resultClass.isNull());
-        EXPECT_EQ(0u, received.role.size() + received.resultRole.size());
-        EXPECT_TRUE(received.newValue.isNull());
+        // A default the decoder failed to restore would be written out again.
+        EXPECT_EQ(xml, encodeRequest(decodeRequest(xml))) << operationName(operation);
     }
     // Instance providers answer alike whatever LocalOnly says, so only here can it be seen kept.
     OperationRequest notLocal = OperationRequest::make(Operation::GetInstance, ksvNamespace);
