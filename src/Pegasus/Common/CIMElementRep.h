@@ -18,6 +18,7 @@
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMMethod.h>
+#include <Pegasus/Common/CIMNameIndex.h>
 #include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMParameter.h>
 #include <Pegasus/Common/CIMProperty.h>
@@ -263,6 +264,8 @@ public:
     /** Index of the member so named (any case), or PEG_NOT_FOUND. */
     Uint32 find(const CIMName& name) const {
         const String& wanted = name.getString();
+        if (size() >= Members::indexedSize)
+            return _members->indexed().find(wanted);
         const Uint32 length = wanted.size();
         const size_t count = size();
         // Members are mostly looked up in the order they are listed, so the search starts after
@@ -354,7 +357,7 @@ private:
         // The members of a base sequence, held for changing: a slot without a position stands
         // for the base's member, so that the members left alone take two bytes each.
         explicit Members(std::shared_ptr<const Members> base_)
-            : base(std::move(base_)), slots(base->size()) {}
+            : base(std::move(base_)), slots(new Uint16[base->size()]()) {}
         // A copy holds every member itself.
         Members(const Members& other) {
             items.reserve(other.size());
@@ -373,8 +376,36 @@ private:
                 base->tellCloned(changed.size());
                 arena->release();
             }
+            delete index.load(std::memory_order_relaxed);
         }
-        size_t size() const { return base ? slots.size() : items.size(); }
+        size_t size() const { return base ? base->size() : items.size(); }
+
+        // Lists this long find members by an index of their names rather than by a scan.
+        static constexpr size_t indexedSize = 12;
+        // The sequence at the root of the bases, which holds its members itself at the
+        // positions of this one's.
+        const Members& indexed() const { return base ? base->indexed() : *this; }
+        Uint32 find(const String& name) const {
+            const CIMNameIndex* built = index.load(std::memory_order_acquire);
+            if (!built)
+                built = buildIndex();
+            return built->find(name, [this](Uint32 i) -> const String& { return nameAt(i); });
+        }
+        const String& nameAt(Uint32 index) const {
+            return memberName(*items[index]._rep).getString();
+        }
+        // Before the members are added, removed or replaced.
+        void dropIndex() { delete index.exchange(nullptr, std::memory_order_relaxed); }
+        const CIMNameIndex* buildIndex() const {
+            const CIMNameIndex* built = new CIMNameIndex(
+                Uint32(items.size()), [this](Uint32 i) -> const String& { return nameAt(i); });
+            // Readers on several threads may build it at once: the first one stays.
+            const CIMNameIndex* first = nullptr;
+            if (index.compare_exchange_strong(first, built, std::memory_order_acq_rel))
+                return built;
+            delete built;
+            return first;
+        }
         const Member& item(size_t index) const {
             if (!base)
                 return items[index];
@@ -402,7 +433,7 @@ private:
             using Rep = typename std::decay_t<decltype(member)>::element_type;
             if (!arena) {
                 const size_t expected = base->clonedByOverlays.load(std::memory_order_relaxed);
-                arena = new CIMMemberArena(slots.size(), expected);
+                arena = new CIMMemberArena(size(), expected);
                 changed.reserve(arena->nextBlockMembers());
             }
             return std::allocate_shared<Rep>(CIMArenaAllocator<Rep>(arena), checkedRep(member));
@@ -422,13 +453,15 @@ private:
         // The sequence standing in for the empty slots, or null. Its own base, if any, holds all
         // its members itself, which bounds a lookup at two steps.
         std::shared_ptr<const Members> base;
-        // Over a base: per member, 1 + its position among those changed, or 0.
-        std::vector<Uint16> slots;
+        // Over a base: per member of the base, 1 + its position among those changed, or 0.
+        std::unique_ptr<Uint16[]> slots;
         std::vector<Member> changed;
         // Where the members cloned from the base are kept, once one is.
         CIMMemberArena* arena = nullptr;
         // The fewest members a list over this sequence cloned from it, 0 before any ended.
         mutable std::atomic<Uint32> clonedByOverlays{0};
+        // Built on the first lookup of a long sequence that holds its members itself.
+        mutable std::atomic<const CIMNameIndex*> index{nullptr};
     };
 
     static bool _onlyInLists(const Member& member) {
@@ -441,6 +474,7 @@ private:
             _members = std::make_shared<Members>();
         else if (_members.use_count() > 1 || _members->base)
             _members = std::make_shared<Members>(*_members);
+        _members->dropIndex();
         return _members->items;
     }
     // The sequence of this list alone, for changing members in place: a shared sequence becomes
