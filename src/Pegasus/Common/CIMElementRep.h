@@ -417,15 +417,26 @@ private:
             if (!base)
                 return items[index];
             if (slots[index] == 0) {
-                Member clone;
-                clone._rep = cloneOfBase(index);
-                clone._rep->owners.add();
+                auto clone = cloneOfBase(index);
+                clone->owners.add();
                 if (changed.size() == changed.capacity())
-                    changed.reserve(changed.size() + arena->nextBlockMembers());
-                changed.push_back(std::move(clone));
+                    makeRoom(changed.size() + arena->nextBlockMembers());
+                // The handles move their pointers: copies would count each reference up and down.
+                changed.emplace_back();
+                changed.back()._rep = std::move(clone);
                 slots[index] = Uint16(changed.size());
             }
             return changed[slots[index] - 1];
+        }
+        // Room for that many changed members; the handles move over without counting references.
+        void makeRoom(size_t capacity) {
+            std::vector<Member> larger;
+            larger.reserve(capacity);
+            for (Member& member : changed) {
+                larger.emplace_back();
+                larger.back()._rep = std::move(member._rep);
+            }
+            changed.swap(larger);
         }
         // What the base's member's clone() would be, kept in this sequence's arena.
         auto cloneOfBase(size_t index) {
