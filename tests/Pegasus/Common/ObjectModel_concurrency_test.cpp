@@ -35,6 +35,10 @@ CIMClass cachedDiskClass() {
     deviceId.addQualifier(CIMQualifier(CIMName("Key"), CIMValue(true)));
     disk.addProperty(deviceId);
     disk.addProperty(CIMProperty(CIMName("Speed"), CIMValue(Uint64(15000))));
+    // Enough that lookups go through the index that the first of them builds.
+    for (Uint32 i = 0; i < 12; i++)
+        disk.addProperty(
+            CIMProperty(CIMName(String("Spare") + CIMValue(i).toString()), CIMValue(i)));
     return disk;
 }
 
@@ -44,9 +48,10 @@ TEST(ObjectModelConcurrency, InstancesBuiltFromOneClassOnManyThreadsStayApart) {
                   CIMInstance instance =
                       disk.buildInstance(round % 2 == 0, true, CIMPropertyList());
                   const Uint64 speed = Uint64(t * 100000 + round);
-                  instance.getProperty(1).setValue(CIMValue(speed));
+                  const Uint32 at = instance.findProperty(CIMName("SPEED"));
+                  instance.getProperty(at).setValue(CIMValue(speed));
                   Uint64 readBack = 0;
-                  instance.getProperty(1).getValue().get(readBack);
+                  instance.getProperty(at).getValue().get(readBack);
                   Array<CIMName> keys;
                   disk.getKeyNames(keys);
                   return readBack == speed && keys.size() == 1;
