@@ -103,9 +103,47 @@ long decodeSequence(const unsigned char* bytes, int length) {
 }
 
 // Printable ASCII other than markup characters and the space, copied as it is.
-bool isPlain(Pegasus::Uint16 unit) {
+constexpr bool isPlainAscii(unsigned unit) {
     return unit > 0x20 && unit < 0x7F && unit != '&' && unit != '<' && unit != '>' && unit != '"' &&
            unit != '\'';
+}
+
+struct PlainTable {
+    bool plain[0x80] = {};
+    constexpr PlainTable() {
+        for (unsigned unit = 0; unit < 0x80; unit++)
+            plain[unit] = isPlainAscii(unit);
+    }
+};
+constexpr PlainTable kPlain;
+
+bool isPlain(Pegasus::Uint16 unit) {
+    return (unit < 0x80) & kPlain.plain[unit & 0x7F];
+}
+
+// Length of the plain run at the start of `units`. Eight units are tested per branch: almost
+// all text is plain, and a branch per unit cost more than the test itself.
+size_t plainRun(const Pegasus::Char16* units, size_t count) {
+    size_t i = 0;
+    for (; i + 8 <= count; i += 8) {
+        bool special = false;
+        for (size_t k = 0; k < 8; k++)
+            special |= !isPlain(units[i + k]);
+        if (special)
+            break;
+    }
+    while (i < count && isPlain(units[i]))
+        i++;
+    return i;
+}
+
+// The run is narrowed straight into the output, which grows once per run.
+void appendPlainRun(std::string& out, const Pegasus::Char16* units, size_t length) {
+    const size_t start = out.size();
+    out.resize(start + length);
+    char* to = &out[start];
+    for (size_t k = 0; k < length; k++)
+        to[k] = char(Pegasus::Uint16(units[k]));
 }
 
 } // namespace
@@ -116,18 +154,13 @@ void appendEscapedUnits(std::string& out, const Pegasus::Char16* units, size_t c
     size_t i = 0;
     bool rawSpaceBefore = false;
     while (i < count) {
-        // Most text is plain ASCII: copy it in runs rather than character by character.
-        char run[128];
-        size_t length = 0;
-        while (i < count && length < sizeof(run) && isPlain(units[i])) {
-            run[length++] = char(Pegasus::Uint16(units[i++]));
-        }
-        out.append(run, length);
+        const size_t length = plainRun(units + i, count - i);
         if (length > 0) {
+            appendPlainRun(out, units + i, length);
+            i += length;
             rawSpaceBefore = false;
-        }
-        if (i == count || length == sizeof(run)) {
-            continue;
+            if (i == count)
+                break;
         }
         const Pegasus::Uint16 unit = units[i++];
         if (unit == ' ') {
