@@ -1,5 +1,6 @@
-// Encoding and decoding rates of the CIM-XML codec for the largest answer the disk providers
-// give: EnumerateInstances over an array of 1,920 disks.
+// Encoding and decoding rates of the CIM-XML codec for the largest answers the disk providers
+// give: EnumerateInstances over an array of 1,920 disks, and of the pairs of an association
+// between volumes and the disks under them.
 
 #include <cimxml/Request.h>
 #include <cimxml/Response.h>
@@ -118,6 +119,68 @@ void EncodeStreamingInChunks(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * diskCount);
 }
 BENCHMARK(EncodeStreamingInChunks)->Unit(benchmark::kMillisecond);
+
+const int volumeCount = 400;
+const int disksPerVolume = 24;
+
+CIMObjectPath volumePath(int index) {
+    Array<CIMKeyBinding> keys;
+    keys.append(CIMKeyBinding(CIMName("CreationClassName"), String("KSV_StorageVolume"),
+                              CIMKeyBinding::STRING));
+    keys.append(CIMKeyBinding(CIMName("DeviceID"),
+                              String(("600508B1001C-volume-" + std::to_string(index)).c_str()),
+                              CIMKeyBinding::STRING));
+    keys.append(CIMKeyBinding(CIMName("SystemCreationClassName"), String("KSV_StorageSystem"),
+                              CIMKeyBinding::STRING));
+    keys.append(
+        CIMKeyBinding(CIMName("SystemName"), String("ksv-array-1234567"), CIMKeyBinding::STRING));
+    return CIMObjectPath(String(), CIMNamespaceName("root/ksv"), CIMName("KSV_StorageVolume"),
+                         keys);
+}
+
+// Each volume lies on a stripe of disks, so that every path recurs in many pairs.
+CIMInstance pair(int volume, int slot) {
+    CIMObjectPath diskPath = disks()[(volume * 7 + slot) % diskCount].getPath();
+    diskPath.setNameSpace(CIMNamespaceName("root/ksv"));
+    const CIMObjectPath dependent = volumePath(volume);
+    CIMInstance instance(CIMName("KSV_VolumeBasedOnDiskExtent"));
+    instance.addProperty(CIMProperty(CIMName("Antecedent"), CIMValue(diskPath)));
+    instance.addProperty(CIMProperty(CIMName("Dependent"), CIMValue(dependent)));
+    Array<CIMKeyBinding> keys;
+    keys.append(
+        CIMKeyBinding(CIMName("Antecedent"), diskPath.toString(), CIMKeyBinding::REFERENCE));
+    keys.append(
+        CIMKeyBinding(CIMName("Dependent"), dependent.toString(), CIMKeyBinding::REFERENCE));
+    instance.setPath(
+        CIMObjectPath(String(), CIMNamespaceName(), CIMName("KSV_VolumeBasedOnDiskExtent"), keys));
+    return instance;
+}
+
+void EncodeAssociationPairs(benchmark::State& state) {
+    std::vector<CIMInstance> pairs;
+    for (int volume = 0; volume < volumeCount; volume++) {
+        for (int slot = 0; slot < disksPerVolume; slot++)
+            pairs.push_back(pair(volume, slot));
+    }
+    std::string chunk;
+    size_t sent = 0;
+    for (auto _ : state) {
+        IMethodResponseWriter writer(chunk, "1", Operation::EnumerateInstances);
+        for (const CIMInstance& instance : pairs) {
+            writer.writeInstance(instance);
+            if (chunk.size() >= 64 * 1024) {
+                sent += chunk.size();
+                chunk.clear();
+            }
+        }
+        writer.finish();
+        sent += chunk.size();
+        chunk.clear();
+    }
+    state.SetItemsProcessed(state.iterations() * int64_t(pairs.size()));
+    state.SetBytesProcessed(int64_t(sent));
+}
+BENCHMARK(EncodeAssociationPairs)->Unit(benchmark::kMillisecond);
 
 void DecodeEnumerateInstancesResponse(benchmark::State& state) {
     const std::string body = encodeAll();

@@ -91,16 +91,16 @@ void Writer::_keyBinding(const CIMKeyBinding& binding) {
 
 void Writer::_referenceKeyValue(const CIMKeyBinding& binding) {
     if (_references == nullptr) {
-        valueReference(referencedPath(binding));
+        _valueReference(referencedPath(binding));
         return;
     }
-    if (const std::string* element = _references->find(binding.getValue())) {
+    if (const std::string* element = _references->byText.find(binding.getValue())) {
         _out += *element;
         return;
     }
     const std::size_t start = _out.size();
-    valueReference(referencedPath(binding));
-    _references->remember(binding.getValue(), std::string_view(_out).substr(start));
+    _valueReference(referencedPath(binding));
+    _references->byText.remember(binding.getValue(), std::string_view(_out).substr(start));
 }
 
 void Writer::instanceName(const CIMObjectPath& path) {
@@ -181,6 +181,20 @@ void Writer::objectPath(const CIMObjectPath& path) {
 }
 
 void Writer::valueReference(const CIMObjectPath& path) {
+    if (_references == nullptr) {
+        _valueReference(path);
+        return;
+    }
+    if (const std::string* element = _references->byPath.find(path)) {
+        _out += *element;
+        return;
+    }
+    const std::size_t start = _out.size();
+    _valueReference(path);
+    _references->byPath.remember(path, std::string_view(_out).substr(start));
+}
+
+void Writer::_valueReference(const CIMObjectPath& path) {
     _out += "<VALUE.REFERENCE>";
     objectPath(path);
     _out += "</VALUE.REFERENCE>";

@@ -2,16 +2,19 @@
 
 #include <cstdint>
 #include <cstring>
-#include <utility>
 
 namespace ksv::cimxml::detail {
 
-std::size_t ReferenceElements::Hash::operator()(const Pegasus::String& text) const {
-    // Four UTF-16 units at a time, mixed by a multiply: paths run to hundreds of units, and a
-    // unit-by-unit hash would cost more than the lookup saves.
+using namespace Pegasus;
+
+namespace {
+
+// Four UTF-16 units at a time, mixed by a multiply: paths run to hundreds of units, and a
+// unit-by-unit hash would cost more than the lookup saves.
+std::uint64_t mix(std::uint64_t hash, const String& text) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(text.getChar16Data());
-    const std::size_t length = text.size() * sizeof(Pegasus::Char16);
-    std::uint64_t hash = length;
+    const std::size_t length = text.size() * sizeof(Char16);
+    hash ^= length;
     std::size_t i = 0;
     for (; i + sizeof(std::uint64_t) <= length; i += sizeof(std::uint64_t)) {
         std::uint64_t word;
@@ -22,35 +25,63 @@ std::size_t ReferenceElements::Hash::operator()(const Pegasus::String& text) con
     for (; i < length; i++) {
         hash = (hash ^ bytes[i]) * 0x100000001B3ULL;
     }
+    return hash;
+}
+
+std::size_t unitBytes(const String& text) {
+    return text.size() * sizeof(Char16);
+}
+
+} // namespace
+
+std::size_t PathText::hash(const String& text) {
+    return std::size_t(mix(0, text));
+}
+
+bool PathText::equal(const String& x, const String& y) {
+    return String::equal(x, y);
+}
+
+std::size_t PathText::bytes(const String& text) {
+    return unitBytes(text);
+}
+
+std::size_t PathParts::hash(const CIMObjectPath& path) {
+    std::uint64_t hash = mix(0, path.getHost());
+    hash = mix(hash, path.getNameSpace().getString());
+    hash = mix(hash, path.getClassName().getString());
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
+    for (Uint32 i = 0; i < keys.size(); i++) {
+        hash = mix(hash + keys[i].getType(), keys[i].getName().getString());
+        hash = mix(hash, keys[i].getValue());
+    }
     return std::size_t(hash);
 }
 
-const std::string* ReferenceElements::find(const Pegasus::String& path) {
-    const auto newer = _newer.find(path);
-    if (newer != _newer.end())
-        return &newer->second;
-    const auto older = _older.find(path);
-    if (older == _older.end())
-        return nullptr;
-    std::string element = std::move(older->second);
-    _older.erase(older);
-    return &_keep(path, std::move(element));
-}
-
-void ReferenceElements::remember(const Pegasus::String& path, std::string_view element) {
-    _keep(path, std::string(element));
-}
-
-const std::string& ReferenceElements::_keep(const Pegasus::String& path, std::string element) {
-    // Counted with the map node's own overhead, roughly, so that short paths cannot pile up.
-    const std::size_t cost = path.size() * sizeof(Pegasus::Char16) + element.size() + 96;
-    if (_newerBytes + cost > _generationBytes && !_newer.empty()) {
-        _older = std::move(_newer);
-        _newer = Generation();
-        _newerBytes = 0;
+bool PathParts::equal(const CIMObjectPath& x, const CIMObjectPath& y) {
+    const Array<CIMKeyBinding>& xKeys = x.getKeyBindings();
+    const Array<CIMKeyBinding>& yKeys = y.getKeyBindings();
+    if (xKeys.size() != yKeys.size() || !String::equal(x.getHost(), y.getHost()) ||
+        !String::equal(x.getNameSpace().getString(), y.getNameSpace().getString()) ||
+        !String::equal(x.getClassName().getString(), y.getClassName().getString()))
+        return false;
+    for (Uint32 i = 0; i < xKeys.size(); i++) {
+        if (xKeys[i].getType() != yKeys[i].getType() ||
+            !String::equal(xKeys[i].getName().getString(), yKeys[i].getName().getString()) ||
+            !String::equal(xKeys[i].getValue(), yKeys[i].getValue()))
+            return false;
     }
-    _newerBytes += cost;
-    return _newer.insert_or_assign(path, std::move(element)).first->second;
+    return true;
+}
+
+// The path's text is held by the key, unless the instance it came from still holds it too.
+std::size_t PathParts::bytes(const CIMObjectPath& path) {
+    std::size_t total = unitBytes(path.getHost()) + unitBytes(path.getNameSpace().getString()) +
+                        unitBytes(path.getClassName().getString());
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
+    for (Uint32 i = 0; i < keys.size(); i++)
+        total += unitBytes(keys[i].getName().getString()) + unitBytes(keys[i].getValue()) + 64;
+    return total;
 }
 
 } // namespace ksv::cimxml::detail

@@ -91,6 +91,43 @@ TEST(ResponseWriter, RepeatedReferenceKeysDecodeToTheirOwnPaths) {
     EXPECT_EQ(written, names.finish().paths);
 }
 
+// A response writes a repeated reference once and copies it after: paths that differ in any part,
+// if only in the case of a name, must each keep their own spelling.
+TEST(ResponseWriter, RepeatedReferencesKeepTheSpellingOfEachPath) {
+    const auto path = [](const char* host, const char* nameSpace, const char* className,
+                         const char* keyName, const char* value, CIMKeyBinding::Type type) {
+        Array<CIMKeyBinding> keys;
+        keys.append(CIMKeyBinding(CIMName(keyName), String(value), type));
+        return CIMObjectPath(host, CIMNamespaceName(nameSpace), CIMName(className), keys);
+    };
+    const CIMKeyBinding::Type text = CIMKeyBinding::STRING;
+    const CIMObjectPath variants[] = {
+        path("array7", "root/ksv", "KSV_Volume", "DeviceID", "7", text),
+        path("array8", "root/ksv", "KSV_Volume", "DeviceID", "7", text),
+        path("array7", "root/other", "KSV_Volume", "DeviceID", "7", text),
+        path("array7", "root/ksv", "ksv_volume", "DeviceID", "7", text),
+        path("array7", "root/ksv", "KSV_Volume", "DEVICEID", "7", text),
+        path("array7", "root/ksv", "KSV_Volume", "DeviceID", "7", CIMKeyBinding::NUMERIC),
+        path("array7", "root/ksv", "KSV_Volume", "DeviceID", "7b", text),
+        path("array7", "root/ksv", "KSV_Volume", "DeviceID", "7B", text),
+    };
+    std::string body;
+    IMethodResponseWriter writer(body, "41", Operation::EnumerateInstances, arrayDefaults);
+    for (int round = 0; round < 2; round++) {
+        for (const CIMObjectPath& variant : variants) {
+            CIMInstance pair(CIMName("KSV_Based"));
+            pair.addProperty(CIMProperty(CIMName("Dependent"), CIMValue(variant)));
+            pair.setPath(CIMObjectPath("KSV_Based"));
+            writer.writeInstance(pair);
+        }
+    }
+    for (const CIMObjectPath& variant : variants) {
+        std::string element;
+        appendObjectPath(element, variant);
+        EXPECT_NE(std::string::npos, body.find(element)) << element;
+    }
+}
+
 TEST(ResponseWriter, AssociationResultsCarryFullPaths) {
     ChunkedResponse associators(Operation::Associators);
     associators.writer().writeInstance(sampleDisk(1));

@@ -25,8 +25,8 @@ namespace ksv::cimxml::detail {
 class ReferenceElements;
 
 /// Appends DSP0201 elements to a caller's buffer. Holds a scratch string so that writing many
-/// string values reuses one allocation. Given `references`, reference keys already written are
-/// copied from there instead of being parsed again.
+/// string values reuses one allocation. Given `references`, references already written are
+/// copied from there instead of being written again.
 class Writer {
 public:
     explicit Writer(std::string& out, ReferenceElements* references = nullptr)
@@ -60,6 +60,7 @@ private:
     void _namespacePath(const Pegasus::String& host, const Pegasus::CIMNamespaceName& nameSpace);
     void _keyBinding(const Pegasus::CIMKeyBinding& binding);
     void _referenceKeyValue(const Pegasus::CIMKeyBinding& binding);
+    void _valueReference(const Pegasus::CIMObjectPath& path);
     void _typeAttributes(Pegasus::CIMType type);
     void _originAttributes(const Pegasus::CIMName& classOrigin, Pegasus::Boolean propagated);
     void _flavorAttributes(const Pegasus::CIMFlavor& flavor);
