@@ -5,6 +5,11 @@
 
 namespace ksv::server {
 
+namespace {
+// Enough for the producer to find one while the connection sends what is buffered.
+constexpr std::size_t kSpareBuffers = 2;
+} // namespace
+
 ResponseStream::ResponseStream(std::shared_ptr<StreamConnection> connection, StreamLimits limits)
     : _connection(std::move(connection)), _limits(limits) {}
 
@@ -22,6 +27,10 @@ bool ResponseStream::write(std::string& bytes) {
         _buffered += bytes.size();
         _chunks.push_back(std::move(bytes));
         bytes.clear();
+        if (!_spare.empty()) {
+            bytes.swap(_spare.back());
+            _spare.pop_back();
+        }
     }
     const bool wake = takeWakeUp();
     lock.unlock();
@@ -121,6 +130,7 @@ ResponseStream::ReadState ResponseStream::read(char* buffer, std::size_t capacit
         copied += count;
         _frontOffset += count;
         if (_frontOffset == front.size()) {
+            retire(std::move(_chunks.front()));
             _chunks.pop_front();
             _frontOffset = 0;
         }
@@ -135,6 +145,13 @@ ResponseStream::ReadState ResponseStream::read(char* buffer, std::size_t capacit
     _connectionSuspended = true;
     _connection->suspend();
     return ReadState::Suspended;
+}
+
+void ResponseStream::retire(std::string&& sent) {
+    if (_spare.size() == kSpareBuffers || _finished)
+        return;
+    sent.clear();
+    _spare.push_back(std::move(sent));
 }
 
 std::vector<HttpHeader> ResponseStream::trailers() const {

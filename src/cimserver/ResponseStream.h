@@ -52,8 +52,8 @@ public:
     // ---- Producer side -----------------------------------------------------------------------
     // Before the first write; the default head is 200 with no headers.
     void setHead(ResponseHead head);
-    // Takes the bytes (leaving `bytes` empty), waiting for room first. False, taking nothing,
-    // once the exchange has been abandoned.
+    // Takes the bytes, waiting for room first, and leaves `bytes` empty, in the buffer of a piece
+    // already sent when there is one. False, taking nothing, once the exchange has been abandoned.
     bool write(std::string& bytes);
     // The end of the body. Trailers reach only a client whose response is being streamed.
     void finish(std::vector<HttpHeader> trailers = {});
@@ -86,6 +86,7 @@ public:
 
 private:
     bool takeWakeUp();
+    void retire(std::string&& sent);
 
     const std::shared_ptr<StreamConnection> _connection;
     const StreamLimits _limits;
@@ -94,6 +95,9 @@ private:
     std::condition_variable _roomFreed;
     ResponseHead _head;
     std::deque<std::string> _chunks;
+    // Buffers of pieces sent, for the producer's next ones: a fresh buffer per piece cost page
+    // faults, and the allocator handing the memory back to the system while the response went on.
+    std::vector<std::string> _spare;
     std::size_t _frontOffset = 0;
     std::size_t _buffered = 0;
     bool _finished = false;
