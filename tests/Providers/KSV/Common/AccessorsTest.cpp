@@ -9,13 +9,7 @@ namespace {
 // A disk-like instance with one property of each type the readers serve, and null ones.
 CIMInstance sampleInstance() {
     CIMInstance instance("KSV_Thing");
-    Array<String> ports;
-    ports.append("0:1:1");
-    ports.append("1:1:1");
-    Array<Sint32> levels;
-    levels.append(-3);
-    Array<Uint16> status;
-    status.append(2);
+    const String ports[] = {"0:1:1", "1:1:1"};
     instance.addProperty(CIMProperty("Small", CIMValue(Uint8(7))));
     instance.addProperty(CIMProperty("Position", CIMValue(Uint16(12))));
     instance.addProperty(CIMProperty("ID", CIMValue(Uint32(4000000000u))));
@@ -23,9 +17,9 @@ CIMInstance sampleInstance() {
     instance.addProperty(CIMProperty("Allocatable", CIMValue(true)));
     instance.addProperty(
         CIMProperty("Installed", CIMValue(CIMDateTime("20240229123456.000000+060"))));
-    instance.addProperty(CIMProperty("Ports", CIMValue(ports)));
-    instance.addProperty(CIMProperty("Levels", CIMValue(levels)));
-    instance.addProperty(CIMProperty("OperationalStatus", CIMValue(status)));
+    instance.addProperty(CIMProperty("Ports", CIMValue(Array<String>(ports, 2))));
+    instance.addProperty(CIMProperty("Levels", CIMValue(Array<Sint32>(1, -3))));
+    instance.addProperty(CIMProperty("OperationalStatus", CIMValue(Array<Uint16>(1, 2))));
     instance.addProperty(CIMProperty("Ref", CIMValue(path("KSV_DiskDrive.DeviceID=\"X\""))));
     instance.addProperty(CIMProperty("Name", CIMValue(String("disk 7"))));
     instance.addProperty(CIMProperty("NullCount", CIMValue(CIMTYPE_UINT16, false)));
@@ -94,23 +88,20 @@ Array<CIMParamValue> parameters(std::initializer_list<CIMParamValue> values) {
 
 TEST_F(Readers, ParameterPresentOnlyAsNullCountsAsAbsentAndAfterANullIsReportedAsNull) {
     Uint16 size = 5;
-    EXPECT_EQ(
-        KSV_Common::getParameter(
-            parameters({CIMParamValue("Size", CIMValue(CIMTYPE_UINT16, false))}), "Size", size),
-        3);
+    EXPECT_EQ(KSV_Common::getParameter(parameters({{"Size", CIMValue(CIMTYPE_UINT16, false)}}),
+                                       "Size", size),
+              3);
     EXPECT_EQ(KSV_Common::getParameter(parameters({}), "Size", size), 3);
     EXPECT_EQ(size, 5);
-    EXPECT_EQ(KSV_Common::getParameter(parameters({CIMParamValue("Other", CIMValue(Uint16(1))),
-                                                   CIMParamValue("SIZE", CIMValue(Uint16(8)))}),
-                                       "size", size),
-              0);
+    const Array<CIMParamValue> twoSizes =
+        parameters({{"Other", CIMValue(Uint16(1))}, {"SIZE", CIMValue(Uint16(8))}});
+    EXPECT_EQ(KSV_Common::getParameter(twoSizes, "size", size), 0);
     EXPECT_EQ(size, 8);
     String name;
-    EXPECT_EQ(KSV_Common::getParameter(
-                  parameters({CIMParamValue("ElementName", CIMValue(CIMTYPE_STRING, false)),
-                              CIMParamValue("ElementName", CIMValue(String("vol1")))}),
-                  "ElementName", name),
-              4);
+    const Array<CIMParamValue> nullFirst =
+        parameters({{"ElementName", CIMValue(CIMTYPE_STRING, false)},
+                    {"ElementName", CIMValue(String("vol1"))}});
+    EXPECT_EQ(KSV_Common::getParameter(nullFirst, "ElementName", name), 4);
     EXPECT_EQ(text(name), "vol1");
 }
 
@@ -118,10 +109,9 @@ TEST_F(Readers, ParameterReadersTraceNameAndValue) {
     Uint16 size = 0;
     Array<String> names;
     CIMObjectPath element;
-    KSV_Common::getParameter(parameters({CIMParamValue("Size", CIMValue(Uint16(5)))}), "Size",
-                             size);
+    KSV_Common::getParameter(parameters({{"Size", CIMValue(Uint16(5))}}), "Size", size);
     KSV_Common::getParameter(parameters({}), "Names", names);
-    KSV_Common::getParameter(parameters({CIMParamValue("TheElement", CIMValue(path("X.K=\"v\"")))}),
+    KSV_Common::getParameter(parameters({{"TheElement", CIMValue(path("X.K=\"v\""))}}),
                              "TheElement", element);
     EXPECT_EQ(logTexts(4),
               (std::vector<std::string>{

@@ -85,18 +85,17 @@ TEST_F(VerifyRef, NamespaceAndHostMustBeThisSystemsAndAMissingNamespaceIsFilledI
 
 TEST_F(VerifyRef, ClassOverloadsAlsoRequireTheClass) {
     CIMObjectPath ref = path("//ksv-d7.example.net/root/ksv:KSV_StorageVolume.DeviceID=\"V\"");
+    const auto verify = [&ref](const auto& classes) {
+        return KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net", classes);
+    };
     Array<CIMName> volumeClasses;
     volumeClasses.append("KSV_SnapshotVolume");
     volumeClasses.append("ksv_storagevolume");
-    EXPECT_TRUE(KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net",
-                                                 CIMName("KSV_STORAGEVOLUME")));
-    EXPECT_FALSE(KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net",
-                                                  CIMName("KSV_StoragePool")));
-    EXPECT_TRUE(
-        KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net", volumeClasses));
+    EXPECT_TRUE(verify(CIMName("KSV_STORAGEVOLUME")));
+    EXPECT_FALSE(verify(CIMName("KSV_StoragePool")));
+    EXPECT_TRUE(verify(volumeClasses));
     volumeClasses.remove(1);
-    EXPECT_FALSE(
-        KSV_Common::verifyRefMethodParam(ref, "root/ksv", "ksv-d7.example.net", volumeClasses));
+    EXPECT_FALSE(verify(volumeClasses));
 }
 
 const char* const SYSTEM =
@@ -144,42 +143,32 @@ TEST(ReferenceFilters, ReferenceNamesKeepTheInstancesOfTheResultClassThatNameThe
     instances.append(systemDisk("KSV_SystemDisk", DISK_A));
     instances.append(systemDisk("KSV_SystemDisk", DISK_B));
     instances.append(systemDisk("KSV_OtherDisk", DISK_A));
-    const CIMObjectPath diskA = path(DISK_A);
-
-    const Array<CIMInstance> anyClass =
-        KSV_Common::filterReferenceNames(instances, diskA, CIMName(), "");
+    const auto kept = [&instances](const char* object, const CIMName& resultClass,
+                                   const char* role) {
+        return KSV_Common::filterReferenceNames(instances, path(object), resultClass, role);
+    };
+    const Array<CIMInstance> anyClass = kept(DISK_A, CIMName(), "");
     ASSERT_EQ(anyClass.size(), 2u);
     EXPECT_EQ(text(anyClass[1].getClassName().getString()), "KSV_OtherDisk");
-    EXPECT_EQ(KSV_Common::filterReferenceNames(instances, diskA, "ksv_systemdisk", "").size(), 1u);
-    EXPECT_EQ(KSV_Common::filterReferenceNames(instances, path(SYSTEM), "KSV_SystemDisk",
-                                               "GroupComponent")
-                  .size(),
-              2u);
-    EXPECT_EQ(KSV_Common::filterReferenceNames(instances, path(SYSTEM), CIMName(), "PartComponent")
-                  .size(),
-              0u);
+    EXPECT_EQ(kept(DISK_A, "ksv_systemdisk", "").size(), 1u);
+    EXPECT_EQ(kept(SYSTEM, "KSV_SystemDisk", "GroupComponent").size(), 2u);
+    EXPECT_EQ(kept(SYSTEM, CIMName(), "PartComponent").size(), 0u);
 }
 
 TEST(ReferenceFilters, TargetsAreTheFarEndsOfTheRoleAndClassAsked) {
     const CIMInstance assoc = systemDisk("KSV_SystemDisk", DISK_A);
     Array<CIMName> diskClasses;
     diskClasses.append("KSV_DiskDrive");
-
-    const Array<CIMObjectPath> fromSystem =
-        KSV_Common::filterAssocInstanceToTargetPaths(assoc, path(SYSTEM), Array<CIMName>(), "");
+    const auto targets = [&assoc](const char* object, const Array<CIMName>& classes,
+                                  const char* role) {
+        return KSV_Common::filterAssocInstanceToTargetPaths(assoc, path(object), classes, role);
+    };
+    const Array<CIMObjectPath> fromSystem = targets(SYSTEM, Array<CIMName>(), "");
     ASSERT_EQ(fromSystem.size(), 1u);
     EXPECT_EQ(text(fromSystem[0].toString()), DISK_A); // as stored, host included
-    EXPECT_EQ(
-        KSV_Common::filterAssocInstanceToTargetPaths(assoc, path(DISK_A), diskClasses, "").size(),
-        0u);
-    EXPECT_EQ(KSV_Common::filterAssocInstanceToTargetPaths(assoc, path(SYSTEM), diskClasses,
-                                                           "PartComponent")
-                  .size(),
-              1u);
-    EXPECT_EQ(KSV_Common::filterAssocInstanceToTargetPaths(assoc, path(SYSTEM), diskClasses,
-                                                           "GroupComponent")
-                  .size(),
-              0u);
+    EXPECT_EQ(targets(DISK_A, diskClasses, "").size(), 0u);
+    EXPECT_EQ(targets(SYSTEM, diskClasses, "PartComponent").size(), 1u);
+    EXPECT_EQ(targets(SYSTEM, diskClasses, "GroupComponent").size(), 0u);
 
     Array<CIMInstance> candidates;
     for (const char* disk : {DISK_B, "//other/root/ksv:KSV_DiskDrive.DeviceID=\"A\""}) {
@@ -187,17 +176,16 @@ TEST(ReferenceFilters, TargetsAreTheFarEndsOfTheRoleAndClassAsked) {
         candidate.setPath(path(disk));
         candidates.append(candidate);
     }
-    const Array<CIMInstance> targets = KSV_Common::filterAssocInstanceToTargetInstances(
+    const Array<CIMInstance> found = KSV_Common::filterAssocInstanceToTargetInstances(
         assoc, path(SYSTEM), candidates, diskClasses, "");
-    ASSERT_EQ(targets.size(), 1u);
-    EXPECT_EQ(text(targets[0].getPath().getHost()), "other");
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(text(found[0].getPath().getHost()), "other");
 }
 
 TEST(PoolPath, AnyKeyHoldingTheIdentifierInAnyCase) {
-    EXPECT_TRUE(KSV_Common::isPoolPath(path("KSV_StoragePool.InstanceID=\"quanor:PRIMORDIAL\""),
-                                       "QUANOR:primordial"));
-    EXPECT_TRUE(KSV_Common::isPoolPath(path("KSV_StoragePool.A=\"x\",Other=\"QUANOR:primordial\""),
-                                       "QUANOR:primordial"));
+    for (const char* pool : {"KSV_StoragePool.InstanceID=\"quanor:PRIMORDIAL\"",
+                             "KSV_StoragePool.A=\"x\",Other=\"QUANOR:primordial\""})
+        EXPECT_TRUE(KSV_Common::isPoolPath(path(pool), "QUANOR:primordial")) << pool;
     EXPECT_FALSE(KSV_Common::isPoolPath(path("KSV_StoragePool.InstanceID=\"QUANOR:cpg1\""),
                                         "QUANOR:primordial"));
 }

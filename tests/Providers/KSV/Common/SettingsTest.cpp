@@ -1,6 +1,6 @@
-// The storage settings: RAID levels and redundancy pairs, setting identifiers and their object
-// paths, the allocation-unit bounds of a dynamic pool, and fillInRAIDProperties: which properties
-// each kind of identifier receives, their values, and the captions and names.
+// The storage settings: RAID levels and redundancy pairs, setting identifiers, the allocation-unit
+// bounds of a dynamic pool, and fillInRAIDProperties: which properties each kind of identifier
+// receives, their values, and the captions and names.
 #include "ProviderTestSupport.h"
 
 #include <Pegasus/Common/CIMClass.h>
@@ -108,16 +108,6 @@ TEST(SettingIdentifiers, AreRecognisedAsCaseSensitiveSubstrings) {
         EXPECT_EQ(KSV_Common::isGenSettingFromConcretePoolCap(id), kinds == "d" || kinds == "g")
             << c.instanceID;
     }
-}
-
-TEST(SettingIdentifiers, NameTheInstanceInRootKsvOnTheSystemsAddress) {
-    const CIMObjectPath path = KSV_Common::buildSettingCapObjectPath(
-        "192.0.2.20", CIMName("KSV_StorageSetting"), "QUANOR:StorageSetting:RAID10");
-    EXPECT_EQ(
-        text(path.toString()),
-        "//192.0.2.20/root/ksv:KSV_StorageSetting.InstanceID=\"QUANOR:StorageSetting:RAID10\"");
-    ASSERT_EQ(path.getKeyBindings().size(), 1u);
-    EXPECT_EQ(path.getKeyBindings()[0].getType(), CIMKeyBinding::STRING);
 }
 
 using AllocationUnits = SimulatedArrayTest;
