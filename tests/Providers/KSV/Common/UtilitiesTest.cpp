@@ -107,11 +107,8 @@ TEST_F(Ports, LocationsOfFibreChannelAndIscsiPorts) {
 }
 
 TEST_F(Ports, IdentifiersOfPortTexts) {
-    Array<String> texts;
-    texts.append("1:2:1");
-    texts.append("not a port");
-    texts.append("7:15:7");
-    const std::pair<Uint32, Uint16*> ids = KSV_Common::getPortIDs(texts);
+    const String texts[] = {"1:2:1", "not a port", "7:15:7"};
+    const std::pair<Uint32, Uint16*> ids = KSV_Common::getPortIDs(Array<String>(texts, 3));
     ASSERT_EQ(ids.first, 3u);
     EXPECT_EQ(ids.second[0], 145);
     EXPECT_EQ(ids.second[1], 0);
