@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <numeric>
 #include <string>
 #include <Pegasus/Common/HostLocatorCheck.h>
 #include <Pegasus/Common/IntegerText.h>
@@ -34,25 +35,38 @@ void checkHost(const String& host) {
 // Key bindings in canonical order
 //------------------------------------------------------------------------------
 
-// Sorted by name without regard to case; keys of equal name keep their order.
-void sortByName(Array<CIMKeyBinding>& keyBindings) {
-    std::vector<CIMKeyBinding> sorted(keyBindings.getData(),
-                                      keyBindings.getData() + keyBindings.size());
-    std::stable_sort(
-        sorted.begin(), sorted.end(), [](const CIMKeyBinding& a, const CIMKeyBinding& b) {
-            return String::compareNoCase(a.getName().getString(), b.getName().getString()) < 0;
-        });
-    Array<CIMKeyBinding> result(sorted.data(), Uint32(sorted.size()));
-    keyBindings.swap(result);
+bool precedesByName(const CIMKeyBinding& a, const CIMKeyBinding& b) {
+    return String::compareNoCase(a.getName().getString(), b.getName().getString()) < 0;
 }
 
+// Sorted by name without regard to case; keys of equal name keep their order.
+// Only their places are sorted, so that each key is copied once.
+Array<CIMKeyBinding> sortedByName(const Array<CIMKeyBinding>& keyBindings) {
+    const CIMKeyBinding* keys = keyBindings.getData();
+    const Uint32 n = keyBindings.size();
+    if (std::is_sorted(keys, keys + n, precedesByName))
+        return keyBindings;
+    std::vector<Uint32> order(n);
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(),
+                     [&](Uint32 a, Uint32 b) { return precedesByName(keys[a], keys[b]); });
+    Array<CIMKeyBinding> sorted;
+    sorted.reserveCapacity(n);
+    for (Uint32 index : order)
+        sorted.append(keys[index]);
+    return sorted;
+}
+
+bool isCanonicalPath(const String& text);
+
 // Reference values are rewritten as parsed, which puts their own keys in
-// order too; one that does not parse is refused.
+// order too; one that does not parse is refused. Text already in that form
+// is kept as it is.
 void canonicalizeReferences(Array<CIMKeyBinding>& keyBindings) {
     for (Uint32 i = 0; i < keyBindings.size(); i++) {
-        CIMKeyBinding& binding = keyBindings[i];
-        if (binding.getType() == CIMKeyBinding::REFERENCE)
-            binding.setValue(CIMObjectPath(binding.getValue()).toString());
+        const CIMKeyBinding& binding = keyBindings.getData()[i];
+        if (binding.getType() == CIMKeyBinding::REFERENCE && !isCanonicalPath(binding.getValue()))
+            keyBindings[i].setValue(CIMObjectPath(binding.getValue()).toString());
     }
 }
 
@@ -60,218 +74,359 @@ void canonicalizeReferences(Array<CIMKeyBinding>& keyBindings) {
 // Text form
 //------------------------------------------------------------------------------
 
-String escapeValue(const String& value) {
-    String escaped;
-    for (Uint32 i = 0; i < value.size(); i++) {
-        const Char16 c = value[i];
-        if (c == '\\' || c == '"')
-            escaped.append(Char16('\\'));
-        escaped.append(c);
+bool needsEscape(Char16 c) {
+    return c == '\\' || c == '"';
+}
+
+Uint32 escapedLength(const String& value) {
+    const Char16* units = value.getChar16Data();
+    return value.size() + Uint32(std::count_if(units, units + value.size(), needsEscape));
+}
+
+void appendEscaped(String& text, const String& value) {
+    const Char16* units = value.getChar16Data();
+    const Char16* end = units + value.size();
+    for (const Char16* run = units; run != end;) {
+        const Char16* special = std::find_if(run, end, needsEscape);
+        text.append(run, Uint32(special - run));
+        if (special == end)
+            break;
+        text.append(Char16('\\'));
+        text.append(*special);
+        run = special + 1;
     }
-    return escaped;
 }
 
 bool isQuoted(CIMKeyBinding::Type type) {
     return type == CIMKeyBinding::STRING || type == CIMKeyBinding::REFERENCE;
 }
 
-String fromUtf8(const std::string& text) {
-    return String(text.c_str(), Uint32(text.size()));
+bool isAsciiLetter(Uint16 c, char upperLetter) {
+    return c == Uint16(upperLetter) || c == Uint16(upperLetter - 'A' + 'a');
 }
 
-// Whether c is the given upper-case ASCII letter in either case.
-bool isLetterInAnyCase(char c, char upperLetter) {
-    return c == upperLetter || c == upperLetter - 'A' + 'a';
+// Pieces of a path's text are checked through one String per thread, whose
+// buffer is reused, rather than through a new one each.
+const String& scratchText(const Char16* units, Uint32 n) {
+    thread_local String scratch;
+    scratch.assign(units, n);
+    return scratch;
 }
 
-// Reads the text form of an object path, kept as UTF-8 like the names it
-// holds; every delimiter is ASCII.
+// Names made of ASCII go through the constructor for literals, which shares
+// the text of the same name made lately on this thread.
+template <class Name>
+Name nameOf(const Char16* units, Uint32 n) {
+    char ascii[64];
+    if (n >= sizeof(ascii))
+        return Name(String(units, n));
+    for (Uint32 i = 0; i < n; i++) {
+        if (Uint16(units[i]) == 0 || Uint16(units[i]) >= 0x80)
+            return Name(String(units, n));
+        ascii[i] = char(units[i]);
+    }
+    ascii[n] = '\0';
+    return Name(ascii);
+}
+
+// Whether units spell the upper-case ASCII word, in any case if anyCase.
+bool spellsWord(const Char16* units, Uint32 n, const char* word, bool anyCase) {
+    if (n != std::strlen(word))
+        return false;
+    for (Uint32 i = 0; i < n; i++) {
+        const Uint16 c = units[i];
+        const bool same = anyCase ? isAsciiLetter(c, word[i]) : c == Uint16(word[i]);
+        if (!same)
+            return false;
+    }
+    return true;
+}
+
+// The integer parsers read bytes: units beyond ASCII become a byte no number
+// holds, and a null ends the text, as in its UTF-8 form.
+std::string asciiText(const Char16* units, Uint32 n) {
+    std::string text(n, '\0');
+    for (Uint32 i = 0; i < n; i++)
+        text[i] = Uint16(units[i]) < 0x80 ? char(units[i]) : char(0x80);
+    return text;
+}
+
+// Whether name a sorts before name b, as String::compareNoCase orders names.
+bool nameUnitsPrecede(const Char16* a, Uint32 na, const Char16* b, Uint32 nb) {
+    const auto lower = [](Char16 c) {
+        const Uint16 unit = c;
+        return unit >= 'A' && unit <= 'Z' ? Uint16(unit + ('a' - 'A')) : unit;
+    };
+    return std::lexicographical_compare(a, a + na, b, b + nb,
+                                        [&](Char16 x, Char16 y) { return lower(x) < lower(y); });
+}
+
+// Where a parsed path goes.
+struct PathParts {
+    String host;
+    CIMNamespaceName nameSpace;
+    CIMName className;
+    Array<CIMKeyBinding> keyBindings;
+};
+
+// Reads the text form of an object path from its code units; every delimiter
+// is ASCII. Without parts to fill it only checks the text, which builds
+// nothing, and tells whether the text is canonical: what toString() gives
+// for the path it names.
 class ObjectPathParser {
 public:
-    explicit ObjectPathParser(const String& objectName)
-        : _objectName(objectName), _text(static_cast<const char*>(objectName.getCString())) {}
+    ObjectPathParser(const Char16* units, Uint32 size, PathParts* parts)
+        : _units(units), _size(size), _parts(parts) {}
 
-    void parse(String& host, CIMNamespaceName& nameSpace, CIMName& className,
-               Array<CIMKeyBinding>& keyBindings) {
-        const bool gotHost = _parseHost(host);
-        const bool gotNamespace = _parseNamespace(nameSpace);
+    // Throws MalformedObjectNameException if the text does not parse.
+    bool parse() {
+        const bool gotHost = _parseHost();
+        const bool gotNamespace = _parseNamespace(gotHost);
         if (gotHost && !gotNamespace)
             _fail("Common.CIMObjectPath.MISSING_NAMESPACE",
                   "$0, reason:\"host specified, missing namespace\"");
-        const bool hasKeys = _parseClassName(className);
-        if (hasKeys) {
-            _parseKeyBindings(keyBindings);
-            sortByName(keyBindings);
+        if (_parseClassName()) {
+            _parseKeyBindings();
+            _canonical = _canonical && _keyCount > 0;
         }
+        if (_parts && !_sorted)
+            _parts->keyBindings = sortedByName(_parts->keyBindings);
+        return _canonical && _sorted;
     }
+
+    Uint32 keyCount() const { return _keyCount; }
 
 private:
-    [[noreturn]] void _fail(const char* id, const char* reason,
-                            const std::string& detail = std::string()) {
-        throwMalformed(id, reason, _objectName, fromUtf8(detail));
+    [[noreturn]] void _fail(const char* id, const char* reason, Uint32 begin = 0,
+                            Uint32 end = 0) const {
+        throwMalformed(id, reason, String(_units, _size), String(_units + begin, end - begin));
     }
 
-    bool _atEnd() const { return _position >= _text.size(); }
+    bool _atEnd() const { return _position >= _size; }
+
+    Uint32 _find(char c, Uint32 from) const {
+        const Char16* end = _units + _size;
+        return Uint32(std::find(_units + std::min(from, _size), end, Char16(c)) - _units);
+    }
+
+    const String& _scratch(Uint32 begin, Uint32 end) const {
+        return scratchText(_units + begin, end - begin);
+    }
 
     // "//host/": the '/' after the host is left for the namespace.
-    bool _parseHost(String& host) {
-        if (_text.compare(0, 2, "//") != 0)
+    bool _parseHost() {
+        if (_size < 2 || _units[0] != '/' || _units[1] != '/')
             return false;
-        const size_t slash = _text.find('/', 2);
-        if (slash == std::string::npos)
+        const Uint32 slash = _find('/', 2);
+        if (slash == _size)
             _fail("Common.CIMObjectPath.MISSING_SLASH_AFTER_HOST",
                   "$0, reason:\"missing slash after hostname\"");
-        host = fromUtf8(_text.substr(2, slash - 2));
-        if (!isValidHostLocator(host))
+        if (!isValidHostLocator(_scratch(2, slash)))
             _fail("Common.CIMObjectPath.INVALID_HOSTNAME", "$0, reason:\"invalid hostname\"");
+        if (_parts)
+            _parts->host = String(_units + 2, slash - 2);
         _position = slash;
         return true;
     }
 
     // "namespace:" counts only when its ':' comes before the first '.', so a
-    // ':' inside a key value is not taken for it.
-    bool _parseNamespace(CIMNamespaceName& nameSpace) {
-        const size_t colon = _text.find(':', _position);
-        if (colon == std::string::npos)
+    // ':' inside a key value is not taken for it. Its leading '/' is dropped:
+    // the one after a host, or one that toString() will not give back.
+    bool _parseNamespace(bool afterHost) {
+        const Uint32 colon = _find(':', _position);
+        if (colon == _size || _find('.', _position) < colon)
             return false;
-        const size_t dot = _text.find('.', _position);
-        if (dot != std::string::npos && dot < colon)
-            return false;
-        const String name = fromUtf8(_text.substr(_position, colon - _position));
-        if (!CIMNamespaceName::legal(name))
+        if (!CIMNamespaceName::legal(_scratch(_position, colon)))
             _fail("Common.CIMObjectPath.INVALID_NAMESPACE",
                   "$0, reason:\"invalid namespace name\"");
-        nameSpace = name;
+        _canonical = _canonical && (_units[_position] == '/') == afterHost;
+        if (_parts)
+            _parts->nameSpace = nameOf<CIMNamespaceName>(_units + _position, colon - _position);
         _position = colon + 1;
         return true;
     }
 
     // The class name runs to the first '.', after which the keys follow.
-    bool _parseClassName(CIMName& className) {
-        const size_t dot = _text.find('.', _position);
-        const size_t end = dot == std::string::npos ? _text.size() : dot;
-        const std::string name = _text.substr(_position, end - _position);
-        if (!CIMName::legal(fromUtf8(name)))
+    bool _parseClassName() {
+        const Uint32 end = _find('.', _position);
+        if (!CIMName::legal(_scratch(_position, end)))
             _fail("Common.CIMObjectPath.INVALID_CLASSNAME",
-                  "$0, reason:\"class name $1 not a legal CIM name\"", name);
-        className = fromUtf8(name);
+                  "$0, reason:\"class name $1 not a legal CIM name\"", _position, end);
+        if (_parts)
+            _parts->className = nameOf<CIMName>(_units + _position, end - _position);
         _position = end + 1;
-        return dot != std::string::npos;
+        return end != _size;
     }
 
     // name=value pairs separated by ',', a trailing ',' being tolerated.
-    void _parseKeyBindings(Array<CIMKeyBinding>& keyBindings) {
+    void _parseKeyBindings() {
         while (!_atEnd()) {
-            const CIMName name = _parseKeyName();
-            keyBindings.append(_parseKeyValue(name));
+            _parseKeyName();
+            _parseKeyValue();
+            _keyCount++;
             if (_atEnd())
-                break;
-            if (_text[_position++] != ',')
+                return;
+            if (_units[_position++] != ',')
                 _fail("Common.CIMObjectPath.INVALID_KEYVALUEPAIR_MISSCOMMA",
                       "$0, reason:\"invalid key-value pair, next key-value pair has to start "
                       "with comma\"");
+            _canonical = _canonical && !_atEnd();
         }
     }
 
-    CIMName _parseKeyName() {
-        const size_t equalSign = _text.find('=', _position);
-        if (equalSign == std::string::npos)
+    void _parseKeyName() {
+        const Uint32 equalSign = _find('=', _position);
+        if (equalSign == _size)
             _fail("Common.CIMObjectPath.INVALID_KEYVALUEPAIR",
                   "$0, reason:\"invalid key-value pair, missing equal sign\"");
-        const std::string name = _text.substr(_position, equalSign - _position);
-        if (!CIMName::legal(fromUtf8(name)))
+        if (!CIMName::legal(_scratch(_position, equalSign)))
             _fail("Common.CIMObjectPath.INVALID_KEYNAME",
-                  "$0, reason:\"invalid key-value pair, invalid key name:$1\"", name);
+                  "$0, reason:\"invalid key-value pair, invalid key name:$1\"", _position,
+                  equalSign);
+        const Char16* name = _units + _position;
+        const Uint32 size = equalSign - _position;
+        _sorted = _sorted && !nameUnitsPrecede(name, size, _lastName, _lastNameSize);
+        if (_parts)
+            _name = nameOf<CIMName>(name, size);
+        _lastName = name;
+        _lastNameSize = size;
         _position = equalSign + 1;
-        return CIMName(fromUtf8(name));
     }
 
-    CIMKeyBinding _parseKeyValue(const CIMName& name) {
-        const char first = _atEnd() ? '\0' : _text[_position];
+    void _parseKeyValue() {
+        const Uint16 first = _atEnd() ? 0 : Uint16(_units[_position]);
         if (first == '"')
-            return _parseQuotedValue(name);
-        if (isLetterInAnyCase(first, 'T') || isLetterInAnyCase(first, 'F'))
-            return _parseBooleanValue(name);
-        return _parseNumericValue(name);
+            _parseQuotedValue();
+        else if (isAsciiLetter(first, 'T') || isAsciiLetter(first, 'F'))
+            _parseBooleanValue();
+        else
+            _parseNumericValue();
+    }
+
+    // Made in its place, which spares copying a whole binding into the array.
+    void _keep(const String& value, CIMKeyBinding::Type type) {
+        if (!_parts)
+            return;
+        Array<CIMKeyBinding>& keys = _parts->keyBindings;
+        keys.append(CIMKeyBinding());
+        CIMKeyBinding& key = keys[keys.size() - 1];
+        key.setName(_name);
+        key.setValue(value);
+        key.setType(type);
     }
 
     // A quoted value is a reference if it parses as a path with keys, a
-    // string otherwise: the text form does not tell them apart.
-    CIMKeyBinding _parseQuotedValue(const CIMName& name) {
-        std::string value;
-        for (_position++; !_atEnd() && _text[_position] != '"'; _position++) {
-            if (_text[_position] == '\\') {
+    // string otherwise: the text form does not tell them apart. Escapes are
+    // undone only when there are any.
+    void _parseQuotedValue() {
+        const Uint32 begin = ++_position;
+        bool escaped = false;
+        bool hasEqualSign = false;
+        for (; !_atEnd() && _units[_position] != '"'; _position++) {
+            if (_units[_position] == '\\') {
                 _position++;
-                if (_atEnd() || (_text[_position] != '\\' && _text[_position] != '"'))
+                if (_atEnd() || (_units[_position] != '\\' && _units[_position] != '"'))
                     _fail("Common.CIMObjectPath.INVALID_KEYVALUE",
                           "$0, reason:\"invalid key-value pair, malformed value\"");
+                escaped = true;
             }
-            value += _text[_position];
+            hasEqualSign = hasEqualSign || _units[_position] == '=';
         }
         if (_atEnd())
             _fail("Common.CIMObjectPath.INVALID_KEYVALUEPAIR_MISSINGQUOTE",
                   "$0, reason:\"invalid key-value pair, missing quote in key value\"");
-        _position++;
-        const String text = fromUtf8(value);
-        CIMObjectPath reference;
-        if (value.find('=') != std::string::npos && _parsesWithKeys(text, reference))
-            return CIMKeyBinding(name, reference.toString(), CIMKeyBinding::REFERENCE);
-        return CIMKeyBinding(name, text, CIMKeyBinding::STRING);
+        const Uint32 end = _position++;
+        if (!hasEqualSign && !_parts)
+            return;
+        const String value = escaped ? _unescaped(begin, end) : String(_units + begin, end - begin);
+        if (!hasEqualSign)
+            return _keep(value, CIMKeyBinding::STRING);
+        const NestedPath nested = checkNested(value);
+        if (!nested.isReference)
+            return _keep(value, CIMKeyBinding::STRING);
+        _canonical = _canonical && nested.canonical;
+        _keep(nested.canonical ? value : CIMObjectPath(value).toString(), CIMKeyBinding::REFERENCE);
     }
 
-    static bool _parsesWithKeys(const String& text, CIMObjectPath& path) {
+    struct NestedPath {
+        bool isReference;
+        bool canonical;
+    };
+
+    static NestedPath checkNested(const String& text) {
         try {
-            path.set(text);
-            return path.getKeyBindings().size() > 0;
+            ObjectPathParser parser(text.getChar16Data(), text.size(), nullptr);
+            const bool canonical = parser.parse();
+            return {parser.keyCount() > 0, canonical};
         } catch (const Exception&) {
-            return false;
+            return {false, false};
         }
     }
 
-    std::string _unquotedValue() {
-        const size_t comma = _text.find(',', _position);
-        const size_t end = comma == std::string::npos ? _text.size() : comma;
-        std::string value = _text.substr(_position, end - _position);
-        _position = end;
+    String _unescaped(Uint32 begin, Uint32 end) const {
+        String value;
+        value.reserveCapacity(end - begin);
+        for (Uint32 i = begin; i < end; i++) {
+            if (_units[i] == '\\')
+                i++;
+            value.append(_units[i]);
+        }
         return value;
     }
 
+    Uint32 _unquotedEnd() const { return _find(',', _position); }
+
     // TRUE or FALSE in any case, kept in upper case.
-    CIMKeyBinding _parseBooleanValue(const CIMName& name) {
-        std::string value = _unquotedValue();
-        for (char& c : value) {
-            if (c >= 'a' && c <= 'z')
-                c = char(c - 'a' + 'A');
-        }
-        if (value != "TRUE" && value != "FALSE")
+    void _parseBooleanValue() {
+        const Uint32 begin = _position;
+        _position = _unquotedEnd();
+        const Uint32 n = _position - begin;
+        const bool isTrue = spellsWord(_units + begin, n, "TRUE", true);
+        if (!isTrue && !spellsWord(_units + begin, n, "FALSE", true))
             _fail("Common.CIMObjectPath.INVALID_BOOLVALUE",
                   "$0, reason:\"invalid key-value pair, value should be TRUE or FALSE\"");
-        return CIMKeyBinding(name, fromUtf8(value), CIMKeyBinding::BOOLEAN);
+        const char* word = isTrue ? "TRUE" : "FALSE";
+        _canonical = _canonical && spellsWord(_units + begin, n, word, false);
+        _keep(String(word), CIMKeyBinding::BOOLEAN);
     }
 
     // Decimal or hexadecimal integers; only a '-' may precede them.
-    CIMKeyBinding _parseNumericValue(const CIMName& name) {
-        const std::string value = _unquotedValue();
-        if (!value.empty() && value[0] == '-') {
+    void _parseNumericValue() {
+        const Uint32 begin = _position;
+        _position = _unquotedEnd();
+        const std::string text = asciiText(_units + begin, _position - begin);
+        if (!text.empty() && text[0] == '-') {
             Sint64 number;
-            if (!parseSignedInteger(value.c_str(), number))
+            if (!parseSignedInteger(text.c_str(), number))
                 _fail("Common.CIMObjectPath.INVALID_NEGATIVNUMBER_VALUE",
                       "$0, reason:\"invalid key-value pair, invalid negative number value $1\"",
-                      value);
+                      begin, _position);
         } else {
             Uint64 number;
-            if (!parseUnsignedInteger(value.c_str(), number))
+            if (!parseUnsignedInteger(text.c_str(), number))
                 _fail("Common.CIMObjectPath.INVALID_NEGATIVNUMBER_VALUE",
-                      "$0, reason:\"invalid key-value pair, invalid number value $1\"", value);
+                      "$0, reason:\"invalid key-value pair, invalid number value $1\"", begin,
+                      _position);
         }
-        return CIMKeyBinding(name, fromUtf8(value), CIMKeyBinding::NUMERIC);
+        _keep(String(_units + begin, _position - begin), CIMKeyBinding::NUMERIC);
     }
 
-    const String& _objectName;
-    const std::string _text;
-    size_t _position = 0;
+    const Char16* const _units;
+    const Uint32 _size;
+    PathParts* const _parts;
+    Uint32 _position = 0;
+    Uint32 _keyCount = 0;
+    bool _canonical = true;
+    bool _sorted = true;
+    const Char16* _lastName = nullptr;
+    Uint32 _lastNameSize = 0;
+    // The name of the key being read, when the keys are kept.
+    CIMName _name;
 };
 
+bool isCanonicalPath(const String& text) {
+    return ObjectPathParser(text.getChar16Data(), text.size(), nullptr).parse();
+}
 //------------------------------------------------------------------------------
 // Comparison helpers
 //------------------------------------------------------------------------------
@@ -403,9 +558,8 @@ void CIMObjectPath::clear() {
 void CIMObjectPath::set(const String& host, const CIMNamespaceName& nameSpace,
                         const CIMName& className, const Array<CIMKeyBinding>& keyBindings) {
     checkHost(host);
-    Array<CIMKeyBinding> sorted(keyBindings);
+    Array<CIMKeyBinding> sorted = sortedByName(keyBindings);
     canonicalizeReferences(sorted);
-    sortByName(sorted);
     _host = host;
     _nameSpace = nameSpace;
     _className = className;
@@ -415,10 +569,12 @@ void CIMObjectPath::set(const String& host, const CIMNamespaceName& nameSpace,
 // On a parse error the path is left cleared.
 void CIMObjectPath::set(const String& objectName) {
     clear();
-    CIMObjectPath parsed;
-    ObjectPathParser(objectName)
-        .parse(parsed._host, parsed._nameSpace, parsed._className, parsed._keyBindings);
-    *this = parsed;
+    PathParts parsed;
+    ObjectPathParser(objectName.getChar16Data(), objectName.size(), &parsed).parse();
+    _host = std::move(parsed.host);
+    _nameSpace = parsed.nameSpace;
+    _className = parsed.className;
+    _keyBindings.swap(parsed.keyBindings);
 }
 
 CIMObjectPath& CIMObjectPath::operator=(const String& objectName) {
@@ -456,23 +612,36 @@ const Array<CIMKeyBinding>& CIMObjectPath::getKeyBindings() const {
 }
 
 void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
-    Array<CIMKeyBinding> sorted(keyBindings);
+    Array<CIMKeyBinding> sorted = sortedByName(keyBindings);
     canonicalizeReferences(sorted);
-    sortByName(sorted);
     _keyBindings.swap(sorted);
 }
 
-// A namespace is written whenever there is a host, even an empty one.
+// A namespace is written whenever there is a host, even an empty one. The
+// length is known before anything is written, so the text is allocated once.
 String CIMObjectPath::toString() const {
+    const bool withHost = _host.size() != 0;
+    const bool withNamespace = !_nameSpace.isNull() || withHost;
+    Uint32 length = _className.getString().size();
+    if (withHost)
+        length += _host.size() + 3;
+    if (withNamespace)
+        length += _nameSpace.getString().size() + 1;
+    for (Uint32 i = 0; i < _keyBindings.size(); i++) {
+        const CIMKeyBinding& binding = _keyBindings[i];
+        length += binding.getName().getString().size() + 2 + escapedLength(binding.getValue()) +
+                  (isQuoted(binding.getType()) ? 2 : 0);
+    }
     String text;
-    if (_host.size() != 0) {
+    text.reserveCapacity(length);
+    if (withHost) {
         text.append("//");
         text.append(_host);
-        text.append("/");
+        text.append(Char16('/'));
     }
-    if (!_nameSpace.isNull() || _host.size() != 0) {
+    if (withNamespace) {
         text.append(_nameSpace.getString());
-        text.append(":");
+        text.append(Char16(':'));
     }
     text.append(_className.getString());
     for (Uint32 i = 0; i < _keyBindings.size(); i++) {
@@ -483,7 +652,7 @@ String CIMObjectPath::toString() const {
         const bool quoted = isQuoted(binding.getType());
         if (quoted)
             text.append(Char16('"'));
-        text.append(escapeValue(binding.getValue()));
+        appendEscaped(text, binding.getValue());
         if (quoted)
             text.append(Char16('"'));
     }

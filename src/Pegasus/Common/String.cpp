@@ -204,16 +204,25 @@ void String::_retain(Rep* rep) {
         rep->refs.fetch_add(1, std::memory_order_relaxed);
 }
 
+// The holder of the only reference is the only one who can change the count,
+// so it frees the text without an atomic read-modify-write.
 void String::_release(Rep* rep) {
-    if (rep != _emptyRep() && rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    if (rep == _emptyRep())
+        return;
+    if (rep->refs.load(std::memory_order_acquire) == 1 ||
+        rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         rep->~Rep();
         ::operator delete(rep);
     }
 }
 
+bool String::_ownsRoomFor(Uint32 capacity) const {
+    return _rep != _emptyRep() && _rep->refs.load(std::memory_order_acquire) == 1 &&
+           _rep->capacity >= capacity;
+}
+
 void String::_reserveOwn(Uint32 capacity) {
-    const bool own = _rep != _emptyRep() && _rep->refs.load(std::memory_order_acquire) == 1;
-    if (own && _rep->capacity >= capacity)
+    if (_ownsRoomFor(capacity))
         return;
     Rep* rep = _allocate(std::max(capacity, _length()));
     std::memcpy(_unitsOf(rep), _units(), (size_t(_length()) + 1) * sizeof(Char16));
@@ -298,8 +307,14 @@ String& String::assign(const Char16* str) {
     return assign(str, Uint32(char16Length(str)));
 }
 
+// Text of its own with room enough is overwritten in place.
 String& String::assign(const Char16* str, Uint32 n) {
     checkNotNull(str);
+    if (n != 0 && _ownsRoomFor(n)) {
+        std::memmove(_units(), str, size_t(n) * sizeof(Char16));
+        _setLength(n);
+        return *this;
+    }
     Rep* rep = n == 0 ? _emptyRep() : _allocate(n);
     if (n != 0) {
         std::memcpy(_unitsOf(rep), str, size_t(n) * sizeof(Char16));

@@ -102,12 +102,32 @@ TEST(ObjectPathKeys, KeysAreSortedByNameWithoutRegardToCase) {
     EXPECT_EQ("A.a=4,A_b=2,Ab=3,b=1", utf8(p.toString()));
 }
 
+// A reference is kept in the form its path prints, whether it is given as a
+// binding or inside a path's text, and whatever form it came in.
 TEST(ObjectPathKeys, ReferenceValuesAreNormalizedOrRefused) {
+    const std::pair<const char*, const char*> references[] = {
+        {"//h/root:B.a=\"2\",z=\"1\"", "//h/root:B.a=\"2\",z=\"1\""},
+        {"B.z=\"1\",a=\"2\"", "B.a=\"2\",z=\"1\""},
+        {"B.b=1,a=2,A=3", "B.a=2,A=3,b=1"},
+        {"B.a=true,b=FALSE", "B.a=TRUE,b=FALSE"},
+        {"B.a=1,", "B.a=1"},
+        {"/root:B.a=1", "root:B.a=1"},
+        {"B.r=\"C.y=1,x=2\"", "B.r=\"C.x=2,y=1\""},
+        {"B.r=\"C.x=\\\"a\\\\\\\\b\\\",y=1\"", "B.r=\"C.x=\\\"a\\\\\\\\b\\\",y=1\""},
+        {"B.s=\"a\\\\b=c\",r=\"C.x=1,\"", "B.r=\"C.x=1\",s=\"a\\\\b=c\""},
+    };
     CIMObjectPath p;
-    p.setClassName(CIMName("Assoc"));
-    p.setKeyBindings(Array<CIMKeyBinding>(
-        1, CIMKeyBinding(CIMName("Ref"), "B.z=\"1\",a=\"2\"", CIMKeyBinding::REFERENCE)));
-    EXPECT_EQ("B.a=\"2\",z=\"1\"", utf8(p.getKeyBindings()[0].getValue()));
+    for (const auto& [given, normal] : references) {
+        p.setKeyBindings(Array<CIMKeyBinding>(
+            1, CIMKeyBinding(CIMName("Ref"), given, CIMKeyBinding::REFERENCE)));
+        EXPECT_EQ(normal, utf8(p.getKeyBindings()[0].getValue())) << given;
+        std::string quoted;
+        for (const char* c = given; *c; c++)
+            quoted += std::string(*c == '"' || *c == '\\' ? "\\" : "") + *c;
+        const CIMObjectPath outer = path(("A.Ref=\"" + quoted + "\"").c_str());
+        EXPECT_EQ(CIMKeyBinding::REFERENCE, outer.getKeyBindings()[0].getType()) << given;
+        EXPECT_EQ(normal, utf8(outer.getKeyBindings()[0].getValue())) << given;
+    }
     EXPECT_THROW(p.setKeyBindings(Array<CIMKeyBinding>(
                      1, CIMKeyBinding(CIMName("Ref"), "not a path", CIMKeyBinding::REFERENCE))),
                  MalformedObjectNameException);

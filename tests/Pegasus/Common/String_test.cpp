@@ -118,6 +118,12 @@ TEST(StringSharing, ChangingACopyOrFailingToLeavesOtherCopiesAsTheyWere) {
         {"ac", [](String& s) { s.remove(1, 1); }},
         {"abc", [](String& s) { s.toLower(); }},
         {"aBc", [](String& s) { EXPECT_THROW(s.append("d\xFF"), Exception); }},
+        {"Bc", [](String& s) { s.assign(s.getChar16Data() + 1, 2); }},
+        {"Bc",
+         [](String& s) {
+             s.reserveCapacity(8);
+             s.assign(s.getChar16Data() + 1, 2);
+         }},
     };
     for (const auto& [expected, change] : changes) {
         const String original("aBc");
