@@ -39,21 +39,40 @@ bool precedesByName(const CIMKeyBinding& a, const CIMKeyBinding& b) {
     return String::compareNoCase(a.getName().getString(), b.getName().getString()) < 0;
 }
 
+// Stable, and without memory of its own.
+template <class Precedes>
+void insertionSort(Uint32* items, Uint32 n, Precedes precedes) {
+    for (Uint32 i = 1; i < n; i++) {
+        const Uint32 item = items[i];
+        Uint32 j = i;
+        for (; j > 0 && precedes(item, items[j - 1]); j--)
+            items[j] = items[j - 1];
+        items[j] = item;
+    }
+}
+
 // Sorted by name without regard to case; keys of equal name keep their order.
-// Only their places are sorted, so that each key is copied once.
+// Only their places are sorted, so that each key is copied once; the few
+// keys of a path are sorted by insertion.
 Array<CIMKeyBinding> sortedByName(const Array<CIMKeyBinding>& keyBindings) {
     const CIMKeyBinding* keys = keyBindings.getData();
     const Uint32 n = keyBindings.size();
     if (std::is_sorted(keys, keys + n, precedesByName))
         return keyBindings;
-    std::vector<Uint32> order(n);
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(),
-                     [&](Uint32 a, Uint32 b) { return precedesByName(keys[a], keys[b]); });
+    const auto precedes = [&](Uint32 a, Uint32 b) { return precedesByName(keys[a], keys[b]); };
+    constexpr Uint32 kFewKeys = 16;
+    Uint32 few[kFewKeys];
+    std::vector<Uint32> many(n > kFewKeys ? n : 0);
+    Uint32* order = n > kFewKeys ? many.data() : few;
+    std::iota(order, order + n, 0);
+    if (n > kFewKeys)
+        std::stable_sort(order, order + n, precedes);
+    else
+        insertionSort(order, n, precedes);
     Array<CIMKeyBinding> sorted;
     sorted.reserveCapacity(n);
-    for (Uint32 index : order)
-        sorted.append(keys[index]);
+    for (Uint32 i = 0; i < n; i++)
+        sorted.append(keys[order[i]]);
     return sorted;
 }
 
@@ -106,9 +125,13 @@ bool isAsciiLetter(Uint16 c, char upperLetter) {
 }
 
 // Pieces of a path's text are checked through one String per thread, whose
-// buffer is reused, rather than through a new one each.
+// buffer is reused, rather than through a new one each. A long piece is let
+// go at the next one, so that the buffer kept stays small.
 const String& scratchText(const Char16* units, Uint32 n) {
+    constexpr Uint32 kLongPiece = 1024;
     thread_local String scratch;
+    if (scratch.size() > kLongPiece)
+        scratch.clear();
     scratch.assign(units, n);
     return scratch;
 }
