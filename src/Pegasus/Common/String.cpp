@@ -162,6 +162,13 @@ Uint16 noFold(Uint16 c) {
     return c;
 }
 
+// Whether one String alone holds the text; the shared empty text counts no
+// holders, so it never is.
+template <class Rep>
+bool isSoleHolder(const Rep* rep) {
+    return rep->refs.load(std::memory_order_acquire) == 1;
+}
+
 } // namespace
 
 //------------------------------------------------------------------------------
@@ -209,20 +216,14 @@ void String::_retain(Rep* rep) {
 void String::_release(Rep* rep) {
     if (rep == _emptyRep())
         return;
-    if (rep->refs.load(std::memory_order_acquire) == 1 ||
-        rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    if (isSoleHolder(rep) || rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         rep->~Rep();
         ::operator delete(rep);
     }
 }
 
-bool String::_ownsRoomFor(Uint32 capacity) const {
-    return _rep != _emptyRep() && _rep->refs.load(std::memory_order_acquire) == 1 &&
-           _rep->capacity >= capacity;
-}
-
 void String::_reserveOwn(Uint32 capacity) {
-    if (_ownsRoomFor(capacity))
+    if (isSoleHolder(_rep) && _rep->capacity >= capacity)
         return;
     Rep* rep = _allocate(std::max(capacity, _length()));
     std::memcpy(_unitsOf(rep), _units(), (size_t(_length()) + 1) * sizeof(Char16));
@@ -310,7 +311,7 @@ String& String::assign(const Char16* str) {
 // Text of its own with room enough is overwritten in place.
 String& String::assign(const Char16* str, Uint32 n) {
     checkNotNull(str);
-    if (n != 0 && _ownsRoomFor(n)) {
+    if (n != 0 && isSoleHolder(_rep) && _rep->capacity >= n) {
         std::memmove(_units(), str, size_t(n) * sizeof(Char16));
         _setLength(n);
         return *this;

@@ -135,7 +135,6 @@ private:
     Uint32 _length() const {
         return _rep->size;
     }
-    bool _ownsRoomFor(Uint32 capacity) const;
     // Makes the text this String's own with room for capacity units.
     void _reserveOwn(Uint32 capacity);
     void _reserveToAppend(Uint32 n);
