@@ -198,8 +198,10 @@ struct PathParts {
 // for the path it names.
 class ObjectPathParser {
 public:
+    // The text ends at its first null, as its C string does.
     ObjectPathParser(const Char16* units, Uint32 size, PathParts* parts)
-        : _units(units), _size(size), _parts(parts) {}
+        : _units(units), _size(Uint32(std::find(units, units + size, Char16(0)) - units)),
+          _textSize(size), _parts(parts) {}
 
     // Throws MalformedObjectNameException if the text does not parse.
     bool parse() {
@@ -210,7 +212,7 @@ public:
                   "$0, reason:\"host specified, missing namespace\"");
         if (_parseClassName()) {
             _parseKeyBindings();
-            _canonical = _canonical && _keyCount > 0;
+            _canonical = _canonical && _keyCount > 0 && _size == _textSize;
         }
         if (_parts && !_sorted)
             _parts->keyBindings = sortedByName(_parts->keyBindings);
@@ -222,7 +224,7 @@ public:
 private:
     [[noreturn]] void _fail(const char* id, const char* reason, Uint32 begin = 0,
                             Uint32 end = 0) const {
-        throwMalformed(id, reason, String(_units, _size), String(_units + begin, end - begin));
+        throwMalformed(id, reason, String(_units, _textSize), String(_units + begin, end - begin));
     }
 
     bool _atEnd() const { return _position >= _size; }
@@ -436,6 +438,7 @@ private:
 
     const Char16* const _units;
     const Uint32 _size;
+    const Uint32 _textSize;
     PathParts* const _parts;
     Uint32 _position = 0;
     Uint32 _keyCount = 0;
