@@ -43,6 +43,19 @@ public:
         return PEG_NOT_FOUND;
     }
 
+    /** A hash equal for names equal without regard to (ASCII) case. */
+    static Uint32 hashNoCase(const String& name) {
+        const Char16* units = name.getChar16Data();
+        Uint32 hash = 2166136261u;
+        for (Uint32 i = 0, n = name.size(); i < n; i++) {
+            Uint16 unit = Uint16(units[i]);
+            if (unit >= 'A' && unit <= 'Z')
+                unit = Uint16(unit + ('a' - 'A'));
+            hash = (hash ^ unit) * 16777619u;
+        }
+        return hash;
+    }
+
 private:
     struct Entry {
         Uint32 hash;
@@ -56,18 +69,6 @@ private:
         while (size < size_t(count) * 2)
             size *= 2;
         return size;
-    }
-
-    static Uint32 hashNoCase(const String& name) {
-        const Char16* units = name.getChar16Data();
-        Uint32 hash = 2166136261u;
-        for (Uint32 i = 0, n = name.size(); i < n; i++) {
-            Uint16 unit = Uint16(units[i]);
-            if (unit >= 'A' && unit <= 'Z')
-                unit = Uint16(unit + ('a' - 'A'));
-            hash = (hash ^ unit) * 16777619u;
-        }
-        return hash;
     }
 
     std::vector<Entry> _entries;

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "CIMNameIndex.h"
 #include "Exception.h"
 
 PEGASUS_NAMESPACE_BEGIN
@@ -20,21 +21,6 @@ void checkNoNullName(const Array<CIMName>& names) {
         if (names[i].isNull())
             throw UninitializedObjectException();
     }
-}
-
-Uint16 foldedCase(Uint16 code) {
-    return (code >= 'A' && code <= 'Z') ? Uint16(code + ('a' - 'A')) : code;
-}
-
-// Names equal without regard to case get equal tags.
-Uint32 nameTag(const CIMName& name) {
-    const String& text = name.getString();
-    Uint32 hash = 2166136261u;
-    for (Uint32 i = 0; i < text.size(); i++) {
-        hash ^= foldedCase(Uint16(text[i]));
-        hash *= 16777619u;
-    }
-    return hash;
 }
 
 bool containsName(const Array<CIMName>& names, const CIMName& name) {
@@ -107,7 +93,7 @@ void CIMPropertyList::append(Array<String>& propertyListArray) {
     }
     if (distinct.size() != 0) {
         for (Uint32 i = 0; i < distinct.size(); i++)
-            _rep->tags.push_back(nameTag(distinct[i]));
+            _rep->tags.push_back(CIMNameIndex::hashNoCase(distinct[i].getString()));
         _rep->names = distinct;
     }
     _rep->isNull = false;
