@@ -166,7 +166,7 @@ bool spellsWord(const Char16* units, Uint32 n, const char* word, bool anyCase) {
 }
 
 // The integer parsers read bytes: units beyond ASCII become a byte no number
-// holds, and a null ends the text, as in its UTF-8 form.
+// holds.
 std::string asciiText(const Char16* units, Uint32 n) {
     std::string text(n, '\0');
     for (Uint32 i = 0; i < n; i++)
