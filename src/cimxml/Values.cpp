@@ -1,6 +1,7 @@
 #include <cimxml/Values.h>
 #include <cimxml/Elements.h>
 #include <cimxml/detail/Fail.h>
+#include <cimxml/detail/Reader.h>
 #include <cimxml/detail/XmlText.h>
 
 #include <Pegasus/Common/CIMDateTime.h>
@@ -193,6 +194,34 @@ CIMValue parseWithModel(std::string_view text, CIMType type, Parse parse) {
     }
 }
 
+// A path read from text keeps to the limits of one read from elements, which is how its written
+// form is read back.
+void checkWithin(const String& part, std::size_t limit) {
+    const std::size_t bytes = std::string(part.getCString()).size();
+    if (bytes > limit)
+        throw Exception(String(("a name or key of " + std::to_string(bytes) +
+                                " bytes is longer than " + std::to_string(limit) + " bytes")
+                                   .c_str()));
+}
+
+CIMObjectPath pathWithinLimits(const String& text) {
+    CIMObjectPath path(text);
+    const String nameSpace = path.getNameSpace().getString();
+    for (Uint32 begin = 0; begin <= nameSpace.size();) {
+        Uint32 end = nameSpace.find(begin, Char16('/'));
+        end = end == PEG_NOT_FOUND ? nameSpace.size() : end;
+        checkWithin(nameSpace.subString(begin, end - begin), detail::Reader::kMaxNameBytes);
+        begin = end + 1;
+    }
+    checkWithin(path.getClassName().getString(), detail::Reader::kMaxNameBytes);
+    const Array<CIMKeyBinding> keys = path.getKeyBindings();
+    for (Uint32 i = 0; i < keys.size(); i++) {
+        checkWithin(keys[i].getName().getString(), detail::Reader::kMaxNameBytes);
+        checkWithin(keys[i].getValue(), detail::Reader::kMaxKeyBytes);
+    }
+    return path;
+}
+
 CIMValue parseStructured(std::string_view text, CIMType type) {
     const std::string_view trimmed = detail::trimXmlSpace(text);
     return parseWithModel(text, type, [&]() {
@@ -200,7 +229,7 @@ CIMValue parseStructured(std::string_view text, CIMType type) {
         case CIMTYPE_DATETIME:
             return CIMValue(CIMDateTime(parseString(trimmed)));
         case CIMTYPE_REFERENCE:
-            return CIMValue(CIMObjectPath(parseString(trimmed)));
+            return CIMValue(pathWithinLimits(parseString(trimmed)));
         case CIMTYPE_OBJECT:
             return CIMValue(decodeObject(text));
         default:
