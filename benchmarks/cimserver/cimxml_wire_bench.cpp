@@ -15,7 +15,9 @@
 // median client's time; MB/s all bytes over time_ms; cpu_ms the server's CPU time for the case;
 // base_ms the trivial sender's time for the same byte counts and ratio time_ms to it; rss0,
 // peak and rss1 the server's resident memory before, at most during, and after the case;
-// extra/enum (peak - rss0) per client.
+// extra/enum (peak - rss0) per client. Each case follows a warm-up request by --pause-ms, as a
+// client's next request would, and rss1 is read --settle-ms after it, once the server has had
+// time to give idle memory back.
 #include <CLI/CLI.hpp>
 
 #include <arpa/inet.h>
@@ -420,12 +422,16 @@ void printHeader() {
                 "cpu_ms", "base_ms", "ratio", "rss0_MB", "peak_MB", "rss1_MB", "extra/enum");
 }
 
-void runCase(const Target& target, const Case& measured, unsigned clients,
-             std::chrono::milliseconds settle) {
+struct Waits {
+    std::chrono::milliseconds pause;
+    std::chrono::milliseconds settle;
+};
+
+void runCase(const Target& target, const Case& measured, unsigned clients, Waits waits) {
     const std::string request = httpRequest(target, measured.operation, measured.className);
     std::string sample;
     exchange(target, request, measured.marker, &sample); // warms the providers up
-    std::this_thread::sleep_for(settle);
+    std::this_thread::sleep_for(waits.pause);
     std::vector<ExchangeFigures> figures(clients);
     MemoryWatch memory(target.pid);
     const double cpuBefore = target.pid != 0 ? cpuMilliseconds(target.pid) : 0;
@@ -435,7 +441,7 @@ void runCase(const Target& target, const Case& measured, unsigned clients,
     });
     const double wall = millisecondsBetween(start, Clock::now());
     const double cpu = target.pid != 0 ? cpuMilliseconds(target.pid) - cpuBefore : 0;
-    const MemoryWatch::Figures rss = memory.finish(settle);
+    const MemoryWatch::Figures rss = memory.finish(waits.settle);
 
     double ttfb = 0, firstItem = 0;
     std::vector<double> times;
@@ -477,7 +483,7 @@ int main(int argc, char** argv) {
     Target target;
     std::string url, model, server = KSV_CIMSERVER_BINARY, clientList = "1,8,32";
     std::vector<std::string> classes = {"KSV_DiskDrive", "KSV_VolumeBasedOnDiskExtent"};
-    unsigned settleMs = 1000;
+    unsigned pauseMs = 200, settleMs = 2000;
     app.add_option("--model", model, "array model for the server this benchmark starts");
     app.add_option("--server", server, "the server binary started over --model")
         ->capture_default_str();
@@ -489,6 +495,8 @@ int main(int argc, char** argv) {
     app.add_option("--clients", clientList, "parallel clients per case, comma-separated")
         ->capture_default_str();
     app.add_option("--class", classes, "classes enumerated; repeatable")->capture_default_str();
+    app.add_option("--pause-ms", pauseMs, "wait between the warm-up request and each case")
+        ->capture_default_str();
     app.add_option("--settle-ms", settleMs, "wait before reading the memory after each case")
         ->capture_default_str();
     CLI11_PARSE(app, argc, argv);
@@ -509,7 +517,9 @@ int main(int argc, char** argv) {
                  {Case{"EnumerateInstances", className, "<VALUE.NAMEDINSTANCE>"},
                   Case{"EnumerateInstanceNames", className, "<INSTANCENAME "}}) {
                 for (unsigned clients : parseClientCounts(clientList))
-                    runCase(target, measured, clients, std::chrono::milliseconds(settleMs));
+                    runCase(
+                        target, measured, clients,
+                        {std::chrono::milliseconds(pauseMs), std::chrono::milliseconds(settleMs)});
             }
         }
     } catch (const std::exception& error) {

@@ -20,6 +20,9 @@ namespace ksv::server {
 
 namespace {
 
+// Long enough that a client's next request finds the pages of its last response still there.
+constexpr std::chrono::milliseconds kIdleBeforeReturningMemory{1000};
+
 void warn(const std::string& text) {
     log_message(KSV_LOG_WARNING, "%s", text.c_str());
 }
@@ -70,7 +73,8 @@ CimServer::CimServer(const ServerConfig& config)
                  builtInModules(_repository, localHostName())),
       _dispatcher(_repository, _providers, localHostName()), _enumerations(config.enumerations),
       _responseMemory(config.maxResponseBytes,
-                      std::chrono::seconds(config.http.requestTimeoutSeconds)),
+                      std::chrono::seconds(config.http.requestTimeoutSeconds),
+                      kIdleBeforeReturningMemory),
       _cimXml(_dispatcher, _enumerations, _responseMemory),
       _workers(config.threads, queueCapacity(config)),
       _http(

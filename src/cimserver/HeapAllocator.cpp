@@ -31,6 +31,9 @@ std::size_t jemallocBytesInUse(Mallctl control) {
     return allocated;
 }
 
+// jemalloc's name for every arena at once (MALLCTL_ARENAS_ALL).
+constexpr const char* kPurgeAllArenas = "arena.4096.purge";
+
 } // namespace
 
 std::size_t bytesInUse() {
@@ -38,6 +41,14 @@ std::size_t bytesInUse() {
         return jemallocBytesInUse(control);
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;
+}
+
+void returnFreePages() {
+    if (const Mallctl control = jemallocControl()) {
+        control(kPurgeAllArenas, nullptr, nullptr, nullptr, 0);
+        return;
+    }
+    malloc_trim(0);
 }
 
 } // namespace ksv::server::heap

@@ -11,6 +11,9 @@ namespace ksv::server::heap {
 // Bytes the allocator has handed out and not yet had back.
 std::size_t bytesInUse();
 
+// Gives the pages the allocator holds free back to the system.
+void returnFreePages();
+
 } // namespace ksv::server::heap
 
 #endif

@@ -13,12 +13,13 @@
 #include <iostream>
 #include <pthread.h>
 
-// Read by jemalloc, which the server is linked with: pages freed under load go back to the system
-// from jemalloc's own thread within a second, instead of staying with the process or being
-// returned by the threads that answer requests. Huge pages ("thp:always") would spare page faults
-// but keep pages that are partly in use, so that the server would not shrink back after a load.
+// Read by jemalloc, which the server is linked with. One arena, so that whichever thread answers
+// the next request reuses the pages the last one freed instead of faulting in fresh ones; no
+// decay over time, since the server gives free pages back itself once it is idle
+// (ResponseMemoryGate). Huge pages ("thp:always") would spare page faults too but keep pages that
+// are partly in use, so that the server would not shrink back after a load.
 extern "C" const char* malloc_conf;
-const char* malloc_conf = "background_thread:true,dirty_decay_ms:1000,muzzy_decay_ms:0";
+const char* malloc_conf = "narenas:1,dirty_decay_ms:-1,muzzy_decay_ms:-1";
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <future>
 #include <optional>
+#include <thread>
 
 namespace ksv::server {
 namespace {
@@ -14,7 +15,9 @@ using Pass = ResponseMemoryGate::Pass;
 
 TEST(ResponseMemoryGate, RefusesAboveTheCeilingOverTheIdleHeapAndAdmitsOnceResponsesEnd) {
     std::atomic<std::size_t> heap{1000};
-    ResponseMemoryGate gate(100, std::chrono::seconds(1), [&heap] { return heap.load(); });
+    ResponseMemoryGate gate(
+        100, std::chrono::seconds(1), std::chrono::hours(1), [&heap] { return heap.load(); },
+        [] {});
     std::optional<Pass> first;
     first.emplace(gate);
     ASSERT_TRUE(first->admitted());
@@ -27,6 +30,29 @@ TEST(ResponseMemoryGate, RefusesAboveTheCeilingOverTheIdleHeapAndAdmitsOnceRespo
     EXPECT_TRUE(waiting.get()) << "the heap left when nothing was in flight is the new base";
     heap = 5000;
     EXPECT_TRUE(Pass(gate).admitted()) << "with nothing in flight, nothing holds the heap";
+}
+
+void waitForReturns(const std::atomic<int>& returns, int count) {
+    for (int waited = 0; returns < count && waited < 1000; ++waited)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+}
+
+TEST(ResponseMemoryGate, ReturnsFreePagesOnceNothingHasBeenInFlightForAWhile) {
+    std::atomic<int> returns{0};
+    const auto idle = std::chrono::milliseconds(50);
+    ResponseMemoryGate gate(
+        0, std::chrono::seconds(1), idle, [] { return std::size_t(0); }, [&returns] { ++returns; });
+    waitForReturns(returns, 1);
+    ASSERT_EQ(returns, 1) << "what starting up freed";
+    Pass(gate).admitted();
+    std::optional<Pass> next;
+    next.emplace(gate);
+    std::this_thread::sleep_for(idle * 3);
+    EXPECT_EQ(returns, 1) << "not while the next response is in flight";
+    next.reset();
+    waitForReturns(returns, 2);
+    std::this_thread::sleep_for(idle * 3);
+    EXPECT_EQ(returns, 2) << "once after the responses, then nothing freed since";
 }
 
 } // namespace

@@ -8,9 +8,9 @@
 namespace ksv::test {
 namespace {
 
-// The server starts and serves in this much address space (two worker threads); the cap is
-// then 100 megabytes times 110 = 11000 pairs.
-const rlim_t ADDRESS_SPACE_LIMIT = 100000000;
+// The server starts and serves in this much address space (two worker threads, each thread's
+// stack reserved in full); the cap is then 108 megabytes times 110 = 11880 pairs.
+const rlim_t ADDRESS_SPACE_LIMIT = 108000000;
 const unsigned DISKS = 40;
 const unsigned VOLUMES = 300; // each on every disk: 12000 pairs
 
