@@ -6,7 +6,6 @@
 
 #include "ksvapi.h"
 
-#include <cstring>
 
 using namespace ksvsim::detail;
 
@@ -33,11 +32,10 @@ int copyDisks(const Model& model, int64_t selector, api_DiskList_t& list) {
     if (count == 0) {
         return API_OK;
     }
-    list.disks = allocateZeroed<api_Disk_t>(count);
+    list.disks = allocateCopy(first, count);
     if (list.disks == nullptr) {
         return API_E_NO_MEMORY;
     }
-    std::memcpy(list.disks, first, count * sizeof(api_Disk_t));
     list.count = static_cast<uint32_t>(count);
     return API_OK;
 }

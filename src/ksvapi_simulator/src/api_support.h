@@ -3,6 +3,7 @@
 #define KSVSIM_API_SUPPORT_H
 
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 namespace ksvsim::detail {
@@ -16,6 +17,16 @@ inline std::string argumentText(const char* text) {
 template <typename T>
 T* allocateZeroed(std::size_t count) {
     return count == 0 ? nullptr : static_cast<T*>(std::calloc(count, sizeof(T)));
+}
+
+// A copy of records the caller releases with free(); not zeroed first, since the copy fills
+// every byte.
+template <typename T>
+T* allocateCopy(const T* first, std::size_t count) {
+    T* copy = static_cast<T*>(std::malloc(count * sizeof(T)));
+    if (copy != nullptr)
+        std::memcpy(copy, first, count * sizeof(T));
+    return copy;
 }
 
 } // namespace ksvsim::detail
