@@ -32,12 +32,14 @@ class Array {
 public:
     Array() = default;
     Array(const Array<PEGASUS_ARRAY_T>& x) = default;
+    Array(Array<PEGASUS_ARRAY_T>&& x) noexcept = default;
     Array(Uint32 size) : _slots(size, _slotOf(PEGASUS_ARRAY_T())) {}
     Array(Uint32 size, const PEGASUS_ARRAY_T& x) : _slots(size, _slotOf(x)) {}
     Array(const PEGASUS_ARRAY_T* items, Uint32 size) { append(items, size); }
     ~Array() = default;
 
     Array<PEGASUS_ARRAY_T>& operator=(const Array<PEGASUS_ARRAY_T>& x) = default;
+    Array<PEGASUS_ARRAY_T>& operator=(Array<PEGASUS_ARRAY_T>&& x) noexcept = default;
 
     void clear() { _slots.clear(); }
     void reserveCapacity(Uint32 capacity) { _slots.reserve(capacity); }
@@ -62,9 +64,12 @@ public:
     // Arrays are mostly built by appending a few items: the first append makes room for
     // several, sparing the reallocations of growing one by one.
     void append(const PEGASUS_ARRAY_T& x) {
-        if (_slots.capacity() == 0)
-            _slots.reserve(kFirstCapacity);
+        _reserveFirst();
         _slots.push_back(_slotOf(x));
+    }
+    void append(PEGASUS_ARRAY_T&& x) {
+        _reserveFirst();
+        _slots.push_back(_slotOf(std::move(x)));
     }
     void append(const PEGASUS_ARRAY_T* x, Uint32 size) { insert(this->size(), x, size); }
     void appendArray(const Array<PEGASUS_ARRAY_T>& x) {
@@ -100,7 +105,20 @@ private:
 
     using Slot = ArrayStorage::Slot<PEGASUS_ARRAY_T>;
 
-    static Slot _slotOf(const PEGASUS_ARRAY_T& x) { return Slot{x}; }
+    // Items are kept as they are, so that they are copied or moved straight into place; only a
+    // Boolean is wrapped.
+    template <class Item>
+    static decltype(auto) _slotOf(Item&& x) {
+        if constexpr (std::is_same<Slot, PEGASUS_ARRAY_T>::value)
+            return std::forward<Item>(x);
+        else
+            return Slot{x};
+    }
+
+    void _reserveFirst() {
+        if (_slots.capacity() == 0)
+            _slots.reserve(kFirstCapacity);
+    }
 
     PEGASUS_ARRAY_T* _items() const {
         return reinterpret_cast<PEGASUS_ARRAY_T*>(const_cast<Slot*>(_slots.data()));

@@ -18,8 +18,10 @@ public:
     CIMName(const String& name);
     CIMName(const char* name);
     CIMName(const CIMName& name) = default;
+    CIMName(CIMName&& name) noexcept = default;
 
     CIMName& operator=(const CIMName& name);
+    CIMName& operator=(CIMName&& name) noexcept = default;
     CIMName& operator=(const String& name);
 
     const String& getString() const;
@@ -52,8 +54,10 @@ public:
     CIMNamespaceName(const String& name);
     CIMNamespaceName(const char* name);
     CIMNamespaceName(const CIMNamespaceName& name) = default;
+    CIMNamespaceName(CIMNamespaceName&& name) noexcept = default;
 
     CIMNamespaceName& operator=(const CIMNamespaceName& name);
+    CIMNamespaceName& operator=(CIMNamespaceName&& name) noexcept = default;
     CIMNamespaceName& operator=(const String& name);
 
     const String& getString() const;

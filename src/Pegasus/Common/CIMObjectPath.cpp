@@ -509,12 +509,16 @@ CIMKeyBinding::CIMKeyBinding() : _type(STRING) {}
 
 CIMKeyBinding::CIMKeyBinding(const CIMKeyBinding& x) = default;
 
+CIMKeyBinding::CIMKeyBinding(CIMKeyBinding&& x) noexcept = default;
+
 CIMKeyBinding::CIMKeyBinding(const CIMName& name, const String& value, Type type)
     : _name(name), _value(value), _type(type) {}
 
 CIMKeyBinding::~CIMKeyBinding() = default;
 
 CIMKeyBinding& CIMKeyBinding::operator=(const CIMKeyBinding& x) = default;
+
+CIMKeyBinding& CIMKeyBinding::operator=(CIMKeyBinding&& x) noexcept = default;
 
 const CIMName& CIMKeyBinding::getName() const {
     return _name;
@@ -564,6 +568,8 @@ CIMObjectPath::CIMObjectPath() = default;
 
 CIMObjectPath::CIMObjectPath(const CIMObjectPath& x) = default;
 
+CIMObjectPath::CIMObjectPath(CIMObjectPath&& x) noexcept = default;
+
 CIMObjectPath::CIMObjectPath(const String& objectName) {
     set(objectName);
 }
@@ -576,6 +582,8 @@ CIMObjectPath::CIMObjectPath(const String& host, const CIMNamespaceName& nameSpa
 CIMObjectPath::~CIMObjectPath() = default;
 
 CIMObjectPath& CIMObjectPath::operator=(const CIMObjectPath& x) = default;
+
+CIMObjectPath& CIMObjectPath::operator=(CIMObjectPath&& x) noexcept = default;
 
 void CIMObjectPath::clear() {
     *this = CIMObjectPath();

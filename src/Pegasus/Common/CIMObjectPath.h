@@ -21,6 +21,7 @@ public:
 
     CIMKeyBinding();
     CIMKeyBinding(const CIMKeyBinding& x);
+    CIMKeyBinding(CIMKeyBinding&& x) noexcept;
     CIMKeyBinding(const CIMName& name, const String& value, Type type);
     // Takes the value's string form; arrays and embedded objects are refused
     // with TypeMismatchException.
@@ -28,6 +29,7 @@ public:
     ~CIMKeyBinding();
 
     CIMKeyBinding& operator=(const CIMKeyBinding& x);
+    CIMKeyBinding& operator=(CIMKeyBinding&& x) noexcept;
 
     const CIMName& getName() const;
     void setName(const CIMName& name);
@@ -56,6 +58,7 @@ class PEGASUS_COMMON_LINKAGE CIMObjectPath {
 public:
     CIMObjectPath();
     CIMObjectPath(const CIMObjectPath& x);
+    CIMObjectPath(CIMObjectPath&& x) noexcept;
     // Throws MalformedObjectNameException if the text does not parse.
     CIMObjectPath(const String& objectName);
     CIMObjectPath(const String& host, const CIMNamespaceName& nameSpace, const CIMName& className,
@@ -63,6 +66,7 @@ public:
     ~CIMObjectPath();
 
     CIMObjectPath& operator=(const CIMObjectPath& x);
+    CIMObjectPath& operator=(CIMObjectPath&& x) noexcept;
 
     void clear();
     void set(const String& host, const CIMNamespaceName& nameSpace, const CIMName& className,

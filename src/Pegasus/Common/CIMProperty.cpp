@@ -32,6 +32,19 @@ bool identicalProperties(const CIMPropertyRep& x, const CIMPropertyRep& y) {
     return &x == &y || (x.value == y.value && identicalDecls(x.decl(), y.decl()));
 }
 
+// The property's representation, once the value is found fit for it.
+CIMPropertyRep& assignableRep(const std::shared_ptr<CIMPropertyRep>& handle,
+                              const CIMValue& value) {
+    CIMPropertyRep& rep = checkedRep(handle);
+    if (!value.typeCompatible(rep.value))
+        throw TypeMismatchException();
+    const Uint32 arraySize = rep.decl().arraySize;
+    if (arraySize != 0 && arraySize != value.getArraySize())
+        throw TypeMismatchException();
+    checkNotReferenceArray(value);
+    return rep;
+}
+
 std::shared_ptr<CIMPropertyRep> cloneOf(const std::shared_ptr<CIMPropertyRep>& rep) {
     return std::make_shared<CIMPropertyRep>(checkedRep(rep));
 }
@@ -140,14 +153,11 @@ Boolean CIMProperty::isArray() const {
 }
 
 void CIMProperty::setValue(const CIMValue& value) {
-    CIMPropertyRep& rep = checkedRep(_rep);
-    if (!value.typeCompatible(rep.value))
-        throw TypeMismatchException();
-    const Uint32 arraySize = rep.decl().arraySize;
-    if (arraySize != 0 && arraySize != value.getArraySize())
-        throw TypeMismatchException();
-    checkNotReferenceArray(value);
-    rep.value = value;
+    assignableRep(_rep, value).value = value;
+}
+
+void CIMProperty::setValue(CIMValue&& value) {
+    assignableRep(_rep, value).value = std::move(value);
 }
 
 Uint32 CIMProperty::getArraySize() const {

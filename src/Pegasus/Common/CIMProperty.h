@@ -58,6 +58,8 @@ public:
     Boolean isArray() const;
     /** @exception TypeMismatchException if the type or array flag differs. */
     void setValue(const CIMValue& value);
+    /** The same, taking over a value built for the property. */
+    void setValue(CIMValue&& value);
     Uint32 getArraySize() const;
     const CIMName& getReferenceClassName() const;
     const CIMName& getClassOrigin() const;

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "CIMInstance.h"
@@ -445,6 +446,25 @@ CIMValue::CIMValue(const CIMValue& x) = default;
 CIMValue::~CIMValue() = default;
 
 CIMValue& CIMValue::operator=(const CIMValue& x) = default;
+
+CIMValue::CIMValue(CIMValue&& x) noexcept {
+    _take(x);
+}
+
+CIMValue& CIMValue::operator=(CIMValue&& x) noexcept {
+    if (this != &x)
+        _take(x);
+    return *this;
+}
+
+void CIMValue::_take(CIMValue& x) noexcept {
+    _rep = std::move(x._rep);
+    _scalar = std::exchange(x._scalar, 0);
+    _text = std::move(x._text);
+    _type = std::exchange(x._type, CIMTYPE_BOOLEAN);
+    _isArray = std::exchange(x._isArray, false);
+    _isNull = std::exchange(x._isNull, true);
+}
 
 void CIMValue::assign(const CIMValue& x) {
     *this = x;

@@ -76,8 +76,12 @@ public:
     CIMValue(const Array<CIMInstance>& x);
 
     CIMValue(const CIMValue& x);
+    /** Leaves x a null, scalar Boolean value. */
+    CIMValue(CIMValue&& x) noexcept;
     ~CIMValue();
     CIMValue& operator=(const CIMValue& x);
+    /** Leaves x a null, scalar Boolean value. */
+    CIMValue& operator=(CIMValue&& x) noexcept;
     void assign(const CIMValue& x);
 
     /** Back to a null, scalar Boolean value. */
@@ -180,6 +184,7 @@ private:
     template <class T>
     void _read(T& x) const;
     void _setNull(CIMType type, Boolean isArray, Uint32 arraySize);
+    void _take(CIMValue& x) noexcept;
 
     // Nulls and the common scalars (integers, reals, booleans, Char16, strings) are held
     // in the value itself, sparing an allocation each; the others in a shared rep.
