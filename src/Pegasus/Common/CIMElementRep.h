@@ -54,6 +54,8 @@ public:
     CIMOwnerCount& operator=(const CIMOwnerCount&) = delete;
 
     void add() { _count.fetch_add(1); }
+    /** The first owner of an element no other thread can reach yet. */
+    void claim() { _count.store(1, std::memory_order_relaxed); }
     void drop() { _count.fetch_sub(1); }
     bool any() const { return _count.load() != 0; }
     Uint32 count() const { return _count.load(); }
@@ -87,7 +89,9 @@ inline const CIMName& checkedName(const CIMName& name) {
     instead of an allocation per member. Each member of the sequence is cloned
     into the arena at most once, which bounds it; nothing is given back before
     the list and every member taken from the arena have ended. Only the list
-    that alone holds its sequence takes from it.
+    that alone holds its sequence takes from it. The arena keeps that sequence
+    alive, so that its members' clones may refer to what they share with it
+    without counting references.
 */
 class CIMMemberArena {
 public:
@@ -99,22 +103,26 @@ public:
         holds, as many as lists like this one took before, so that lists built alike take
         one block each, of the size they need.
     */
-    CIMMemberArena(size_t bound, size_t expected) : _left(bound), _expected(expected) {}
+    CIMMemberArena(size_t bound, size_t expected, std::shared_ptr<const void> source)
+        : _source(std::move(source)), _left(bound), _expected(expected) {}
     CIMMemberArena(const CIMMemberArena&) = delete;
     CIMMemberArena& operator=(const CIMMemberArena&) = delete;
 
-    /** Ends a use; the last one frees the arena. */
-    void release() {
-        if (_users.fetch_sub(1, std::memory_order_acq_rel) == 1)
-            delete this;
-    }
+    /** Ends the use of a member taken. */
+    void release() { _drop(1); }
+    /** Ends the use of the list that took the members; the room it paid for and left is freed. */
+    void releaseTaker() { _drop(1 + _prepaid); }
 
     /** Room for one member, which counts as a user until released. */
     void* take(size_t bytes) {
         bytes = (bytes + alignment - 1) / alignment * alignment;
         if (_room < bytes)
             _newBlock(bytes);
-        _users.fetch_add(1, std::memory_order_relaxed);
+        // Each block counts its members as users at once, rather than one atomic step each.
+        if (_prepaid != 0)
+            _prepaid--;
+        else
+            _users.fetch_add(1, std::memory_order_relaxed);
         void* taken = _next;
         _next += bytes;
         _room -= bytes;
@@ -169,16 +177,32 @@ private:
         _blocks = new (memory) Block{_blocks};
         _next = static_cast<unsigned char*>(memory) + header;
         _room = members * bytes;
+        _users.fetch_add(members, std::memory_order_relaxed);
+        _prepaid += members;
     }
 
+    void _drop(size_t uses) {
+        if (_users.fetch_sub(uses, std::memory_order_acq_rel) == uses)
+            delete this;
+    }
+
+    const std::shared_ptr<const void> _source;
     Block* _blocks = nullptr;
     unsigned char* _next = nullptr;
     size_t _room = 0;
     size_t _left;
     const size_t _expected;
     size_t _taken = 0;
+    // Users counted for members not yet taken; only the taker reads or writes it.
+    size_t _prepaid = 0;
     std::atomic<size_t> _users{1};
 };
+
+/**
+    Marks the clone of a member that a list keeps in its arena: what it shares with the original
+    lives as long as the arena, so the clone need not count a reference to it.
+*/
+struct CIMBorrowing {};
 
 /** Allocates from an arena that each allocation keeps alive. */
 template <class T>
@@ -369,12 +393,12 @@ private:
         Members& operator=(const Members&) = delete;
         ~Members() {
             for (const Member& member : items)
-                member._rep->owners.drop();
+                disown(member);
             for (const Member& member : changed)
-                member._rep->owners.drop();
+                disown(member);
             if (arena) {
                 base->tellCloned(changed.size());
-                arena->release();
+                arena->releaseTaker();
             }
             delete index.load(std::memory_order_relaxed);
         }
@@ -418,7 +442,7 @@ private:
                 return items[index];
             if (slots[index] == 0) {
                 auto clone = cloneOfBase(index);
-                clone->owners.add();
+                clone->owners.claim();
                 if (changed.size() == changed.capacity())
                     makeRoom(changed.size() + arena->nextBlockMembers());
                 // The handles move their pointers: copies would count each reference up and down.
@@ -438,16 +462,21 @@ private:
             }
             changed.swap(larger);
         }
-        // What the base's member's clone() would be, kept in this sequence's arena.
+        // What the base's member's clone() would be, kept in this sequence's arena, which keeps
+        // the base and so what the clone borrows from the base's member.
         auto cloneOfBase(size_t index) {
             const auto& member = base->item(index)._rep;
             using Rep = typename std::decay_t<decltype(member)>::element_type;
             if (!arena) {
                 const size_t expected = base->clonedByOverlays.load(std::memory_order_relaxed);
-                arena = new CIMMemberArena(size(), expected);
+                arena = new CIMMemberArena(size(), expected, base);
                 changed.reserve(arena->nextBlockMembers());
             }
-            return std::allocate_shared<Rep>(CIMArenaAllocator<Rep>(arena), checkedRep(member));
+            const CIMArenaAllocator<Rep> room(arena);
+            if constexpr (std::is_constructible_v<Rep, const Rep&, CIMBorrowing>)
+                return std::allocate_shared<Rep>(room, checkedRep(member), CIMBorrowing{});
+            else
+                return std::allocate_shared<Rep>(room, checkedRep(member));
         }
         // Lists over one base mostly change much the same members: the fewest any changed sizes
         // the room of the next, which then grows by small steps, so that little room is unused.
@@ -475,6 +504,11 @@ private:
         mutable std::atomic<const CIMNameIndex*> index{nullptr};
     };
 
+    // A member this list alone refers to ends with it: nobody reads its owners any more.
+    static void disown(const Member& member) {
+        if (member._rep.use_count() != 1)
+            member._rep->owners.drop();
+    }
     static bool _onlyInLists(const Member& member) {
         return member._rep.use_count() == long(member._rep->owners.count());
     }
@@ -587,8 +621,13 @@ public:
                    Boolean propagated_);
     /** A clone: the declaration is shared until either property changes it. */
     CIMPropertyRep(const CIMPropertyRep& other);
+    /** A clone that borrows the declaration, which outlives it, until it changes it. */
+    CIMPropertyRep(const CIMPropertyRep& other, CIMBorrowing);
     CIMPropertyRep& operator=(const CIMPropertyRep&) = delete;
-    ~CIMPropertyRep() { CIMPropertyDecl::release(_decl); }
+    ~CIMPropertyRep() {
+        if (!_borrowed)
+            CIMPropertyDecl::release(_decl);
+    }
 
     const CIMPropertyDecl& decl() const { return *_decl; }
     /** The declaration of this property alone, for changing it. */
@@ -600,6 +639,9 @@ public:
     CIMOwnerCount owners;
 
 private:
+    // The declaration is another property's, not counted: it is copied before any change.
+    // Placed beside the owners, it takes no room of its own.
+    bool _borrowed = false;
     CIMPropertyDecl* _decl;
 };
 

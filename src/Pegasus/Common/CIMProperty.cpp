@@ -87,11 +87,19 @@ CIMPropertyRep::CIMPropertyRep(const CIMPropertyRep& other)
     : value(other.value),
       _decl(other._decl->shareable() ? other._decl->share() : new CIMPropertyDecl(*other._decl)) {}
 
+CIMPropertyRep::CIMPropertyRep(const CIMPropertyRep& other, CIMBorrowing)
+    : value(other.value), _borrowed(other._decl->shareable()), _decl(other._decl) {
+    if (!_borrowed)
+        _decl = new CIMPropertyDecl(*other._decl);
+}
+
 CIMPropertyDecl& CIMPropertyRep::ownDecl() {
-    if (_decl->sharedByOthers()) {
+    if (_borrowed || _decl->sharedByOthers()) {
         CIMPropertyDecl* own = new CIMPropertyDecl(*_decl);
-        CIMPropertyDecl::release(_decl);
+        if (!_borrowed)
+            CIMPropertyDecl::release(_decl);
         _decl = own;
+        _borrowed = false;
     }
     return *_decl;
 }
