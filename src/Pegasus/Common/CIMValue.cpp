@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -228,6 +229,8 @@ Uint32 payloadArraySize(const Array<T>& x) {
 class CIMValueRep {
 public:
     Payload payload;
+    // The values sharing the payload, which none of them changes.
+    std::atomic<Uint32> refs{1};
 };
 
 namespace {
@@ -260,6 +263,17 @@ bool heldInline(CIMType type, Boolean isArray) {
            type != CIMTYPE_OBJECT && type != CIMTYPE_INSTANCE;
 }
 
+// Which member of a value's union is in use.
+enum class Held { Bits, Text, Rep };
+
+Held heldAs(CIMType type, Boolean isArray, Boolean isNull) {
+    if (isNull)
+        return Held::Bits;
+    if (!isArray && type == CIMTYPE_STRING)
+        return Held::Text;
+    return heldInline(type, isArray) ? Held::Bits : Held::Rep;
+}
+
 template <class T>
 Uint64 bitsOf(const T& x) {
     static_assert(sizeof(T) <= sizeof(Uint64) && std::is_arithmetic<T>::value, "");
@@ -284,9 +298,9 @@ Char16 bitsAs<Char16>(Uint64 bits) {
     return Char16(Uint16(bits));
 }
 
-// Calls f with a non-null scalar held inline, typed.
+// Calls f with a non-null scalar held as bits, typed.
 template <class F>
-void visitInline(CIMType type, Uint64 bits, const String& text, F&& f) {
+void visitBits(CIMType type, Uint64 bits, F&& f) {
     switch (type) {
     case CIMTYPE_BOOLEAN:
         return f(bitsAs<Boolean>(bits));
@@ -310,22 +324,18 @@ void visitInline(CIMType type, Uint64 bits, const String& text, F&& f) {
         return f(bitsAs<Real32>(bits));
     case CIMTYPE_REAL64:
         return f(bitsAs<Real64>(bits));
-    case CIMTYPE_CHAR16:
-        return f(bitsAs<Char16>(bits));
     default:
-        return f(text);
+        return f(bitsAs<Char16>(bits));
     }
 }
 
 // Integers, booleans and characters are equal when their bits are; reals compare as numbers.
-bool sameInline(CIMType type, Uint64 x, Uint64 y, const String& xText, const String& yText) {
+bool sameBits(CIMType type, Uint64 x, Uint64 y) {
     switch (type) {
     case CIMTYPE_REAL32:
         return bitsAs<Real32>(x) == bitsAs<Real32>(y);
     case CIMTYPE_REAL64:
         return bitsAs<Real64>(x) == bitsAs<Real64>(y);
-    case CIMTYPE_STRING:
-        return String::equal(xText, yText);
     default:
         return x == y;
     }
@@ -333,22 +343,21 @@ bool sameInline(CIMType type, Uint64 x, Uint64 y, const String& xText, const Str
 
 } // namespace
 
+// What may throw is done before the value held so far is let go.
 template <class T>
 void CIMValue::_assign(const T& x) {
     if constexpr (std::is_same<T, String>::value) {
-        _rep.reset();
-        _scalar = 0;
-        _text = x;
+        String text(x);
+        _release();
+        new (&_text) String(std::move(text));
     } else if constexpr (HeldInline<T>::value) {
-        _rep.reset();
+        _release();
         _scalar = bitsOf(x);
-        _text = String();
     } else {
-        auto rep = std::make_shared<CIMValueRep>();
+        auto rep = std::make_unique<CIMValueRep>();
         rep->payload.template emplace<T>(ownCopy(x));
-        _rep = std::move(rep);
-        _scalar = 0;
-        _text = String();
+        _release();
+        _rep = rep.release();
     }
     _type = CIMTypeOf<T>::value;
     _isArray = IsArray<T>::value;
@@ -372,15 +381,14 @@ void CIMValue::_read(T& x) const {
 void CIMValue::_setNull(CIMType type, Boolean isArray, Uint32 arraySize) {
     if (type < CIMTYPE_BOOLEAN || type > CIMTYPE_INSTANCE)
         throw TypeMismatchException();
-    _rep.reset();
+    _release();
     _scalar = isArray ? arraySize : 0;
-    _text = String();
     _type = type;
     _isArray = isArray;
     _isNull = true;
 }
 
-CIMValue::CIMValue() = default;
+CIMValue::CIMValue() {}
 
 CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 arraySize) {
     _setNull(type, isArray, arraySize);
@@ -441,29 +449,87 @@ PEGASUS_VALUE_ARRAY(CIMInstance)
 #undef PEGASUS_VALUE_SCALAR
 #undef PEGASUS_VALUE_TYPE
 
-CIMValue::CIMValue(const CIMValue& x) = default;
+CIMValue::CIMValue(const CIMValue& x) {
+    _copy(x);
+}
 
-CIMValue::~CIMValue() = default;
+CIMValue::~CIMValue() {
+    _release();
+}
 
-CIMValue& CIMValue::operator=(const CIMValue& x) = default;
+CIMValue& CIMValue::operator=(const CIMValue& x) {
+    if (this != &x) {
+        _release();
+        _copy(x);
+    }
+    return *this;
+}
 
 CIMValue::CIMValue(CIMValue&& x) noexcept {
     _take(x);
 }
 
 CIMValue& CIMValue::operator=(CIMValue&& x) noexcept {
-    if (this != &x)
+    if (this != &x) {
+        _release();
         _take(x);
+    }
     return *this;
 }
 
+// Into a value that holds nothing to let go.
+void CIMValue::_copy(const CIMValue& x) noexcept {
+    switch (heldAs(x._type, x._isArray, x._isNull)) {
+    case Held::Bits:
+        _scalar = x._scalar;
+        break;
+    case Held::Text:
+        new (&_text) String(x._text);
+        break;
+    case Held::Rep:
+        _rep = x._rep;
+        _rep->refs.fetch_add(1, std::memory_order_relaxed);
+        break;
+    }
+    _type = x._type;
+    _isArray = x._isArray;
+    _isNull = x._isNull;
+}
+
+// Into a value that holds nothing to let go; x is left a null, scalar Boolean value.
 void CIMValue::_take(CIMValue& x) noexcept {
-    _rep = std::move(x._rep);
-    _scalar = std::exchange(x._scalar, 0);
-    _text = std::move(x._text);
+    switch (heldAs(x._type, x._isArray, x._isNull)) {
+    case Held::Bits:
+        _scalar = x._scalar;
+        break;
+    case Held::Text:
+        new (&_text) String(std::move(x._text));
+        x._text.~String();
+        break;
+    case Held::Rep:
+        _rep = x._rep;
+        break;
+    }
     _type = std::exchange(x._type, CIMTYPE_BOOLEAN);
     _isArray = std::exchange(x._isArray, false);
     _isNull = std::exchange(x._isNull, true);
+    x._scalar = 0;
+}
+
+// Lets go of what the value holds; the caller says what it holds next.
+void CIMValue::_release() noexcept {
+    switch (heldAs(_type, _isArray, _isNull)) {
+    case Held::Bits:
+        break;
+    case Held::Text:
+        _text.~String();
+        break;
+    case Held::Rep:
+        if (_rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete _rep;
+        break;
+    }
+    _scalar = 0;
 }
 
 void CIMValue::assign(const CIMValue& x) {
@@ -505,10 +571,14 @@ void CIMValue::setNullValue(CIMType type, Boolean isArray, Uint32 arraySize) {
 Boolean CIMValue::equal(const CIMValue& x) const {
     if (!typeCompatible(x) || _isNull != x._isNull)
         return false;
-    if (_isNull)
-        return true;
-    if (heldInline(_type, _isArray))
-        return sameInline(_type, _scalar, x._scalar, _text, x._text);
+    switch (heldAs(_type, _isArray, _isNull)) {
+    case Held::Bits:
+        return _isNull || sameBits(_type, _scalar, x._scalar);
+    case Held::Text:
+        return String::equal(_text, x._text);
+    case Held::Rep:
+        break;
+    }
     const Payload& other = x._rep->payload;
     return std::visit(
         [&other](const auto& mine) {
@@ -523,10 +593,17 @@ String CIMValue::toString() const {
     if (_isNull)
         return text;
     const auto append = [&text](const auto& payload) { appendPayloadText(text, payload); };
-    if (heldInline(_type, _isArray))
-        visitInline(_type, _scalar, _text, append);
-    else
+    switch (heldAs(_type, _isArray, _isNull)) {
+    case Held::Bits:
+        visitBits(_type, _scalar, append);
+        break;
+    case Held::Text:
+        appendText(text, _text);
+        break;
+    case Held::Rep:
         std::visit(append, _rep->payload);
+        break;
+    }
     return text;
 }
 

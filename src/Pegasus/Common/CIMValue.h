@@ -184,14 +184,19 @@ private:
     template <class T>
     void _read(T& x) const;
     void _setNull(CIMType type, Boolean isArray, Uint32 arraySize);
+    void _copy(const CIMValue& x) noexcept;
     void _take(CIMValue& x) noexcept;
+    void _release() noexcept;
 
     // Nulls and the common scalars (integers, reals, booleans, Char16, strings) are held
-    // in the value itself, sparing an allocation each; the others in a shared rep.
-    std::shared_ptr<const CIMValueRep> _rep;
-    // A scalar's bits, zero-extended, or a null array's size.
-    Uint64 _scalar = 0;
-    String _text;
+    // in the value itself, sparing an allocation each; the others in a rep that copies share.
+    // The type, array flag and nullness say which of these the value holds.
+    union {
+        // A scalar's bits, zero-extended, or a null array's size.
+        Uint64 _scalar = 0;
+        String _text;
+        CIMValueRep* _rep;
+    };
     CIMType _type = CIMTYPE_BOOLEAN;
     Boolean _isArray = false;
     Boolean _isNull = true;
