@@ -95,6 +95,22 @@ TEST(CIMClassBuildInstance, AHandleTakenFromABuiltInstanceFollowsItsProperty) {
     EXPECT_EQ(cimClass.getProperty(1).getValue(), CIMValue(Uint64(15000)));
 }
 
+// A property set in a built instance shares what it declares with the class's property: a handle
+// to it keeps that alive after the instance and the class have ended.
+TEST(CIMClassBuildInstance, ASetPropertyOutlivesItsInstanceAndClass) {
+    CIMProperty speed;
+    {
+        const CIMClass cimClass = diskClass();
+        CIMInstance disk = cimClass.buildInstance(true, true, CIMPropertyList());
+        speed = disk.getProperty(1);
+        speed.setValue(CIMValue(Uint64(7200)));
+    }
+    EXPECT_EQ(speed.getName(), CIMName("Speed"));
+    EXPECT_EQ(speed.getClassOrigin(), CIMName("KSV_DiskDrive"));
+    EXPECT_EQ(speed.getQualifier(0).getValue(), CIMValue(String("RPM")));
+    EXPECT_EQ(speed.getValue(), CIMValue(Uint64(7200)));
+}
+
 // Instances of a class that is itself a changed copy of another, each setting its own number
 // of properties, last first: more than the instances before it, as many, fewer.
 TEST(CIMClassBuildInstance, InstancesOfAChangedClassKeepTheirOwnValues) {

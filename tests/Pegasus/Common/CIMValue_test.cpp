@@ -8,6 +8,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <utility>
 
 PEGASUS_USING_PEGASUS;
 
@@ -147,6 +148,34 @@ TEST(CIMValueEquality, TypeWidthLengthAndEveryElementCount) {
     copy.set(Uint16(1));
     EXPECT_EQ(copy.getType(), CIMTYPE_UINT16);
     EXPECT_EQ(original, CIMValue(a));
+}
+
+// Each way a value holds what it has (bits, text, a shared payload, a null array's size) copied,
+// assigned and moved over each other way: the target reads as the source, and a value moved from
+// is a null Boolean.
+TEST(CIMValueHolding, CopiesAndMovesCrossEveryWayOfHolding) {
+    const CIMValue kinds[] = {CIMValue(Uint32(7)), CIMValue(String("disk 0")),
+                              CIMValue(Array<Uint16>(2, Uint16(3))),
+                              CIMValue(CIMTYPE_STRING, true, 4), CIMValue(Real64(0.5))};
+    for (const CIMValue& source : kinds) {
+        for (const CIMValue& target : kinds) {
+            CIMValue assigned = target;
+            assigned = source;
+            CIMValue moving = source;
+            CIMValue moved = target;
+            moved = std::move(moving);
+            for (const CIMValue& result : {assigned, moved, CIMValue(std::move(assigned))}) {
+                EXPECT_EQ(result, source);
+                EXPECT_EQ(result.getArraySize(), source.getArraySize());
+            }
+            EXPECT_TRUE(moving.isNull() && !moving.isArray());
+            EXPECT_EQ(moving.getType(), CIMTYPE_BOOLEAN);
+        }
+        CIMValue self = source;
+        const CIMValue& alias = self;
+        self = alias;
+        EXPECT_EQ(self.toString(), source.toString());
+    }
 }
 
 TEST(CIMValueText, EmbeddedInstancePrintsItsXmlElement) {
