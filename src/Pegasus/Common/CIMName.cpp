@@ -1,5 +1,7 @@
 #include <Pegasus/Common/CIMName.h>
 
+#include <cstring>
+#include <string>
 #include <utility>
 
 PEGASUS_NAMESPACE_BEGIN
@@ -45,41 +47,50 @@ bool isLegalName(const Char16* units, Uint32 begin, Uint32 end) {
 // that collide would evict each other forever.
 constexpr size_t kRecentNamePairs = 256;
 struct RecentName {
+    // The name as given too, so that a name made again is recognized by comparing bytes.
+    std::string ascii;
     String text;
     // Whether the text was found a legal CIMName; namespace names are kept here too.
     bool legalName = false;
 };
 thread_local RecentName recentNames[2 * kRecentNamePairs];
 
-bool spells(const String& text, const char* name, size_t n) {
-    if (text.size() != n)
-        return false;
-    const Char16* units = text.getChar16Data();
-    for (size_t i = 0; i < n; i++) {
-        if (Uint16(units[i]) != Uint16(Uint8(name[i])))
-            return false;
-    }
-    return true;
+bool spells(const RecentName& recent, const char* name, size_t n) {
+    return recent.ascii.size() == n && std::memcmp(recent.ascii.data(), name, n) == 0;
+}
+
+// Mixes eight bytes at a time: a name is hashed on every lookup, and byte by byte that was most
+// of the cost of one made again.
+Uint64 mixedIn(Uint64 hash, Uint64 word) {
+    hash = (hash ^ word) * 0x9E3779B97F4A7C15ull;
+    return hash ^ (hash >> 32);
 }
 
 // The kept place of an ASCII name, made now if it was not kept; null for other texts.
 RecentName* recentName(const char* name) {
     if (name == nullptr)
         return nullptr;
-    size_t n = 0;
-    size_t hash = 2166136261u;
-    bool ascii = true;
-    for (; name[n] != '\0'; n++) {
-        hash = (hash ^ Uint8(name[n])) * 16777619u;
-        ascii = ascii && Uint8(name[n]) < 0x80;
+    const size_t n = std::strlen(name);
+    Uint64 hash = n;
+    Uint64 anyHighBit = 0;
+    size_t i = 0;
+    for (; i + sizeof(Uint64) <= n; i += sizeof(Uint64)) {
+        Uint64 word;
+        std::memcpy(&word, name + i, sizeof(word));
+        anyHighBit |= word;
+        hash = mixedIn(hash, word);
     }
-    if (!ascii)
+    Uint64 rest = 0;
+    std::memcpy(&rest, name + i, n - i);
+    anyHighBit |= rest;
+    hash = mixedIn(hash, rest);
+    if ((anyHighBit & 0x8080808080808080ull) != 0)
         return nullptr;
     RecentName* pair = &recentNames[2 * (hash % kRecentNamePairs)];
-    if (spells(pair[0].text, name, n))
+    if (spells(pair[0], name, n))
         return &pair[0];
-    if (!spells(pair[1].text, name, n))
-        pair[1] = RecentName{String(name, Uint32(n))};
+    if (!spells(pair[1], name, n))
+        pair[1] = RecentName{std::string(name, n), String(name, Uint32(n))};
     std::swap(pair[0], pair[1]);
     return &pair[0];
 }
