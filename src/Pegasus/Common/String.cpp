@@ -501,6 +501,11 @@ void String::_appendUtf8(const char* str, size_t n) {
     _reserveToAppend(Uint32(n));
     Char16* out = _units() + _length();
     for (size_t i = 0; i < n;) {
+        // Most text is ASCII, which needs no decoding.
+        if (bytes[i] < 0x80) {
+            *out++ = Char16(bytes[i++]);
+            continue;
+        }
         const int length = sequenceLength(bytes[i]);
         if (!isWellFormed(bytes + i, n - i, length)) {
             _units()[_length()] = Char16(0);
