@@ -52,41 +52,51 @@ CIMObjectPath referencedPath(const CIMKeyBinding& binding) {
 } // namespace
 
 void Writer::attribute(std::string_view name, const String& value) {
-    _out += ' ';
-    _out += name;
-    _out += "=\"";
-    appendEscapedUnits(_out, value.getChar16Data(), value.size());
-    _out += '"';
+    const Output::Session session(_output);
+    _output.put(' ');
+    _output.put(name);
+    _output.put("=\"");
+    _output.escaped(value.getChar16Data(), value.size());
+    _output.put('"');
+}
+
+template <std::size_t N>
+void Writer::_attribute(const char (&opening)[N], const String& value) {
+    _output.put(opening);
+    _output.escaped(value.getChar16Data(), value.size());
+    _output.put('"');
 }
 
 void Writer::attribute(std::string_view name, std::string_view utf8) {
-    _out += ' ';
-    _out += name;
-    _out += "=\"";
-    appendEscaped(_out, utf8);
-    _out += '"';
+    const Output::Session session(_output);
+    _output.put(' ');
+    _output.put(name);
+    _output.put("=\"");
+    _output.escaped(utf8);
+    _output.put('"');
 }
 
 void Writer::className(const CIMName& className) {
-    _out += "<CLASSNAME";
-    attribute("NAME", className.getString());
-    _out += "/>";
+    const Output::Session session(_output);
+    _output.put("<CLASSNAME");
+    _attribute(" NAME=\"", className.getString());
+    _output.put("/>");
 }
 
 void Writer::_keyBinding(const CIMKeyBinding& binding) {
-    _out += "<KEYBINDING";
-    attribute("NAME", binding.getName().getString());
-    _out += '>';
+    _output.put("<KEYBINDING");
+    _attribute(" NAME=\"", binding.getName().getString());
+    _output.put('>');
     if (binding.getType() == CIMKeyBinding::REFERENCE) {
         _referenceKeyValue(binding);
     } else {
-        _out += "<KEYVALUE VALUETYPE=\"";
-        _out += keyValueType(binding.getType());
-        _out += "\">";
+        _output.put("<KEYVALUE VALUETYPE=\"");
+        _output.put(keyValueType(binding.getType()));
+        _output.put("\">");
         _text(binding.getValue());
-        _out += "</KEYVALUE>";
+        _output.put("</KEYVALUE>");
     }
-    _out += "</KEYBINDING>";
+    _output.put("</KEYBINDING>");
 }
 
 void Writer::_referenceKeyValue(const CIMKeyBinding& binding) {
@@ -95,27 +105,29 @@ void Writer::_referenceKeyValue(const CIMKeyBinding& binding) {
         return;
     }
     if (const std::string* element = _references->byText.find(binding.getValue())) {
-        _out += *element;
+        _output.put(*element);
         return;
     }
-    const std::size_t start = _out.size();
+    const std::size_t start = _output.length();
     _valueReference(referencedPath(binding));
-    _references->byText.remember(binding.getValue(), std::string_view(_out).substr(start));
+    _references->byText.remember(binding.getValue(), _output.since(start));
 }
 
 void Writer::instanceName(const CIMObjectPath& path) {
-    _out += "<INSTANCENAME";
-    attribute("CLASSNAME", path.getClassName().getString());
-    _out += '>';
+    const Output::Session session(_output);
+    _output.put("<INSTANCENAME");
+    _attribute(" CLASSNAME=\"", path.getClassName().getString());
+    _output.put('>');
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     for (Uint32 i = 0; i < keys.size(); i++) {
         _keyBinding(keys[i]);
     }
-    _out += "</INSTANCENAME>";
+    _output.put("</INSTANCENAME>");
 }
 
 void Writer::localNamespacePath(const CIMNamespaceName& nameSpace) {
-    _out += "<LOCALNAMESPACEPATH>";
+    const Output::Session session(_output);
+    _output.put("<LOCALNAMESPACEPATH>");
     // Each segment is escaped where it lies in the name: no copy of it per path written.
     const String& name = nameSpace.getString();
     const Char16* units = name.getChar16Data();
@@ -125,51 +137,56 @@ void Writer::localNamespacePath(const CIMNamespaceName& nameSpace) {
         while (end < name.size() && units[end] != '/') {
             end++;
         }
-        _out += "<NAMESPACE NAME=\"";
-        appendEscapedUnits(_out, units + start, end - start);
-        _out += "\"/>";
+        _output.put("<NAMESPACE NAME=\"");
+        _output.escaped(units + start, end - start);
+        _output.put("\"/>");
         start = end + 1;
     }
-    _out += "</LOCALNAMESPACEPATH>";
+    _output.put("</LOCALNAMESPACEPATH>");
 }
 
 void Writer::_namespacePath(const String& host, const CIMNamespaceName& nameSpace) {
-    _out += "<NAMESPACEPATH><HOST>";
+    _output.put("<NAMESPACEPATH><HOST>");
     _text(host);
-    _out += "</HOST>";
+    _output.put("</HOST>");
     localNamespacePath(nameSpace);
-    _out += "</NAMESPACEPATH>";
+    _output.put("</NAMESPACEPATH>");
 }
 
 void Writer::instancePath(const CIMObjectPath& path) {
-    _out += "<INSTANCEPATH>";
+    const Output::Session session(_output);
+    _output.put("<INSTANCEPATH>");
     _namespacePath(path.getHost(), path.getNameSpace());
     instanceName(path);
-    _out += "</INSTANCEPATH>";
+    _output.put("</INSTANCEPATH>");
 }
 
 void Writer::classPath(const CIMObjectPath& path) {
-    _out += "<CLASSPATH>";
+    const Output::Session session(_output);
+    _output.put("<CLASSPATH>");
     _namespacePath(path.getHost(), path.getNameSpace());
     className(path.getClassName());
-    _out += "</CLASSPATH>";
+    _output.put("</CLASSPATH>");
 }
 
 void Writer::localInstancePath(const CIMObjectPath& path) {
-    _out += "<LOCALINSTANCEPATH>";
+    const Output::Session session(_output);
+    _output.put("<LOCALINSTANCEPATH>");
     localNamespacePath(path.getNameSpace());
     instanceName(path);
-    _out += "</LOCALINSTANCEPATH>";
+    _output.put("</LOCALINSTANCEPATH>");
 }
 
 void Writer::localClassPath(const CIMObjectPath& path) {
-    _out += "<LOCALCLASSPATH>";
+    const Output::Session session(_output);
+    _output.put("<LOCALCLASSPATH>");
     localNamespacePath(path.getNameSpace());
     className(path.getClassName());
-    _out += "</LOCALCLASSPATH>";
+    _output.put("</LOCALCLASSPATH>");
 }
 
 void Writer::objectPath(const CIMObjectPath& path) {
+    const Output::Session session(_output);
     const bool isClass = path.getKeyBindings().size() == 0;
     if (path.getNameSpace().isNull()) {
         isClass ? className(path.getClassName()) : instanceName(path);
@@ -181,75 +198,76 @@ void Writer::objectPath(const CIMObjectPath& path) {
 }
 
 void Writer::valueReference(const CIMObjectPath& path) {
+    const Output::Session session(_output);
     if (_references == nullptr) {
         _valueReference(path);
         return;
     }
     if (const std::string* element = _references->byPath.find(path)) {
-        _out += *element;
+        _output.put(*element);
         return;
     }
-    const std::size_t start = _out.size();
+    const std::size_t start = _output.length();
     _valueReference(path);
-    _references->byPath.remember(path, std::string_view(_out).substr(start));
+    _references->byPath.remember(path, _output.since(start));
 }
 
 void Writer::_valueReference(const CIMObjectPath& path) {
-    _out += "<VALUE.REFERENCE>";
+    _output.put("<VALUE.REFERENCE>");
     objectPath(path);
-    _out += "</VALUE.REFERENCE>";
+    _output.put("</VALUE.REFERENCE>");
 }
 
 void Writer::_text(Boolean x) {
-    _out += x ? "TRUE" : "FALSE";
+    _output.put(x ? "TRUE" : "FALSE");
 }
 
 void Writer::_text(Uint8 x) {
-    appendInteger(_out, unsigned(x));
+    _output.integer(unsigned(x));
 }
 
 void Writer::_text(Sint8 x) {
-    appendInteger(_out, int(x));
+    _output.integer(int(x));
 }
 
 void Writer::_text(Uint16 x) {
-    appendInteger(_out, x);
+    _output.integer(x);
 }
 
 void Writer::_text(Sint16 x) {
-    appendInteger(_out, x);
+    _output.integer(x);
 }
 
 void Writer::_text(Uint32 x) {
-    appendInteger(_out, x);
+    _output.integer(x);
 }
 
 void Writer::_text(Sint32 x) {
-    appendInteger(_out, x);
+    _output.integer(x);
 }
 
 void Writer::_text(Uint64 x) {
-    appendInteger(_out, x);
+    _output.integer(x);
 }
 
 void Writer::_text(Sint64 x) {
-    appendInteger(_out, x);
+    _output.integer(x);
 }
 
 void Writer::_text(Real32 x) {
-    appendReal(_out, x);
+    _output.advance(writeReal(_output.room(kRealTextBytes), x));
 }
 
 void Writer::_text(Real64 x) {
-    appendReal(_out, x);
+    _output.advance(writeReal(_output.room(kRealTextBytes), x));
 }
 
 void Writer::_text(const Char16& x) {
-    appendEscapedUnits(_out, &x, 1);
+    _output.escaped(&x, 1);
 }
 
 void Writer::_text(const String& x) {
-    appendEscapedUnits(_out, x.getChar16Data(), x.size());
+    _output.escaped(x.getChar16Data(), x.size());
 }
 
 void Writer::_text(const CIMDateTime& x) {
@@ -259,7 +277,7 @@ void Writer::_text(const CIMDateTime& x) {
 void Writer::_text(const CIMObject& x) {
     std::string embedded;
     Writer(embedded).object(x);
-    appendEscaped(_out, embedded);
+    _output.escaped(std::string_view(embedded));
 }
 
 void Writer::_text(const CIMInstance& x) {
@@ -267,7 +285,7 @@ void Writer::_text(const CIMInstance& x) {
 }
 
 void Writer::_scalarValue(const CIMValue& value) {
-    _out += "<VALUE>";
+    _output.put("<VALUE>");
     switch (value.getType()) {
     case CIMTYPE_BOOLEAN:
         _text(valueAs<Boolean>(value));
@@ -321,21 +339,21 @@ void Writer::_scalarValue(const CIMValue& value) {
     case CIMTYPE_REFERENCE:
         break;
     }
-    _out += "</VALUE>";
+    _output.put("</VALUE>");
 }
 
 template <class Item>
 void Writer::_arrayItems(const CIMValue& value) {
     const Array<Item> items = valueAs<Array<Item>>(value);
     for (Uint32 i = 0; i < items.size(); i++) {
-        _out += "<VALUE>";
+        _output.put("<VALUE>");
         _text(items[i]);
-        _out += "</VALUE>";
+        _output.put("</VALUE>");
     }
 }
 
 void Writer::_arrayValue(const CIMValue& value) {
-    _out += "<VALUE.ARRAY>";
+    _output.put("<VALUE.ARRAY>");
     switch (value.getType()) {
     case CIMTYPE_BOOLEAN:
         _arrayItems<Boolean>(value);
@@ -388,10 +406,15 @@ void Writer::_arrayValue(const CIMValue& value) {
     case CIMTYPE_REFERENCE:
         break;
     }
-    _out += "</VALUE.ARRAY>";
+    _output.put("</VALUE.ARRAY>");
 }
 
 void Writer::value(const CIMValue& value) {
+    const Output::Session session(_output);
+    _value(value);
+}
+
+void Writer::_value(const CIMValue& value) {
     if (value.isNull()) {
         return;
     }
@@ -403,60 +426,61 @@ void Writer::value(const CIMValue& value) {
         valueReference(valueAs<CIMObjectPath>(value));
         return;
     }
-    _out += "<VALUE.REFARRAY>";
+    _output.put("<VALUE.REFARRAY>");
     const Array<CIMObjectPath> paths = valueAs<Array<CIMObjectPath>>(value);
     for (Uint32 i = 0; i < paths.size(); i++) {
         valueReference(paths[i]);
     }
-    _out += "</VALUE.REFARRAY>";
+    _output.put("</VALUE.REFARRAY>");
 }
 
 void Writer::_typeAttributes(CIMType type) {
-    _out += " TYPE=\"";
-    _out += wireTypeName(type);
-    _out += '"';
+    _output.put(" TYPE=\"");
+    _output.put(std::string_view(wireTypeName(type)));
+    _output.put('"');
     if (isEmbedded(type)) {
-        _out += " EmbeddedObject=\"";
-        _out += embeddedKind(type);
-        _out += '"';
+        _output.put(" EmbeddedObject=\"");
+        _output.put(embeddedKind(type));
+        _output.put('"');
     }
 }
 
 void Writer::_originAttributes(const CIMName& classOrigin, Boolean propagated) {
     if (!classOrigin.isNull()) {
-        attribute("CLASSORIGIN", classOrigin.getString());
+        _attribute(" CLASSORIGIN=\"", classOrigin.getString());
     }
     if (propagated) {
-        _out += " PROPAGATED=\"true\"";
+        _output.put(" PROPAGATED=\"true\"");
     }
 }
 
 void Writer::_flavorAttributes(const CIMFlavor& flavor) {
     if (!flavor.hasFlavor(CIMFlavor::OVERRIDABLE)) {
-        _out += " OVERRIDABLE=\"false\"";
+        _output.put(" OVERRIDABLE=\"false\"");
     }
     if (!flavor.hasFlavor(CIMFlavor::TOSUBCLASS)) {
-        _out += " TOSUBCLASS=\"false\"";
+        _output.put(" TOSUBCLASS=\"false\"");
     }
     if (flavor.hasFlavor(CIMFlavor::TOINSTANCE)) {
-        _out += " TOINSTANCE=\"true\"";
+        _output.put(" TOINSTANCE=\"true\"");
     }
     if (flavor.hasFlavor(CIMFlavor::TRANSLATABLE)) {
-        _out += " TRANSLATABLE=\"true\"";
+        _output.put(" TRANSLATABLE=\"true\"");
     }
 }
 
 void Writer::qualifier(const CIMConstQualifier& qualifier) {
-    _out += "<QUALIFIER";
-    attribute("NAME", qualifier.getName().getString());
+    const Output::Session session(_output);
+    _output.put("<QUALIFIER");
+    _attribute(" NAME=\"", qualifier.getName().getString());
     _typeAttributes(qualifier.getType());
     if (qualifier.getPropagated()) {
-        _out += " PROPAGATED=\"true\"";
+        _output.put(" PROPAGATED=\"true\"");
     }
     _flavorAttributes(qualifier.getFlavor());
-    _out += '>';
-    value(qualifier.getValue());
-    _out += "</QUALIFIER>";
+    _output.put('>');
+    _value(qualifier.getValue());
+    _output.put("</QUALIFIER>");
 }
 
 template <class Element>
@@ -467,39 +491,54 @@ void Writer::_qualifiers(const Element& element) {
 }
 
 void Writer::property(const CIMConstProperty& property, const InstanceParts& parts) {
+    const Output::Session session(_output);
     _property(property, parts);
 }
 
+namespace {
+
+struct Tags {
+    std::string_view open;
+    std::string_view close;
+};
+
+Tags propertyTags(CIMType type, bool isArray) {
+    if (type == CIMTYPE_REFERENCE)
+        return {"<PROPERTY.REFERENCE", "</PROPERTY.REFERENCE>"};
+    return isArray ? Tags{"<PROPERTY.ARRAY", "</PROPERTY.ARRAY>"}
+                   : Tags{"<PROPERTY", "</PROPERTY>"};
+}
+
+} // namespace
+
 template <class Property>
 void Writer::_property(const Property& property, const InstanceParts& parts) {
-    const std::string_view tag = property.getType() == CIMTYPE_REFERENCE ? "PROPERTY.REFERENCE"
-                                 : property.isArray()                    ? "PROPERTY.ARRAY"
-                                                                         : "PROPERTY";
-    _out += '<';
-    _out += tag;
-    attribute("NAME", property.getName().getString());
-    if (property.getType() == CIMTYPE_REFERENCE) {
-        if (!property.getReferenceClassName().isNull()) {
-            attribute("REFERENCECLASS", property.getReferenceClassName().getString());
-        }
+    const CIMType type = property.getType();
+    const bool isArray = property.isArray();
+    const Tags tags = propertyTags(type, isArray);
+    _output.put(tags.open);
+    _attribute(" NAME=\"", property.getName().getString());
+    if (type == CIMTYPE_REFERENCE) {
+        const CIMName& referenceClass = property.getReferenceClassName();
+        if (!referenceClass.isNull())
+            _attribute(" REFERENCECLASS=\"", referenceClass.getString());
     } else {
-        _typeAttributes(property.getType());
-        if (property.isArray() && property.getArraySize() != 0) {
-            _out += " ARRAYSIZE=\"";
-            appendInteger(_out, property.getArraySize());
-            _out += '"';
+        _typeAttributes(type);
+        const Uint32 arraySize = isArray ? property.getArraySize() : 0;
+        if (arraySize != 0) {
+            _output.put(" ARRAYSIZE=\"");
+            _output.integer(arraySize);
+            _output.put('"');
         }
     }
     static const CIMName noOrigin;
     _originAttributes(parts.classOrigins ? property.getClassOrigin() : noOrigin,
                       property.getPropagated());
-    _out += '>';
+    _output.put('>');
     if (parts.qualifiers)
         _qualifiers(property);
-    value(property.getValue());
-    _out += "</";
-    _out += tag;
-    _out += '>';
+    _value(property.getValue());
+    _output.put(tags.close);
 }
 
 void Writer::_parameter(const CIMConstParameter& parameter) {
@@ -507,62 +546,66 @@ void Writer::_parameter(const CIMConstParameter& parameter) {
     const std::string_view tag =
         isReference ? (parameter.isArray() ? "PARAMETER.REFARRAY" : "PARAMETER.REFERENCE")
                     : (parameter.isArray() ? "PARAMETER.ARRAY" : "PARAMETER");
-    _out += '<';
-    _out += tag;
-    attribute("NAME", parameter.getName().getString());
+    _output.put('<');
+    _output.put(tag);
+    _attribute(" NAME=\"", parameter.getName().getString());
     if (isReference) {
         if (!parameter.getReferenceClassName().isNull()) {
-            attribute("REFERENCECLASS", parameter.getReferenceClassName().getString());
+            _attribute(" REFERENCECLASS=\"", parameter.getReferenceClassName().getString());
         }
     } else {
         _typeAttributes(parameter.getType());
     }
     if (parameter.isArray() && parameter.getArraySize() != 0) {
-        _out += " ARRAYSIZE=\"";
-        appendInteger(_out, parameter.getArraySize());
-        _out += '"';
+        _output.put(" ARRAYSIZE=\"");
+        _output.integer(parameter.getArraySize());
+        _output.put('"');
     }
-    _out += '>';
+    _output.put('>');
     _qualifiers(parameter);
-    _out += "</";
-    _out += tag;
-    _out += '>';
+    _output.put("</");
+    _output.put(tag);
+    _output.put('>');
 }
 
 void Writer::method(const CIMConstMethod& method) {
-    _out += "<METHOD";
-    attribute("NAME", method.getName().getString());
+    const Output::Session session(_output);
+    _output.put("<METHOD");
+    _attribute(" NAME=\"", method.getName().getString());
     _typeAttributes(method.getType());
     _originAttributes(method.getClassOrigin(), method.getPropagated());
-    _out += '>';
+    _output.put('>');
     _qualifiers(method);
     for (Uint32 i = 0; i < method.getParameterCount(); i++) {
         _parameter(method.getParameter(i));
     }
-    _out += "</METHOD>";
+    _output.put("</METHOD>");
 }
 
 void Writer::instance(const CIMConstInstance& instance, const InstanceParts& parts) {
-    _out += "<INSTANCE";
-    attribute("CLASSNAME", instance.getClassName().getString());
-    _out += '>';
+    const Output::Session session(_output);
+    _output.put("<INSTANCE");
+    _attribute(" CLASSNAME=\"", instance.getClassName().getString());
+    _output.put('>');
     if (parts.qualifiers)
         _qualifiers(instance);
-    for (Uint32 i = 0; i < instance.getPropertyCount(); i++) {
+    const Uint32 count = instance.getPropertyCount();
+    for (Uint32 i = 0; i < count; i++) {
         const CIMProperty& item = CIMPropertyReader::at(instance, i);
         if (parts.properties == nullptr || parts.properties->useThisProperty(item.getName()))
             _property(item, parts);
     }
-    _out += "</INSTANCE>";
+    _output.put("</INSTANCE>");
 }
 
 void Writer::cimClass(const CIMConstClass& cimClass) {
-    _out += "<CLASS";
-    attribute("NAME", cimClass.getClassName().getString());
+    const Output::Session session(_output);
+    _output.put("<CLASS");
+    _attribute(" NAME=\"", cimClass.getClassName().getString());
     if (!cimClass.getSuperClassName().isNull()) {
-        attribute("SUPERCLASS", cimClass.getSuperClassName().getString());
+        _attribute(" SUPERCLASS=\"", cimClass.getSuperClassName().getString());
     }
-    _out += '>';
+    _output.put('>');
     _qualifiers(cimClass);
     for (Uint32 i = 0; i < cimClass.getPropertyCount(); i++) {
         property(cimClass.getProperty(i));
@@ -570,10 +613,11 @@ void Writer::cimClass(const CIMConstClass& cimClass) {
     for (Uint32 i = 0; i < cimClass.getMethodCount(); i++) {
         method(cimClass.getMethod(i));
     }
-    _out += "</CLASS>";
+    _output.put("</CLASS>");
 }
 
 void Writer::object(const CIMConstObject& object) {
+    const Output::Session session(_output);
     if (object.isClass()) {
         cimClass(CIMConstClass(object));
     } else {
@@ -582,22 +626,23 @@ void Writer::object(const CIMConstObject& object) {
 }
 
 void Writer::paramValue(const CIMParamValue& parameter) {
+    const Output::Session session(_output);
     const CIMValue parameterValue = parameter.getValue();
-    _out += "<PARAMVALUE";
-    attribute("NAME", parameter.getParameterName());
+    _output.put("<PARAMVALUE");
+    _attribute(" NAME=\"", parameter.getParameterName());
     if (parameter.isTyped()) {
-        _out += " PARAMTYPE=\"";
-        _out += wireTypeName(parameterValue.getType());
-        _out += '"';
+        _output.put(" PARAMTYPE=\"");
+        _output.put(wireTypeName(parameterValue.getType()));
+        _output.put('"');
     }
     if (isEmbedded(parameterValue.getType())) {
-        _out += " EmbeddedObject=\"";
-        _out += embeddedKind(parameterValue.getType());
-        _out += '"';
+        _output.put(" EmbeddedObject=\"");
+        _output.put(embeddedKind(parameterValue.getType()));
+        _output.put('"');
     }
-    _out += '>';
-    value(parameterValue);
-    _out += "</PARAMVALUE>";
+    _output.put('>');
+    _value(parameterValue);
+    _output.put("</PARAMVALUE>");
 }
 
 } // namespace detail

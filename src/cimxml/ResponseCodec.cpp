@@ -136,23 +136,24 @@ void IMethodResponseWriter::writeInstance(const CIMConstInstance& instance,
              "an instance");
     _start();
     detail::Writer writer(_out, _references.get());
+    const auto session = writer.session();
     if (_operation == Operation::GetInstance || _operation == Operation::PullInstances) {
         writer.instance(instance, parts);
     } else if (deliversInstancesWithPath(_operation)) {
-        _out += "<VALUE.INSTANCEWITHPATH>";
+        writer.raw("<VALUE.INSTANCEWITHPATH>");
         writer.instancePath(completed(pathOf(instance), _defaults));
         writer.instance(instance, parts);
-        _out += "</VALUE.INSTANCEWITHPATH>";
+        writer.raw("</VALUE.INSTANCEWITHPATH>");
     } else if (_operation == Operation::EnumerateInstances) {
-        _out += "<VALUE.NAMEDINSTANCE>";
+        writer.raw("<VALUE.NAMEDINSTANCE>");
         writeInstanceName(writer, instance);
         writer.instance(instance, parts);
-        _out += "</VALUE.NAMEDINSTANCE>";
+        writer.raw("</VALUE.NAMEDINSTANCE>");
     } else {
-        _out += "<VALUE.OBJECTWITHPATH>";
+        writer.raw("<VALUE.OBJECTWITHPATH>");
         writer.instancePath(completed(pathOf(instance), _defaults));
         writer.instance(instance, parts);
-        _out += "</VALUE.OBJECTWITHPATH>";
+        writer.raw("</VALUE.OBJECTWITHPATH>");
     }
 }
 
@@ -180,9 +181,10 @@ void IMethodResponseWriter::writeObjectPath(const CIMObjectPath& path) {
         return;
     }
     const CIMObjectPath full = completed(path, _defaults);
-    _out += "<OBJECTPATH>";
+    const auto session = writer.session();
+    writer.raw("<OBJECTPATH>");
     full.getKeyBindings().size() == 0 ? writer.classPath(full) : writer.instancePath(full);
-    _out += "</OBJECTPATH>";
+    writer.raw("</OBJECTPATH>");
 }
 
 void IMethodResponseWriter::writeValue(const CIMValue& value) {

@@ -10,8 +10,10 @@
 #include <Pegasus/Common/CIMQualifier.h>
 #include <Pegasus/Common/Exception.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -26,7 +28,8 @@ struct TypeName {
     const char* name;
 };
 
-const TypeName wireTypes[] = {
+// In the order of the types, so that a type indexes its name.
+constexpr TypeName wireTypes[] = {
     {CIMTYPE_BOOLEAN, "boolean"}, {CIMTYPE_UINT8, "uint8"},       {CIMTYPE_SINT8, "sint8"},
     {CIMTYPE_UINT16, "uint16"},   {CIMTYPE_SINT16, "sint16"},     {CIMTYPE_UINT32, "uint32"},
     {CIMTYPE_SINT32, "sint32"},   {CIMTYPE_UINT64, "uint64"},     {CIMTYPE_SINT64, "sint64"},
@@ -40,27 +43,28 @@ const TypeName wireTypes[] = {
 }
 
 template <class Real>
-void appendRealText(std::string& out, Real number) {
-    if (std::isnan(number)) {
-        out += "NaN";
-        return;
-    }
-    if (std::isinf(number)) {
-        out += number < 0 ? "-INF" : "INF";
-        return;
-    }
+char* writeRealText(char* to, Real number) {
+    if (std::isnan(number))
+        return std::copy_n("NaN", 3, to);
+    if (std::isinf(number))
+        return number < 0 ? std::copy_n("-INF", 4, to) : std::copy_n("INF", 3, to);
     char text[48];
     const auto result = std::to_chars(text, text + sizeof(text), number);
     const std::string_view shortest(text, size_t(result.ptr - text));
     const size_t exponent = shortest.find('e');
     const std::string_view mantissa = shortest.substr(0, exponent);
-    out.append(mantissa);
-    if (mantissa.find('.') == std::string_view::npos) {
-        out += ".0";
-    }
-    if (exponent != std::string_view::npos) {
-        out.append(shortest.substr(exponent));
-    }
+    to = std::copy(mantissa.begin(), mantissa.end(), to);
+    if (mantissa.find('.') == std::string_view::npos)
+        to = std::copy_n(".0", 2, to);
+    if (exponent != std::string_view::npos)
+        to = std::copy(shortest.begin() + exponent, shortest.end(), to);
+    return to;
+}
+
+template <class Real>
+void appendRealText(std::string& out, Real number) {
+    char text[detail::kRealTextBytes];
+    out.append(text, writeRealText(text, number));
 }
 
 // Decimal with an optional sign, or hexadecimal 0x...: the magnitude and whether it was negative.
@@ -315,6 +319,18 @@ CIMValue parseStringArray(const Array<String>& texts, CIMType type) {
 
 } // namespace
 
+namespace detail {
+
+char* writeReal(char* to, Real64 number) {
+    return writeRealText(to, number);
+}
+
+char* writeReal(char* to, Real32 number) {
+    return writeRealText(to, number);
+}
+
+} // namespace detail
+
 void appendReal(std::string& out, Real64 number) {
     appendRealText(out, number);
 }
@@ -332,13 +348,17 @@ std::optional<CIMType> cimTypeNamed(std::string_view name) {
     return std::nullopt;
 }
 
-const char* wireTypeName(CIMType type) {
-    for (const TypeName& entry : wireTypes) {
-        if (entry.type == type) {
-            return entry.name;
-        }
+constexpr bool indexedByType() {
+    for (std::size_t i = 0; i < std::size(wireTypes); i++) {
+        if (wireTypes[i].type != CIMType(i))
+            return false;
     }
-    return "string";
+    return true;
+}
+static_assert(indexedByType());
+
+const char* wireTypeName(CIMType type) {
+    return std::size_t(type) < std::size(wireTypes) ? wireTypes[type].name : "string";
 }
 
 CIMValue parseScalar(std::string_view text, CIMType type) {

@@ -1,63 +1,71 @@
 #include <cimxml/Elements.h>
+#include <cimxml/detail/Output.h>
 #include <cimxml/detail/XmlText.h>
 
+#include <algorithm>
 #include <cctype>
+#include <cstring>
 
 namespace ksv::cimxml {
 namespace detail {
 
 namespace {
 
-void appendCodePoint(std::string& out, Pegasus::Uint32 code) {
+char* writeCodePoint(char* to, Pegasus::Uint32 code) {
     if (code < 0x80) {
-        out += char(code);
+        *to++ = char(code);
     } else if (code < 0x800) {
-        out += char(0xC0 | (code >> 6));
-        out += char(0x80 | (code & 0x3F));
+        *to++ = char(0xC0 | (code >> 6));
+        *to++ = char(0x80 | (code & 0x3F));
     } else if (code < 0x10000) {
-        out += char(0xE0 | (code >> 12));
-        out += char(0x80 | ((code >> 6) & 0x3F));
-        out += char(0x80 | (code & 0x3F));
+        *to++ = char(0xE0 | (code >> 12));
+        *to++ = char(0x80 | ((code >> 6) & 0x3F));
+        *to++ = char(0x80 | (code & 0x3F));
     } else {
-        out += char(0xF0 | (code >> 18));
-        out += char(0x80 | ((code >> 12) & 0x3F));
-        out += char(0x80 | ((code >> 6) & 0x3F));
-        out += char(0x80 | (code & 0x3F));
+        *to++ = char(0xF0 | (code >> 18));
+        *to++ = char(0x80 | ((code >> 12) & 0x3F));
+        *to++ = char(0x80 | ((code >> 6) & 0x3F));
+        *to++ = char(0x80 | (code & 0x3F));
     }
+    return to;
 }
 
-void appendCharacterReference(std::string& out, Pegasus::Uint16 code) {
-    out += "&#";
-    appendInteger(out, unsigned(code));
-    out += ';';
+template <std::size_t N>
+char* writeLiteral(char* to, const char (&text)[N]) {
+    std::memcpy(to, text, N - 1);
+    return to + N - 1;
 }
 
-void appendEscapedAscii(std::string& out, Pegasus::Uint16 c) {
+// The longest any one unit or character is written: "&quot;", "&apos;", "&#127;".
+constexpr std::size_t kLongestEscape = 6;
+
+char* writeCharacterReference(char* to, Pegasus::Uint16 code) {
+    to = writeLiteral(to, "&#");
+    to = std::to_chars(to, to + 5, unsigned(code)).ptr;
+    *to++ = ';';
+    return to;
+}
+
+char* writeEscapedAscii(char* to, Pegasus::Uint16 c) {
     switch (c) {
     case '&':
-        out += "&amp;";
-        return;
+        return writeLiteral(to, "&amp;");
     case '<':
-        out += "&lt;";
-        return;
+        return writeLiteral(to, "&lt;");
     case '>':
-        out += "&gt;";
-        return;
+        return writeLiteral(to, "&gt;");
     case '"':
-        out += "&quot;";
-        return;
+        return writeLiteral(to, "&quot;");
     case '\'':
-        out += "&apos;";
-        return;
+        return writeLiteral(to, "&apos;");
     default:
         break;
     }
     // Controls, tab and line ends included, as references: a reader would normalize them.
-    if (c < 0x20 || c == 0x7F) {
-        appendCharacterReference(out, c);
-    } else {
-        out += char(c);
-    }
+    if (c < 0x20 || c == 0x7F)
+        return writeCharacterReference(to, c);
+    *to++ = char(c);
+    return to;
 }
 
 bool isHighSurrogate(Pegasus::Uint16 unit) {
@@ -121,66 +129,117 @@ bool isPlain(Pegasus::Uint16 unit) {
     return (unit < 0x80) & kPlain.plain[unit & 0x7F];
 }
 
-// Length of the plain run at the start of `units`. Eight units are tested per branch: almost
-// all text is plain, and a branch per unit cost more than the test itself.
-size_t plainRun(const Pegasus::Char16* units, size_t count) {
+// Narrows the plain run at the start of `units` into `to`, which has room for `count` bytes,
+// and returns its length. Eight units are tested and copied per branch: almost all text is
+// plain, and a branch per unit cost more than the work itself. Bytes copied past the run are
+// overwritten by what follows it.
+size_t copyPlainRun(char* to, const Pegasus::Char16* units, size_t count) {
     size_t i = 0;
     for (; i + 8 <= count; i += 8) {
         bool special = false;
-        for (size_t k = 0; k < 8; k++)
-            special |= !isPlain(units[i + k]);
+        for (size_t k = 0; k < 8; k++) {
+            const Pegasus::Uint16 unit = units[i + k];
+            special |= !isPlain(unit);
+            to[i + k] = char(unit);
+        }
         if (special)
             break;
     }
-    while (i < count && isPlain(units[i]))
+    while (i < count && isPlain(units[i])) {
+        to[i] = char(Pegasus::Uint16(units[i]));
         i++;
+    }
     return i;
 }
 
-// The run is narrowed straight into the output, which grows once per run.
-void appendPlainRun(std::string& out, const Pegasus::Char16* units, size_t length) {
-    const size_t start = out.size();
-    out.resize(start + length);
-    char* to = &out[start];
-    for (size_t k = 0; k < length; k++)
-        to[k] = char(Pegasus::Uint16(units[k]));
+// One unit that is not plain, or a surrogate pair, at units[i]; returns the index after it.
+// Spaces are written as OpenPegasus writes them: a leading or trailing space, which readers
+// trim, and a space after a space, which some readers collapse, as references.
+size_t writeSpecial(char*& to, const Pegasus::Char16* units, size_t i, size_t count,
+                    bool& rawSpaceBefore) {
+    const Pegasus::Uint16 unit = units[i++];
+    if (unit == ' ') {
+        const bool raw = i > 1 && i < count && !rawSpaceBefore;
+        to = raw ? writeLiteral(to, " ") : writeLiteral(to, "&#32;");
+        rawSpaceBefore = raw;
+        return i;
+    }
+    rawSpaceBefore = false;
+    if (unit < 0x80) {
+        to = writeEscapedAscii(to, unit);
+    } else if (isHighSurrogate(unit) && i < count && isLowSurrogate(units[i])) {
+        const Pegasus::Uint16 low = units[i++];
+        to =
+            writeCodePoint(to, 0x10000 + ((Pegasus::Uint32(unit) - 0xD800) << 10) + (low - 0xDC00));
+    } else if (isHighSurrogate(unit) || isLowSurrogate(unit)) {
+        to = writeCodePoint(to, 0xFFFD);
+    } else {
+        to = writeCodePoint(to, unit);
+    }
+    return i;
 }
 
 } // namespace
 
-// Spaces are written as OpenPegasus writes them: a leading or trailing space, which readers trim,
-// and a space after a space, which some readers collapse, as references.
 void appendEscapedUnits(std::string& out, const Pegasus::Char16* units, size_t count) {
-    size_t i = 0;
+    Output output(out);
+    const Output::Session session(output);
+    output.escaped(units, count);
+}
+
+void Output::_grow(std::size_t bytes) {
+    // Room comes in steps, so that it is made a few times per element, not once per piece.
+    constexpr std::size_t kStep = 4096;
+    const std::size_t used = length();
+    _text.resize(used + std::max(bytes, kStep));
+    _at = _text.data() + used;
+    _end = _text.data() + _text.size();
+}
+
+void Output::escaped(const Pegasus::Char16* units, std::size_t count) {
+    // Room is asked for a slice at a time, so that text full of references does not ask for
+    // the room of all its rest over and over.
+    constexpr std::size_t kSlice = 1024;
+    std::size_t i = 0;
     bool rawSpaceBefore = false;
     while (i < count) {
-        const size_t length = plainRun(units + i, count - i);
-        if (length > 0) {
-            appendPlainRun(out, units + i, length);
-            i += length;
+        const std::size_t slice = std::min(count - i, kSlice);
+        char* to = room(slice);
+        const std::size_t length = copyPlainRun(to, units + i, slice);
+        i += length;
+        advance(to + length);
+        if (length > 0)
             rawSpaceBefore = false;
-            if (i == count)
-                break;
+        if (length < slice) {
+            to = room(kLongestEscape);
+            i = writeSpecial(to, units, i, count, rawSpaceBefore);
+            advance(to);
         }
-        const Pegasus::Uint16 unit = units[i++];
-        if (unit == ' ') {
-            const bool raw = i > 1 && i < count && !rawSpaceBefore;
-            out += raw ? " " : "&#32;";
-            rawSpaceBefore = raw;
-            continue;
-        }
-        rawSpaceBefore = false;
-        if (unit < 0x80) {
-            appendEscapedAscii(out, unit);
-        } else if (isHighSurrogate(unit) && i < count && isLowSurrogate(units[i])) {
-            const Pegasus::Uint16 low = units[i++];
-            appendCodePoint(out,
-                            0x10000 + ((Pegasus::Uint32(unit) - 0xD800) << 10) + (low - 0xDC00));
-        } else if (isHighSurrogate(unit) || isLowSurrogate(unit)) {
-            appendCodePoint(out, 0xFFFD);
+    }
+}
+
+void Output::escaped(std::string_view utf8) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(utf8.data());
+    size_t i = 0;
+    if (!utf8.empty() && trimXmlSpace(utf8).empty()) {
+        advance(writeCharacterReference(room(kLongestEscape), bytes[0]));
+        i = 1;
+    }
+    while (i < utf8.size()) {
+        char* to = room(kLongestEscape);
+        const int length = sequenceLength(bytes[i]);
+        if (length == 1) {
+            to = writeEscapedAscii(to, bytes[i++]);
+        } else if (length > 1 && size_t(length) <= utf8.size() - i &&
+                   decodeSequence(bytes + i, length) >= 0) {
+            std::memcpy(to, utf8.data() + i, size_t(length));
+            to += length;
+            i += size_t(length);
         } else {
-            appendCodePoint(out, unit);
+            to = writeCodePoint(to, 0xFFFD);
+            i++;
         }
+        advance(to);
     }
 }
 
@@ -239,25 +298,9 @@ void appendEscaped(std::string& out, const Pegasus::String& text) {
 }
 
 void appendEscaped(std::string& out, std::string_view utf8) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(utf8.data());
-    size_t i = 0;
-    if (!utf8.empty() && detail::trimXmlSpace(utf8).empty()) {
-        detail::appendCharacterReference(out, bytes[0]);
-        i = 1;
-    }
-    while (i < utf8.size()) {
-        const int length = detail::sequenceLength(bytes[i]);
-        if (length == 1) {
-            detail::appendEscapedAscii(out, bytes[i++]);
-        } else if (length > 1 && size_t(length) <= utf8.size() - i &&
-                   detail::decodeSequence(bytes + i, length) >= 0) {
-            out.append(utf8.data() + i, size_t(length));
-            i += size_t(length);
-        } else {
-            detail::appendCodePoint(out, 0xFFFD);
-            i++;
-        }
-    }
+    detail::Output output(out);
+    const detail::Output::Session session(output);
+    output.escaped(utf8);
 }
 
 } // namespace ksv::cimxml

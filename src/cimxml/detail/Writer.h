@@ -16,6 +16,7 @@
 #include <Pegasus/Common/String.h>
 
 #include <cimxml/Elements.h>
+#include <cimxml/detail/Output.h>
 
 #include <string>
 #include <string_view>
@@ -24,13 +25,14 @@ namespace ksv::cimxml::detail {
 
 class ReferenceElements;
 
-/// Appends DSP0201 elements to a caller's buffer. Holds a scratch string so that writing many
-/// string values reuses one allocation. Given `references`, references already written are
-/// copied from there instead of being written again.
+/// Appends DSP0201 elements to a caller's buffer, which holds exactly what was written whenever
+/// no call of the writer is under way. Holds a scratch string so that writing many string values
+/// reuses one allocation. Given `references`, references already written are copied from there
+/// instead of being written again.
 class Writer {
 public:
     explicit Writer(std::string& out, ReferenceElements* references = nullptr)
-        : _out(out), _references(references) {}
+        : _output(out), _references(references) {}
 
     void value(const Pegasus::CIMValue& value);
     void className(const Pegasus::CIMName& className);
@@ -54,9 +56,18 @@ public:
     /// ` NAME="value"`, escaped.
     void attribute(std::string_view name, const Pegasus::String& value);
     void attribute(std::string_view name, std::string_view utf8);
-    void raw(std::string_view text) { _out.append(text); }
+    void raw(std::string_view text) {
+        const Output::Session session(_output);
+        _output.put(text);
+    }
+    /// Keeps the buffer open across the calls made while it lives, so that room made for one
+    /// element serves the next; the buffer must then be written through this writer alone.
+    Output::Session session() { return Output::Session(_output); }
 
 private:
+    /// ` NAME="value"` from the literal ` NAME="`.
+    template <std::size_t N>
+    void _attribute(const char (&opening)[N], const Pegasus::String& value);
     void _namespacePath(const Pegasus::String& host, const Pegasus::CIMNamespaceName& nameSpace);
     void _keyBinding(const Pegasus::CIMKeyBinding& binding);
     void _referenceKeyValue(const Pegasus::CIMKeyBinding& binding);
@@ -69,6 +80,7 @@ private:
     template <class Property>
     void _property(const Property& property, const InstanceParts& parts);
     void _parameter(const Pegasus::CIMConstParameter& parameter);
+    void _value(const Pegasus::CIMValue& value);
     void _scalarValue(const Pegasus::CIMValue& value);
     void _arrayValue(const Pegasus::CIMValue& value);
     template <class Item>
@@ -91,7 +103,7 @@ private:
     void _text(const Pegasus::CIMObject& x);
     void _text(const Pegasus::CIMInstance& x);
 
-    std::string& _out;
+    Output _output;
     ReferenceElements* const _references;
     Pegasus::String _scratch;
 };

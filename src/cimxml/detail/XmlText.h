@@ -34,6 +34,12 @@ void appendInteger(std::string& out, Integer value) {
     out.append(digits, result.ptr);
 }
 
+/// The shortest text that reads back as the same real ("1.0", "2.5e-07", "NaN"), at `to`,
+/// which has room for kRealTextBytes; returns its end.
+constexpr std::size_t kRealTextBytes = 48;
+char* writeReal(char* to, Pegasus::Real64 number);
+char* writeReal(char* to, Pegasus::Real32 number);
+
 /// ASCII-only names and keywords, written without escaping.
 inline void appendAscii(std::string& out, std::string_view text) {
     out.append(text.data(), text.size());
