@@ -1,6 +1,7 @@
 #include <cimxml/Elements.h>
 #include <cimxml/Values.h>
 #include <cimxml/detail/Fail.h>
+#include <cimxml/detail/PropertyTags.h>
 #include <cimxml/detail/ReferenceElements.h>
 #include <cimxml/detail/Writer.h>
 #include <cimxml/detail/XmlText.h>
@@ -513,32 +514,51 @@ Tags propertyTags(CIMType type, bool isArray) {
 
 template <class Property>
 void Writer::_property(const Property& property, const InstanceParts& parts) {
+    const Tags tags = propertyTags(property.getType(), property.isArray());
+    _propertyStart(property, parts, tags.open);
+    if (parts.qualifiers)
+        _qualifiers(property);
+    _value(property.getValue());
+    _output.put(tags.close);
+}
+
+template <class Property>
+void Writer::_propertyStart(const Property& property, const InstanceParts& parts,
+                            std::string_view open) {
+    static const CIMName none;
+    const CIMName& name = property.getName();
     const CIMType type = property.getType();
+    const CIMName& referenceClass =
+        type == CIMTYPE_REFERENCE ? property.getReferenceClassName() : none;
+    const CIMName& origin = parts.classOrigins ? property.getClassOrigin() : none;
     const bool isArray = property.isArray();
-    const Tags tags = propertyTags(type, isArray);
-    _output.put(tags.open);
-    _attribute(" NAME=\"", property.getName().getString());
+    const Uint32 arraySize = isArray ? property.getArraySize() : 0;
+    const PropertyTags::Key key(name, referenceClass, origin, arraySize, type, isArray,
+                                property.getPropagated());
+    if (_propertyTags != nullptr) {
+        if (const std::string* tag = _propertyTags->find(key)) {
+            _output.put(*tag);
+            return;
+        }
+    }
+    const std::size_t start = _output.length();
+    _output.put(open);
+    _attribute(" NAME=\"", name.getString());
     if (type == CIMTYPE_REFERENCE) {
-        const CIMName& referenceClass = property.getReferenceClassName();
         if (!referenceClass.isNull())
             _attribute(" REFERENCECLASS=\"", referenceClass.getString());
     } else {
         _typeAttributes(type);
-        const Uint32 arraySize = isArray ? property.getArraySize() : 0;
         if (arraySize != 0) {
             _output.put(" ARRAYSIZE=\"");
             _output.integer(arraySize);
             _output.put('"');
         }
     }
-    static const CIMName noOrigin;
-    _originAttributes(parts.classOrigins ? property.getClassOrigin() : noOrigin,
-                      property.getPropagated());
+    _originAttributes(origin, key.propagated);
     _output.put('>');
-    if (parts.qualifiers)
-        _qualifiers(property);
-    _value(property.getValue());
-    _output.put(tags.close);
+    if (_propertyTags != nullptr)
+        _propertyTags->remember(key, name, referenceClass, origin, _output.since(start));
 }
 
 void Writer::_parameter(const CIMConstParameter& parameter) {

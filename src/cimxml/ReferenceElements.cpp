@@ -1,3 +1,4 @@
+#include <cimxml/detail/PropertyTags.h>
 #include <cimxml/detail/ReferenceElements.h>
 
 #include <cstdint>
@@ -82,6 +83,49 @@ std::size_t PathParts::bytes(const CIMObjectPath& path) {
     for (Uint32 i = 0; i < keys.size(); i++)
         total += unitBytes(keys[i].getName().getString()) + unitBytes(keys[i].getValue()) + 64;
     return total;
+}
+
+bool PropertyTags::Key::operator==(const Key& other) const {
+    return name == other.name && referenceClass == other.referenceClass && origin == other.origin &&
+           arraySize == other.arraySize && type == other.type && isArray == other.isArray &&
+           propagated == other.propagated;
+}
+
+std::size_t PropertyTags::_home(const Key& key) {
+    // Texts are at least 8-byte aligned: the low bits of their addresses say nothing.
+    const std::uint64_t hash = ((reinterpret_cast<std::uintptr_t>(key.name) >> 3) ^
+                                (reinterpret_cast<std::uintptr_t>(key.origin) << 5) ^
+                                (std::uint64_t(key.type) << 1 | std::uint64_t(key.isArray))) *
+                               0x9E3779B97F4A7C15ULL;
+    return std::size_t(hash >> 40);
+}
+
+const std::string* PropertyTags::find(const Key& key) const {
+    const std::size_t home = _home(key);
+    for (std::size_t probe = 0; probe < kProbes; probe++) {
+        const Entry& entry = _entries[(home + probe) % kSlots];
+        if (entry.key == key)
+            return &entry.tag;
+    }
+    return nullptr;
+}
+
+void PropertyTags::remember(const Key& key, const CIMName& name, const CIMName& referenceClass,
+                            const CIMName& origin, std::string_view tag) {
+    const std::size_t home = _home(key);
+    std::size_t slot = home % kSlots;
+    for (std::size_t probe = 0; probe < kProbes; probe++) {
+        if (_entries[(home + probe) % kSlots].key.name == nullptr) {
+            slot = (home + probe) % kSlots;
+            break;
+        }
+    }
+    Entry& entry = _entries[slot];
+    entry.name = name;
+    entry.referenceClass = referenceClass;
+    entry.origin = origin;
+    entry.key = key;
+    entry.tag.assign(tag);
 }
 
 } // namespace ksv::cimxml::detail

@@ -59,7 +59,8 @@ struct PathDefaults {
 /// Not thread-safe; one writer per response.
 namespace detail {
 class ReferenceElements;
-}
+class PropertyTags;
+} // namespace detail
 
 class IMethodResponseWriter {
 public:
@@ -97,6 +98,7 @@ private:
     PathDefaults _defaults;
     bool _started = false;
     std::unique_ptr<detail::ReferenceElements> _references;
+    std::unique_ptr<detail::PropertyTags> _propertyTags;
 };
 
 /// The whole response to an extrinsic method call: METHODRESPONSE with RETURNVALUE (left out

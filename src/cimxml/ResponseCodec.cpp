@@ -3,6 +3,7 @@
 #include <cimxml/Values.h>
 #include <cimxml/detail/Envelope.h>
 #include <cimxml/detail/Fail.h>
+#include <cimxml/detail/PropertyTags.h>
 #include <cimxml/detail/Reader.h>
 #include <cimxml/detail/ReferenceElements.h>
 #include <cimxml/detail/Writer.h>
@@ -80,7 +81,8 @@ void appendTypeAttributes(std::string& out, const CIMValue& value) {
 IMethodResponseWriter::IMethodResponseWriter(std::string& out, std::string messageId,
                                              Operation operation, PathDefaults defaults)
     : _out(out), _messageId(std::move(messageId)), _operation(operation),
-      _defaults(std::move(defaults)), _references(std::make_unique<detail::ReferenceElements>()) {}
+      _defaults(std::move(defaults)), _references(std::make_unique<detail::ReferenceElements>()),
+      _propertyTags(std::make_unique<detail::PropertyTags>()) {}
 
 IMethodResponseWriter::~IMethodResponseWriter() = default;
 
@@ -135,7 +137,7 @@ void IMethodResponseWriter::writeInstance(const CIMConstInstance& instance,
                  deliversInstancesWithPath(_operation),
              "an instance");
     _start();
-    detail::Writer writer(_out, _references.get());
+    detail::Writer writer(_out, _references.get(), _propertyTags.get());
     const auto session = writer.session();
     if (_operation == Operation::GetInstance || _operation == Operation::PullInstances) {
         writer.instance(instance, parts);

@@ -24,15 +24,17 @@
 namespace ksv::cimxml::detail {
 
 class ReferenceElements;
+class PropertyTags;
 
 /// Appends DSP0201 elements to a caller's buffer, which holds exactly what was written whenever
 /// no call of the writer is under way. Holds a scratch string so that writing many string values
 /// reuses one allocation. Given `references`, references already written are copied from there
-/// instead of being written again.
+/// instead of being written again, and given `propertyTags`, so are the start tags of properties.
 class Writer {
 public:
-    explicit Writer(std::string& out, ReferenceElements* references = nullptr)
-        : _output(out), _references(references) {}
+    explicit Writer(std::string& out, ReferenceElements* references = nullptr,
+                    PropertyTags* propertyTags = nullptr)
+        : _output(out), _references(references), _propertyTags(propertyTags) {}
 
     void value(const Pegasus::CIMValue& value);
     void className(const Pegasus::CIMName& className);
@@ -79,6 +81,9 @@ private:
     void _qualifiers(const Element& element);
     template <class Property>
     void _property(const Property& property, const InstanceParts& parts);
+    template <class Property>
+    void _propertyStart(const Property& property, const InstanceParts& parts,
+                        std::string_view open);
     void _parameter(const Pegasus::CIMConstParameter& parameter);
     void _value(const Pegasus::CIMValue& value);
     void _scalarValue(const Pegasus::CIMValue& value);
@@ -105,6 +110,7 @@ private:
 
     Output _output;
     ReferenceElements* const _references;
+    PropertyTags* const _propertyTags;
     Pegasus::String _scratch;
 };
 
