@@ -92,11 +92,10 @@ bool PropertyTags::Key::operator==(const Key& other) const {
 }
 
 std::size_t PropertyTags::_home(const Key& key) {
-    // Texts are at least 8-byte aligned: the low bits of their addresses say nothing.
-    const std::uint64_t hash = ((reinterpret_cast<std::uintptr_t>(key.name) >> 3) ^
-                                (reinterpret_cast<std::uintptr_t>(key.origin) << 5) ^
-                                (std::uint64_t(key.type) << 1 | std::uint64_t(key.isArray))) *
-                               0x9E3779B97F4A7C15ULL;
+    // By the name alone: the properties of a class differ in it. Texts are at least 8-byte
+    // aligned, so the low bits of their addresses say nothing.
+    const std::uint64_t hash =
+        (reinterpret_cast<std::uintptr_t>(key.name) >> 3) * 0x9E3779B97F4A7C15ULL;
     return std::size_t(hash >> 40);
 }
 

@@ -95,6 +95,34 @@ TEST(Encoding, TextIsEscapedSoThatReadersKeepItExactly) {
     EXPECT_EQ("ok\xEF\xBF\xBD&lt;", fromUtf8);
 }
 
+// Long text is escaped a slice at a time; what straddles a slice's end must come out whole.
+TEST(Encoding, LongTextIsEscapedAlikeWhereverItsSpecialCharactersFall) {
+    const std::string plain(1021, 'a');
+    const Char16 pair[] = {0xD83D, 0xDE00, 0};
+    const struct {
+        String tail;
+        std::string written;
+    } cases[] = {
+        {"bc&d", "bc&amp;d"},
+        {"bc  d", "bc &#32;d"},
+        {"bcd ", "bcd&#32;"},
+        {String("bc") + String(pair) + "d", "bc\xF0\x9F\x98\x80"
+                                            "d"},
+        {String("bcd") + String(pair), "bcd\xF0\x9F\x98\x80"},
+        {String(std::string(3000, '<').c_str()),
+         [] {
+             std::string refs;
+             for (int i = 0; i < 3000; i++)
+                 refs += "&lt;";
+             return refs;
+         }()},
+    };
+    for (const auto& c : cases) {
+        const std::string out = escaped(String(plain.c_str()) + c.tail);
+        EXPECT_EQ(plain + c.written, out) << out.substr(plain.size());
+    }
+}
+
 TEST(Decoding, TextEndsAreTrimmedUnlessSentAsReferencesAndLinesStillCount) {
     const struct {
         const char* sent;

@@ -153,6 +153,46 @@ TEST(ResponseWriter, AssociationResultsCarryFullPaths) {
     EXPECT_EQ(CIMObjectPath("//array7/root/ksv:KSV_Thing"), paths.paths[1]);
 }
 
+// A response copies the start tag it wrote for a property sharing the same name text; the
+// properties here share one, and each must still be written with its own type and origins.
+TEST(ResponseWriter, PropertiesSharingANameKeepTheirOwnTypesAndOrigins) {
+    const CIMName name("Status");
+    const CIMName origin("CIM_Disk");
+    Array<Uint16> codes;
+    codes.append(2);
+    const CIMProperty forms[] = {
+        CIMProperty(name, CIMValue(Uint16(2))),
+        CIMProperty(name, CIMValue(String("OK"))),
+        CIMProperty(name, CIMValue(codes)),
+        CIMProperty(name, CIMValue(codes), 1),
+        CIMProperty(name, CIMValue(Uint16(2)), 0, CIMName(), origin),
+        CIMProperty(name, CIMValue(Uint16(2)), 0, CIMName(), origin, true),
+        CIMProperty(name, CIMValue(CIMObjectPath("KSV_Disk.DeviceID=\"D1\"")), 0,
+                    CIMName("KSV_Disk")),
+        CIMProperty(name, CIMValue(CIMObjectPath("KSV_Disk.DeviceID=\"D1\"")), 0,
+                    CIMName("CIM_Disk")),
+    };
+    ChunkedResponse response(Operation::EnumerateInstances);
+    Array<CIMInstance> written;
+    for (int round = 0; round < 2; round++) {
+        for (const CIMProperty& form : forms) {
+            CIMInstance disk(CIMName("KSV_Disk"));
+            disk.addProperty(form);
+            disk.setPath(CIMObjectPath("KSV_Disk.DeviceID=\"D1\""));
+            response.writer().writeInstance(disk);
+            written.append(disk);
+        }
+    }
+    const OperationResponse decoded = response.finish();
+    ASSERT_EQ(written.size(), decoded.instances.size());
+    for (Uint32 i = 0; i < written.size(); i++) {
+        EXPECT_TRUE(sameContent(written[i], decoded.instances[i])) << i;
+        EXPECT_EQ(written[i].getProperty(0).getArraySize(),
+                  decoded.instances[i].getProperty(0).getArraySize())
+            << i;
+    }
+}
+
 TEST(ResponseWriter, TakesTheDsp0201FormAndStartsOnlyWhenAskedTo) {
     std::string out;
     IMethodResponseWriter writer(out, "7", Operation::EnumerateInstanceNames);
