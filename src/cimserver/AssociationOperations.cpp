@@ -174,7 +174,8 @@ void OperationDispatcher::associatorNames(const Caller& caller, const Request& r
     }
     const CIMObjectPath objectName = providerPath(request.nameSpace, request.objectName);
     ObjectPathForwarder handler([&](const CIMObjectPath& path) {
-        sink.put(completed(path, _hostName, request.nameSpace));
+        withCompleted(path, _hostName, request.nameSpace,
+                      [&sink](const CIMObjectPath& full) { sink.put(full); });
     });
     for (const ProviderRoute& route : associationRoutes(request, request.assocClass)) {
         route.provider->invoke<Pegasus::CIMAssociationProvider>("associatorNames", [&](auto& p) {
@@ -220,7 +221,8 @@ void OperationDispatcher::referenceNames(const Caller& caller, const Request& re
     }
     const CIMObjectPath objectName = providerPath(request.nameSpace, request.objectName);
     ObjectPathForwarder handler([&](const CIMObjectPath& path) {
-        sink.put(completed(path, _hostName, request.nameSpace));
+        withCompleted(path, _hostName, request.nameSpace,
+                      [&sink](const CIMObjectPath& full) { sink.put(full); });
     });
     for (const ProviderRoute& route : associationRoutes(request, request.resultClass)) {
         route.provider->invoke<Pegasus::CIMAssociationProvider>("referenceNames", [&](auto& p) {

@@ -242,7 +242,8 @@ void OperationDispatcher::enumerateInstanceNamesOf(const Caller& caller, const R
         return;
     }
     ObjectPathForwarder handler([&](const CIMObjectPath& path) {
-        sink.put(completed(path, _hostName, request.nameSpace));
+        withCompleted(path, _hostName, request.nameSpace,
+                      [&sink](const CIMObjectPath& full) { sink.put(full); });
     });
     provider->invoke<Pegasus::CIMInstanceProvider>("enumerateInstanceNames", [&](auto& instances) {
         instances.enumerateInstanceNames(

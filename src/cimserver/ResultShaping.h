@@ -38,6 +38,17 @@ Pegasus::CIMObject shaped(const Pegasus::CIMObject& object, const ObjectFilter& 
 Pegasus::CIMObjectPath completed(Pegasus::CIMObjectPath path, const Pegasus::String& host,
                                  const Pegasus::CIMNamespaceName& nameSpace);
 
+// Hands `use` the path completed so; one that has both is handed over as it is, sparing a copy
+// of the path and its keys per result.
+template <typename Use>
+void withCompleted(const Pegasus::CIMObjectPath& path, const Pegasus::String& host,
+                   const Pegasus::CIMNamespaceName& nameSpace, Use&& use) {
+    if (path.getHost().size() != 0 && !path.getNameSpace().isNull())
+        use(path);
+    else
+        use(completed(path, host, nameSpace));
+}
+
 } // namespace ksv::server
 
 #endif

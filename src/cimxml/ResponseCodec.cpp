@@ -50,6 +50,15 @@ CIMObjectPath completed(CIMObjectPath path, const PathDefaults& defaults) {
     return path;
 }
 
+// Hands `write` the path completed so; one that has both is written as it is, uncopied.
+template <class Write>
+void writeCompleted(const CIMObjectPath& path, const PathDefaults& defaults, Write write) {
+    if (path.getHost().size() != 0 && !path.getNameSpace().isNull())
+        write(path);
+    else
+        write(completed(path, defaults));
+}
+
 // The path an instance is delivered under; its class name when the provider set no path.
 CIMObjectPath pathOf(const CIMConstInstance& instance) {
     CIMObjectPath path = instance.getPath();
@@ -179,13 +188,15 @@ void IMethodResponseWriter::writeObjectPath(const CIMObjectPath& path) {
         return;
     }
     if (deliversPaths(_operation)) {
-        writer.instancePath(completed(path, _defaults));
+        writeCompleted(path, _defaults,
+                       [&writer](const CIMObjectPath& full) { writer.instancePath(full); });
         return;
     }
-    const CIMObjectPath full = completed(path, _defaults);
     const auto session = writer.session();
     writer.raw("<OBJECTPATH>");
-    full.getKeyBindings().size() == 0 ? writer.classPath(full) : writer.instancePath(full);
+    writeCompleted(path, _defaults, [&writer](const CIMObjectPath& full) {
+        full.getKeyBindings().size() == 0 ? writer.classPath(full) : writer.instancePath(full);
+    });
     writer.raw("</OBJECTPATH>");
 }
 
