@@ -6,7 +6,6 @@
 
 #include "ksvapi.h"
 
-
 using namespace ksvsim::detail;
 
 namespace {
