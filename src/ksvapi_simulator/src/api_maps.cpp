@@ -15,13 +15,20 @@ using namespace ksvsim::detail;
 namespace {
 
 // Each map set is one allocation: the records, then the entries they point
-// to, so that releasing it is a single free().
+// to, so that releasing it is a single free(). The records are zeroed, and the
+// entries only when 'zeroEntries' says that their filler leaves bytes unwritten:
+// zeroing a large block makes the allocator hand out fresh pages, which the
+// copy then faults in one by one.
 template <typename Record, typename Entry>
-void* allocateMapBlock(std::size_t records, std::size_t entries, Record*& first,
-                       Entry*& firstEntry) {
+void* allocateMapBlock(std::size_t records, std::size_t entries, Record*& first, Entry*& firstEntry,
+                       bool zeroEntries) {
     static_assert(sizeof(Record) % alignof(Entry) == 0, "entries follow the records");
-    const std::size_t size = records * sizeof(Record) + entries * sizeof(Entry);
-    void* block = size == 0 ? nullptr : std::calloc(1, size);
+    const std::size_t recordBytes = records * sizeof(Record);
+    const std::size_t size = recordBytes + entries * sizeof(Entry);
+    void* block = size == 0 ? nullptr : std::malloc(size);
+    if (block != nullptr) {
+        std::memset(block, 0, zeroEntries ? size : recordBytes);
+    }
     first = static_cast<Record*>(block);
     firstEntry = block == nullptr ? nullptr : reinterpret_cast<Entry*>(first + records);
     return block;
@@ -58,7 +65,8 @@ int copyVolumeMaps(const Model& model, const std::string& name, api_MapsVVtoCh_t
     }
     api_MapVVtoCh_t* records = nullptr;
     api_MapCh_t* entries = nullptr;
-    if (allocateMapBlock(selected.size(), chunklets, records, entries) == nullptr &&
+    // The entries are copied whole from the model.
+    if (allocateMapBlock(selected.size(), chunklets, records, entries, false) == nullptr &&
         !selected.empty()) {
         return API_E_NO_MEMORY;
     }
@@ -111,7 +119,8 @@ int copyDiskMaps(const Model& model, uint32_t diskId, api_MapsPDtoVV_t& maps) {
     }
     api_MapPDtoVV_t* records = nullptr;
     api_MapPDVolume_t* entries = nullptr;
-    if (allocateMapBlock(selected.size(), uses, records, entries) == nullptr && !selected.empty()) {
+    if (allocateMapBlock(selected.size(), uses, records, entries, true) == nullptr &&
+        !selected.empty()) {
         return API_E_NO_MEMORY;
     }
     for (std::size_t i = 0; i < selected.size(); ++i) {
