@@ -21,6 +21,25 @@ TEST_F(ForcedResults, RefuseFunctionsThatCannotBeForced) {
 
 class LibraryLog : public SimulatorTest {};
 
+// Round the log twice and stop two calls into the third round: the latest calls come back
+// oldest first, each with its own argument, and a cleared log starts its order afresh.
+TEST_F(LibraryLog, CallLogKeepsTheLatestCallsOldestFirst) {
+    const int kept = 10000;
+    const int made = 2 * kept + 2;
+    for (int i = 0; i < made; ++i)
+        set_invalid_value(nullptr, i);
+    std::vector<ksvsim::CallRecord> calls = ksvsim::calls();
+    ASSERT_EQ(calls.size(), std::size_t(kept));
+    for (int i = 0; i < kept; ++i)
+        ASSERT_EQ(calls[i].argument, std::to_string(made - kept + i)) << i;
+    ksvsim::clearCalls();
+    for (int i = 0; i < 3; ++i)
+        set_invalid_value(nullptr, -i);
+    calls = ksvsim::calls();
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[0].argument + calls[1].argument + calls[2].argument, "0-1-2");
+}
+
 TEST_F(LibraryLog, LevelDecidesWhatReachesTheSinkAndBadSinksAreRefused) {
     const std::string logFile =
         ::testing::TempDir() + "ksvapi-log-" + std::to_string(getpid()) + ".txt";

@@ -147,7 +147,7 @@ void freeDiskDeviceIDs(api_DiskDeviceIDList_t* list) {
 }
 
 int api_locateMagazine(const char* cageName, uint16_t magPosition, int value) {
-    const std::string cage = argumentText(cageName);
+    const std::string cage(argumentText(cageName));
     const std::string argument =
         cage + ":" + std::to_string(magPosition) + ":" + std::to_string(value);
     return tracedCall("api_locateMagazine", argument, [&]() -> int {

@@ -185,7 +185,7 @@ int api_getMapsVVtoCh(const char* volumeName, api_MapsVVtoCh_t* maps) {
     if (maps != nullptr) {
         *maps = api_MapsVVtoCh_t{};
     }
-    const std::string name = argumentText(volumeName);
+    const std::string name(argumentText(volumeName));
     return tracedCall("api_getMapsVVtoCh", name, [&]() -> int {
         if (maps == nullptr) {
             return API_E_INVALID;
@@ -263,7 +263,7 @@ int api_getVVs(const char* volumeKey, api_VVList_t* list) {
     if (list != nullptr) {
         *list = api_VVList_t{};
     }
-    const std::string key = argumentText(volumeKey);
+    const std::string key(argumentText(volumeKey));
     return tracedCall("api_getVVs", key, [&]() -> int {
         if (list == nullptr) {
             return API_E_INVALID;

@@ -78,7 +78,7 @@ void ksv_panic(const char* format, ...) {
 }
 
 int api_ksvOpenForCimserver(const char* userName) {
-    const std::string name = argumentText(userName);
+    const std::string name(argumentText(userName));
     return tracedCall("api_ksvOpenForCimserver", name,
                       [&name]() -> int { return userMayOpen(name) ? API_OK : API_E_DENIED; });
 }
@@ -104,7 +104,7 @@ void api_initStatus(api_status_t* status) {
 }
 
 void errinfo_set_str(api_status_t* status, int code, const char* text) {
-    recordCall("errinfo_set_str", std::to_string(code) + " " + argumentText(text));
+    recordCall("errinfo_set_str", std::to_string(code) + " " + std::string(argumentText(text)));
     if (status != nullptr) {
         status->code = code;
         std::snprintf(status->text, sizeof status->text, "%s", text != nullptr ? text : "");
@@ -113,14 +113,14 @@ void errinfo_set_str(api_status_t* status, int code, const char* text) {
 
 int api_authorizeCIMUser(const char* userName, const char* ipAddr, const char* operationKey) {
     (void)ipAddr; // rights do not depend on the client's address
-    const std::string name = argumentText(userName);
-    const std::string key = argumentText(operationKey);
+    const std::string name(argumentText(userName));
+    const std::string key(argumentText(operationKey));
     return tracedCall("api_authorizeCIMUser", name + " " + key,
                       [&]() -> int { return userMayPerform(name, key) ? API_OK : API_E_DENIED; });
 }
 
 int api_checkUserPassword(const char* userName, const char* password) {
-    const std::string name = argumentText(userName);
+    const std::string name(argumentText(userName));
     return tracedCall("api_checkUserPassword", name, [&]() -> int {
         if (password == nullptr) {
             return API_E_DENIED;

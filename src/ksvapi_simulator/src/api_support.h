@@ -4,12 +4,12 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <string>
+#include <string_view>
 
 namespace ksvsim::detail {
 
 // Text of an argument for the call log; NULL becomes "".
-inline std::string argumentText(const char* text) {
+inline std::string_view argumentText(const char* text) {
     return text != nullptr ? text : "";
 }
 

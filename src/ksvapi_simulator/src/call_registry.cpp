@@ -89,22 +89,37 @@ std::optional<int> CallRegistry::takeForced(const char* function) {
     return result;
 }
 
-void CallRegistry::record(const char* function, std::string argument, int result) {
+void CallRegistry::record(const char* function, std::string_view argument, int result) {
+    const std::thread::id thread = std::this_thread::get_id();
     std::lock_guard<std::mutex> lock(callsMutex_);
-    if (calls_.size() == kMaxRecordedCalls) {
-        calls_.pop_front();
+    if (calls_.size() < kMaxRecordedCalls) {
+        calls_.reserve(kMaxRecordedCalls);
+        calls_.push_back({function, std::string(argument), result, thread});
+        return;
     }
-    calls_.push_back({function, std::move(argument), result, std::this_thread::get_id()});
+    Call& oldest = calls_[oldestCall_];
+    oldest.function = function;
+    oldest.argument.assign(argument);
+    oldest.result = result;
+    oldest.thread = thread;
+    oldestCall_ = (oldestCall_ + 1) % kMaxRecordedCalls;
 }
 
 std::vector<CallRecord> CallRegistry::calls() const {
     std::lock_guard<std::mutex> lock(callsMutex_);
-    return {calls_.begin(), calls_.end()};
+    std::vector<CallRecord> records;
+    records.reserve(calls_.size());
+    for (std::size_t i = 0; i < calls_.size(); ++i) {
+        const Call& call = calls_[(oldestCall_ + i) % calls_.size()];
+        records.push_back({call.function, call.argument, call.result, call.thread});
+    }
+    return records;
 }
 
 void CallRegistry::clearCalls() {
     std::lock_guard<std::mutex> lock(callsMutex_);
     calls_.clear();
+    oldestCall_ = 0;
 }
 
 } // namespace ksvsim::detail

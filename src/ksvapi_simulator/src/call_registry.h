@@ -5,11 +5,11 @@
 #include "ksvapi_sim.h"
 
 #include <atomic>
-#include <deque>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ksvsim::detail {
@@ -24,7 +24,7 @@ public:
     // The forced result of this call, if any; consumes one of its calls.
     std::optional<int> takeForced(const char* function);
 
-    void record(const char* function, std::string argument, int result);
+    void record(const char* function, std::string_view argument, int result);
     std::vector<CallRecord> calls() const;
     void clearCalls();
 
@@ -38,24 +38,34 @@ private:
     std::map<std::string, Forced, std::less<>> forced_;
     std::atomic<bool> anyForced_{false};
 
+    // The log is a ring of the most recent calls. Function names are the library's own literals,
+    // kept as pointers, and an argument is copied into the text of the call it replaces, so that
+    // once the ring is full recording a call allocates nothing.
+    struct Call {
+        const char* function;
+        std::string argument;
+        int result;
+        std::thread::id thread;
+    };
     mutable std::mutex callsMutex_;
-    std::deque<CallRecord> calls_;
+    std::vector<Call> calls_;
+    std::size_t oldestCall_ = 0;
 };
 
 // Runs 'body' unless a result is forced for 'function', and records the call
 // with its result.
 template <typename Body>
-int tracedCall(const char* function, std::string argument, Body&& body) {
+int tracedCall(const char* function, std::string_view argument, Body&& body) {
     CallRegistry& registry = CallRegistry::instance();
     const std::optional<int> forced = registry.takeForced(function);
     const int result = forced ? *forced : body();
-    registry.record(function, std::move(argument), result);
+    registry.record(function, argument, result);
     return result;
 }
 
 // Records a call of a function that returns no result.
-inline void recordCall(const char* function, std::string argument = {}) {
-    CallRegistry::instance().record(function, std::move(argument), 0);
+inline void recordCall(const char* function, std::string_view argument = {}) {
+    CallRegistry::instance().record(function, argument, 0);
 }
 
 } // namespace ksvsim::detail
