@@ -292,6 +292,26 @@ public:
                                           const CIMObjectPath& ref3, const CIMClass& assocClass,
                                           const String& host, const String& nameSpace);
 
+    // One reference of an association, made once for every instance that shares it: the path
+    // with the host it is given, the value of its role's property and the key that names it in
+    // the association's path, whose text is written once here rather than for each instance.
+    class AssocEnd {
+    public:
+        AssocEnd(const String& role, const CIMObjectPath& path, const String& host);
+        // Sets the role's property of the instance (when its class has one) and appends the
+        // key to those of the instance's path.
+        void addTo(CIMInstance& instance, Array<CIMKeyBinding>& keys) const;
+
+    private:
+        CIMName _role;
+        CIMValue _value;
+        CIMKeyBinding _key;
+    };
+    // The same instance as the two-reference, one-host buildAssocInstance, from prepared ends.
+    static CIMInstance buildAssocInstance(const CIMName& assocClassName, const AssocEnd& end1,
+                                          const AssocEnd& end2, const CIMClass& assocClass,
+                                          const String& host, const String& nameSpace);
+
     // Membership: strings exactly, paths by matchObjectPath, class names without case.
     static bool isPartOfArray(const String& value, const Array<String>& values);
     static bool isPartOfArray(const CIMObjectPath& path, const Array<CIMObjectPath>& paths);

@@ -154,12 +154,8 @@ CIMInstance assocInstance(const CIMClass& assocClass, const String& host, const 
     CIMInstance instance = KSV_Common::buildInstanceSkeleton(assocClass);
     Array<CIMKeyBinding> keys;
     keys.reserveCapacity(Uint32(references.size()));
-    for (const Reference& reference : references) {
-        std::optional<CIMObjectPath> spare;
-        const CIMObjectPath& hosted = withHost(reference.path, reference.host, spare);
-        KSV_Common::setPropertyValue(instance, reference.role, hosted);
-        keys.append(referenceKey(reference.role, hosted));
-    }
+    for (const Reference& reference : references)
+        KSV_Common::AssocEnd(reference.role, reference.path, reference.host).addTo(instance, keys);
     instance.setPath(CIMObjectPath(host, CIMNamespaceName(nameSpace), className, keys));
     return instance;
 }
@@ -340,6 +336,34 @@ CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const 
                                            const String& host, const String& nameSpace) {
     return assocInstance(assocClass, host, nameSpace, assocClassName,
                          {{role1, ref1, host}, {role2, ref2, host}, {role3, ref3, host}});
+}
+
+// The role's name is checked after the host, as when the property is set from the path.
+KSV_Common::AssocEnd::AssocEnd(const String& role, const CIMObjectPath& path, const String& host) {
+    std::optional<CIMObjectPath> spare;
+    const CIMObjectPath& hosted = withHost(path, host, spare);
+    _role = CIMName(role);
+    _value = CIMValue(hosted);
+    _key = referenceKey(role, hosted);
+}
+
+void KSV_Common::AssocEnd::addTo(CIMInstance& instance, Array<CIMKeyBinding>& keys) const {
+    const Uint32 index = instance.findProperty(_role);
+    if (index != PEG_NOT_FOUND)
+        instance.getProperty(index).setValue(_value);
+    keys.append(_key);
+}
+
+CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const AssocEnd& end1,
+                                           const AssocEnd& end2, const CIMClass& assocClass,
+                                           const String& host, const String& nameSpace) {
+    CIMInstance instance = buildInstanceSkeleton(assocClass);
+    Array<CIMKeyBinding> keys;
+    keys.reserveCapacity(2);
+    end1.addTo(instance, keys);
+    end2.addTo(instance, keys);
+    instance.setPath(CIMObjectPath(host, CIMNamespaceName(nameSpace), assocClassName, keys));
+    return instance;
 }
 
 bool KSV_Common::isPartOfArray(const String& value, const Array<String>& values) {

@@ -225,5 +225,30 @@ TEST(AssocPaths, TwoReferencesGetExactlyTheTwoRoleKeysAndTheHostsGiven) {
     EXPECT_EQ(text(reference(threeHosts, 1).getHost()), "h2");
 }
 
+// Ends made once serve many instances: each sets its role's property, where the class has one,
+// and names the instance by the same reference, given the end's host.
+TEST(AssocPaths, PreparedEndsSetTheirRolesAndKeysWithTheirHost) {
+    CIMClass assocClass("KSV_SystemDisk");
+    assocClass.addProperty(
+        CIMProperty("GroupComponent", CIMValue(CIMTYPE_REFERENCE, false), 0, "KSV_StorageSystem"));
+    const KSV_Common::AssocEnd system("GroupComponent", path(SYSTEM), "h9");
+    const KSV_Common::AssocEnd disk("PartComponent",
+                                    path("root/other:KSV_DiskDrive.DeviceID=\"A\""), "h9");
+    const CIMInstance instance = KSV_Common::buildAssocInstance("KSV_SystemDisk", system, disk,
+                                                                assocClass, "h3", "root/ksv");
+    const std::string systemText = "//h9/root/ksv:KSV_StorageSystem.CreationClassName="
+                                   "\"KSV_StorageSystem\",Name=\"S1\"";
+    CIMObjectPath groupComponent;
+    instance.getProperty(instance.findProperty("GroupComponent")).getValue().get(groupComponent);
+    EXPECT_EQ(text(groupComponent.toString()), systemText);
+    EXPECT_EQ(instance.findProperty("PartComponent"), PEG_NOT_FOUND);
+    EXPECT_EQ(text(instance.getPath().getHost()), "h3");
+    EXPECT_EQ(keyNames(instance.getPath()),
+              (std::vector<std::string>{"GroupComponent", "PartComponent"}));
+    EXPECT_EQ(text(reference(instance.getPath(), 0).toString()), systemText);
+    EXPECT_EQ(text(reference(instance.getPath(), 1).toString()),
+              "//h9/root/other:KSV_DiskDrive.DeviceID=\"A\"");
+}
+
 } // namespace
 } // namespace ksv::test
