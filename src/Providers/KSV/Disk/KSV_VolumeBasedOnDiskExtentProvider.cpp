@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <optional>
+#include <unordered_map>
 #include <vector>
 
 PEGASUS_NAMESPACE_BEGIN
@@ -229,6 +231,95 @@ private:
     bool _read;
 };
 
+// What the pairs of one walk share, made once: the association's class, fetched when the first
+// pair is built; each disk's extent path and Antecedent end, at the disk's first pair; the
+// Dependent end of the volume whose pairs are being built. A volume's pairs come together, and
+// its disks recur in many volumes.
+class KSV_VolumeBasedOnDiskExtentProvider::PairBuilder {
+public:
+    PairBuilder(KSV_VolumeBasedOnDiskExtentProvider& provider, bool includeQualifiers,
+                bool includeClassOrigin, const CIMPropertyList& propertyList)
+        : _provider(provider), _includeQualifiers(includeQualifiers),
+          _includeClassOrigin(includeClassOrigin), _propertyList(propertyList) {}
+
+    CIMInstance build(const api_MapVVtoCh_t& volume, const api_MapCh_t& entry) {
+        if (&volume != _volume) {
+            _volumeEnd.emplace("Dependent",
+                               volumePathOf(volume, _provider._systemName, _provider._hostAddr),
+                               _provider._hostAddr);
+            _volume = &volume;
+        }
+        const Disk& disk = _diskOf(entry);
+        if (!_class) {
+            _class = KSV_DiskProviderSupport::storedClass(
+                _provider._cimom, _provider._assoClassName, _includeQualifiers, _includeClassOrigin,
+                _propertyList);
+        }
+        CIMInstance instance =
+            KSV_Common::buildAssocInstance(_provider._assoClassName, disk.end, *_volumeEnd, *_class,
+                                           _provider._hostAddr, KSV_AssociationShape::NAMESPACE);
+        _provider._addChunkletRange(instance, disk.path, &volume, _propertyList);
+        return instance;
+    }
+
+private:
+    struct Disk {
+        CIMObjectPath path;
+        KSV_Common::AssocEnd end;
+    };
+    // A disk extent's DeviceID is made of both.
+    struct DiskKey {
+        uint64_t wwn;
+        Sint32 id;
+        bool operator==(const DiskKey& other) const { return wwn == other.wwn && id == other.id; }
+    };
+    struct DiskKeyHash {
+        size_t operator()(const DiskKey& key) const {
+            return std::hash<uint64_t>()(key.wwn ^ (uint64_t(Uint32(key.id)) << 32));
+        }
+    };
+
+    // Arrays number their disks from 0, so most disks are found by their id alone.
+    const Disk& _diskOf(const api_MapCh_t& entry) {
+        const bool indexed = entry.diskId >= 0 && entry.diskId < INDEXED_DISK_IDS;
+        if (indexed && Uint32(entry.diskId) < _byId.size()) {
+            const std::pair<const DiskKey, Disk>* known = _byId[entry.diskId];
+            if (known != nullptr && known->first.wwn == entry.diskWwn)
+                return known->second;
+        }
+        const DiskKey key{entry.diskWwn, entry.diskId};
+        auto found = _disks.find(key);
+        if (found == _disks.end()) {
+            const CIMObjectPath path = _extents.buildObjectPath(
+                _provider._hostAddr, diskDeviceID(entry), _provider._systemName);
+            found = _disks
+                        .emplace(key, Disk{path, KSV_Common::AssocEnd("Antecedent", path,
+                                                                      _provider._hostAddr)})
+                        .first;
+        }
+        if (indexed) {
+            if (Uint32(entry.diskId) >= _byId.size())
+                _byId.resize(entry.diskId + 1, nullptr);
+            _byId[entry.diskId] = &*found;
+        }
+        return found->second;
+    }
+
+    static const Sint32 INDEXED_DISK_IDS = 65536;
+
+    KSV_VolumeBasedOnDiskExtentProvider& _provider;
+    const bool _includeQualifiers;
+    const bool _includeClassOrigin;
+    const CIMPropertyList& _propertyList;
+    const KSV_DiskStorageExtentProvider _extents;
+    std::optional<CIMClass> _class;
+    std::unordered_map<DiskKey, Disk, DiskKeyHash> _disks;
+    // The entries of _disks by disk id, which map nodes keep in place.
+    std::vector<const std::pair<const DiskKey, Disk>*> _byId;
+    const api_MapVVtoCh_t* _volume = nullptr;
+    std::optional<KSV_Common::AssocEnd> _volumeEnd;
+};
+
 KSV_VolumeBasedOnDiskExtentProvider::KSV_VolumeBasedOnDiskExtentProvider()
     : _intHashTable(nullptr), _maxInstCount(0) {}
 
@@ -410,16 +501,24 @@ CIMInstance KSV_VolumeBasedOnDiskExtentProvider::_buildAssociationInstance(
     CIMInstance instance = KSV_Common::buildAssocInstance(
         _assoClassName, "Antecedent", "Dependent", diskPath, volumePath, assocClass, _hostAddr,
         KSV_AssociationShape::NAMESPACE);
-    if (volumeRecord != nullptr && !instance.isUninitialized() &&
-        _isAddressesNeeded(propertyList)) {
-        Uint64 start = 0;
-        Uint64 end = 0;
-        _getChunkletRange(volumeRecord->chunklets, volumeRecord->chunkletCount,
-                          KSV_Common::getStringProperty(diskPath, "DeviceID"), start, end);
-        KSV_Common::setPropertyValue(instance, "StartingAddress", start);
-        KSV_Common::setPropertyValue(instance, "EndingAddress", end);
-    }
+    _addChunkletRange(instance, diskPath, volumeRecord, propertyList);
     return instance;
+}
+
+void KSV_VolumeBasedOnDiskExtentProvider::_addChunkletRange(CIMInstance& instance,
+                                                            const CIMObjectPath& diskPath,
+                                                            const api_MapVVtoCh_t* volumeRecord,
+                                                            const CIMPropertyList& propertyList) {
+    if (volumeRecord == nullptr || instance.isUninitialized() || !_isAddressesNeeded(propertyList))
+        return;
+    Uint64 start = 0;
+    Uint64 end = 0;
+    _getChunkletRange(volumeRecord->chunklets, volumeRecord->chunkletCount,
+                      KSV_Common::getStringProperty(diskPath, "DeviceID"), start, end);
+    static const CIMName startingAddress("StartingAddress");
+    static const CIMName endingAddress("EndingAddress");
+    KSV_Common::setPropertyValue(instance, startingAddress, start);
+    KSV_Common::setPropertyValue(instance, endingAddress, end);
 }
 
 // Only the user data (the third run) relates a volume to a disk.
@@ -661,20 +760,10 @@ void KSV_VolumeBasedOnDiskExtentProvider::_walkPairs(
     try {
         const std::vector<ChunkletPair> pairs = _collectPairs(maps, filter);
         sink.begin();
-        const KSV_DiskStorageExtentProvider extents;
-        Uint32 pathVolume = maps.size();
-        CIMObjectPath volumePath;
+        PairBuilder builder(*this, includeQualifiers, includeClassOrigin, propertyList);
         for (const ChunkletPair& pair : pairs) {
             const api_MapVVtoCh_t& volume = maps[pair.volume];
-            if (pair.volume != pathVolume) {
-                volumePath = volumePathOf(volume, _systemName, _hostAddr);
-                pathVolume = pair.volume;
-            }
-            const CIMObjectPath diskPath = extents.buildObjectPath(
-                _hostAddr, diskDeviceID(volume.chunklets[pair.chunklet]), _systemName);
-            if (!sink.take(_buildAssociationInstance(volumePath, diskPath, &volume,
-                                                     includeQualifiers, includeClassOrigin,
-                                                     propertyList)))
+            if (!sink.take(builder.build(volume, volume.chunklets[pair.chunklet])))
                 break;
         }
         sink.end();
@@ -696,6 +785,7 @@ std::vector<KSV_VolumeBasedOnDiskExtentProvider::ChunkletPair>
 KSV_VolumeBasedOnDiskExtentProvider::_collectPairs(const VolumeMaps& maps,
                                                    const PairFilter& filter) {
     std::vector<ChunkletPair> pairs;
+    pairs.reserve(std::min(_userDataEntries(maps), _maxInstCount));
     Uint32 counted = 0;
     for (Uint32 v = 0; v < maps.size(); v++) {
         const api_MapVVtoCh_t& volume = maps[v];
@@ -712,6 +802,14 @@ KSV_VolumeBasedOnDiskExtentProvider::_collectPairs(const VolumeMaps& maps,
         hashtable_clear(_intHashTable);
     }
     return pairs;
+}
+
+// At most this many pairs: reserved at once, the pairs' list is not copied while it grows.
+Uint32 KSV_VolumeBasedOnDiskExtentProvider::_userDataEntries(const VolumeMaps& maps) {
+    Uint64 entries = 0;
+    for (Uint32 v = 0; v < maps.size(); v++)
+        entries += userDataEnd(maps[v]) - std::min(userDataBegin(maps[v]), userDataEnd(maps[v]));
+    return Uint32(std::min<Uint64>(entries, UINT32_MAX));
 }
 
 bool KSV_VolumeBasedOnDiskExtentProvider::_counts(const api_MapCh_t& entry,

@@ -64,6 +64,7 @@ private:
     struct WalkTraces;
     struct ChunkletPair;
     class VolumeMaps;
+    class PairBuilder;
 
     // The lowest and the highest chunklet number the entries hold on the disk; 0 and 0 when
     // they hold none.
@@ -78,6 +79,11 @@ private:
                                           const api_MapVVtoCh_t* volumeRecord,
                                           bool includeQualifiers, bool includeClassOrigin,
                                           const CIMPropertyList& propertyList);
+    // Sets StartingAddress and EndingAddress of a built association when the response carries
+    // them: the chunklet range the volume's record holds on the disk.
+    void _addChunkletRange(CIMInstance& instance, const CIMObjectPath& diskPath,
+                           const api_MapVVtoCh_t* volumeRecord,
+                           const CIMPropertyList& propertyList);
     // The DeviceIDs of the distinct disks holding the volume's user data, first seen first.
     Array<String> _getUniqueDeviceIDs(const api_MapVVtoCh_t& volume);
     // The far ends: the volumes with user data on a disk extent, or a volume's disk extents.
@@ -123,6 +129,7 @@ private:
     // Collects the (volume, chunklet) pairs under the table lock, enforcing the instance cap
     // before anything is built, then builds each pair's association for the sink.
     std::vector<ChunkletPair> _collectPairs(const VolumeMaps& maps, const PairFilter& filter);
+    static Uint32 _userDataEntries(const VolumeMaps& maps);
     bool _counts(const api_MapCh_t& entry, const PairFilter& filter);
     template <typename Sink>
     void _walkPairs(const WalkTraces& traces, const OperationContext& context,
