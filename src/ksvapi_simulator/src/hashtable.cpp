@@ -4,6 +4,7 @@
 #include "ksvapi.h"
 
 #include <cmath>
+#include <memory_resource>
 #include <mutex>
 #include <string>
 #include <unordered_map>
@@ -29,7 +30,10 @@ struct hashtable_s {
     std::mutex callerLock;
     std::mutex dataLock;
     int64_t invalidValue = -1;
-    std::unordered_map<int64_t, int64_t> ints;
+    // Entries come and go by the hundred thousand between clears; the pool, used under
+    // dataLock only, keeps their memory for the next ones.
+    std::pmr::unsynchronized_pool_resource entryPool;
+    std::pmr::unordered_map<int64_t, int64_t> ints{&entryPool};
     std::unordered_map<std::string, int64_t> strings;
 };
 
