@@ -173,9 +173,10 @@ void OperationDispatcher::associatorNames(const Caller& caller, const Request& r
         return;
     }
     const CIMObjectPath objectName = providerPath(request.nameSpace, request.objectName);
+    const cimxml::PathDefaults defaults{_hostName, request.nameSpace};
     ObjectPathForwarder handler([&](const CIMObjectPath& path) {
-        withCompleted(path, _hostName, request.nameSpace,
-                      [&sink](const CIMObjectPath& full) { sink.put(full); });
+        cimxml::withCompleted(path, defaults,
+                              [&sink](const CIMObjectPath& full) { sink.put(full); });
     });
     for (const ProviderRoute& route : associationRoutes(request, request.assocClass)) {
         route.provider->invoke<Pegasus::CIMAssociationProvider>("associatorNames", [&](auto& p) {
@@ -220,9 +221,10 @@ void OperationDispatcher::referenceNames(const Caller& caller, const Request& re
         return;
     }
     const CIMObjectPath objectName = providerPath(request.nameSpace, request.objectName);
+    const cimxml::PathDefaults defaults{_hostName, request.nameSpace};
     ObjectPathForwarder handler([&](const CIMObjectPath& path) {
-        withCompleted(path, _hostName, request.nameSpace,
-                      [&sink](const CIMObjectPath& full) { sink.put(full); });
+        cimxml::withCompleted(path, defaults,
+                              [&sink](const CIMObjectPath& full) { sink.put(full); });
     });
     for (const ProviderRoute& route : associationRoutes(request, request.resultClass)) {
         route.provider->invoke<Pegasus::CIMAssociationProvider>("referenceNames", [&](auto& p) {

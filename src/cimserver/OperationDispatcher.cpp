@@ -233,17 +233,18 @@ void OperationDispatcher::enumerateInstanceNamesOf(const Caller& caller, const R
                                                    Sink<CIMObjectPath>& sink) const {
     HostedProvider* provider =
         _providers.find(ProviderType::Instance, request.nameSpace, className);
+    const cimxml::PathDefaults defaults{_hostName, request.nameSpace};
     if (provider == nullptr) {
         Array<CIMInstance> stored = _repository.enumerateInstances(request.nameSpace, className);
         for (Uint32 i = 0; i < stored.size(); ++i) {
             if (ofExactly(stored[i], className))
-                sink.put(completed(stored[i].getPath(), _hostName, request.nameSpace));
+                sink.put(cimxml::completed(stored[i].getPath(), defaults));
         }
         return;
     }
     ObjectPathForwarder handler([&](const CIMObjectPath& path) {
-        withCompleted(path, _hostName, request.nameSpace,
-                      [&sink](const CIMObjectPath& full) { sink.put(full); });
+        cimxml::withCompleted(path, defaults,
+                              [&sink](const CIMObjectPath& full) { sink.put(full); });
     });
     provider->invoke<Pegasus::CIMInstanceProvider>("enumerateInstanceNames", [&](auto& instances) {
         instances.enumerateInstanceNames(

@@ -39,10 +39,10 @@ EnumerationContexts::Producer forwarding(Convert convert, Run run) {
 CIMInstance withFullPath(const CIMInstance& instance, const Pegasus::String& host,
                          const Pegasus::CIMNamespaceName& nameSpace) {
     const CIMObjectPath& path = instance.getPath();
-    if (path.getHost().size() != 0 && !path.getNameSpace().isNull())
+    if (cimxml::isComplete(path))
         return instance;
     CIMInstance named = instance.clone();
-    named.setPath(completed(path, host, nameSpace));
+    named.setPath(cimxml::completed(path, {host, nameSpace}));
     return named;
 }
 

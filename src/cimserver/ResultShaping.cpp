@@ -59,21 +59,12 @@ Pegasus::CIMInstance filtered(const Pegasus::CIMInstance& instance, const Object
 Pegasus::CIMObject shaped(const Pegasus::CIMObject& object, const ObjectFilter& filter,
                           const Pegasus::String& host, const Pegasus::CIMNamespaceName& nameSpace) {
     const Pegasus::CIMObjectPath& path = object.getPath();
-    if (path.getHost().size() != 0 && !path.getNameSpace().isNull())
+    if (cimxml::isComplete(path))
         return filtered(object, filter);
     Pegasus::CIMObject copy = object.clone();
     copy.instanceFilter(filter.includeQualifiers, filter.includeClassOrigin, filter.propertyList);
-    copy.setPath(completed(path, host, nameSpace));
+    copy.setPath(cimxml::completed(path, {host, nameSpace}));
     return copy;
-}
-
-Pegasus::CIMObjectPath completed(Pegasus::CIMObjectPath path, const Pegasus::String& host,
-                                 const Pegasus::CIMNamespaceName& nameSpace) {
-    if (path.getHost().size() == 0)
-        path.setHost(host);
-    if (path.getNameSpace().isNull())
-        path.setNameSpace(nameSpace);
-    return path;
 }
 
 } // namespace ksv::server

@@ -11,6 +11,7 @@
 #include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMPropertyList.h>
+#include <cimxml/Response.h>
 
 namespace ksv::server {
 
@@ -30,24 +31,9 @@ Pegasus::CIMPropertyList propertiesOfClass(const Pegasus::CIMConstClass& request
 Pegasus::CIMObject filtered(const Pegasus::CIMObject& object, const ObjectFilter& filter);
 Pegasus::CIMInstance filtered(const Pegasus::CIMInstance& instance, const ObjectFilter& filter);
 
-// The object as the filter admits it, named by a path completed as completed() does.
+// The object as the filter admits it, named by its path completed with the host and namespace.
 Pegasus::CIMObject shaped(const Pegasus::CIMObject& object, const ObjectFilter& filter,
                           const Pegasus::String& host, const Pegasus::CIMNamespaceName& nameSpace);
-
-// The path with the host and namespace filled in where it has none.
-Pegasus::CIMObjectPath completed(Pegasus::CIMObjectPath path, const Pegasus::String& host,
-                                 const Pegasus::CIMNamespaceName& nameSpace);
-
-// Hands `use` the path completed so; one that has both is handed over as it is, sparing a copy
-// of the path and its keys per result.
-template <typename Use>
-void withCompleted(const Pegasus::CIMObjectPath& path, const Pegasus::String& host,
-                   const Pegasus::CIMNamespaceName& nameSpace, Use&& use) {
-    if (path.getHost().size() != 0 && !path.getNameSpace().isNull())
-        use(path);
-    else
-        use(completed(path, host, nameSpace));
-}
 
 } // namespace ksv::server
 

@@ -31,6 +31,24 @@ struct PathDefaults {
     Pegasus::CIMNamespaceName nameSpace;
 };
 
+/// Whether the path names its host and namespace, so that completing it changes nothing.
+inline bool isComplete(const Pegasus::CIMObjectPath& path) {
+    return path.getHost().size() != 0 && !path.getNameSpace().isNull();
+}
+
+/// The path with the defaults' host and namespace where it names none.
+Pegasus::CIMObjectPath completed(Pegasus::CIMObjectPath path, const PathDefaults& defaults);
+
+/// Hands `use` the path completed; a complete one goes as it is, sparing a copy of it and its
+/// keys per result.
+template <class Use>
+void withCompleted(const Pegasus::CIMObjectPath& path, const PathDefaults& defaults, Use&& use) {
+    if (isComplete(path))
+        use(path);
+    else
+        use(completed(path, defaults));
+}
+
 /// Writes the response to one intrinsic operation piece by piece into a buffer the caller owns,
 /// so that a server can send each object as its provider delivers it without holding the whole
 /// answer. The caller may send and clear `out` between calls; the writer only appends to it.

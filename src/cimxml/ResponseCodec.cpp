@@ -40,25 +40,6 @@ bool isAssociationNames(Operation operation) {
     return operation == Operation::AssociatorNames || operation == Operation::ReferenceNames;
 }
 
-CIMObjectPath completed(CIMObjectPath path, const PathDefaults& defaults) {
-    if (path.getHost().size() == 0) {
-        path.setHost(defaults.host);
-    }
-    if (path.getNameSpace().isNull()) {
-        path.setNameSpace(defaults.nameSpace);
-    }
-    return path;
-}
-
-// Hands `write` the path completed so; one that has both is written as it is, uncopied.
-template <class Write>
-void writeCompleted(const CIMObjectPath& path, const PathDefaults& defaults, Write write) {
-    if (path.getHost().size() != 0 && !path.getNameSpace().isNull())
-        write(path);
-    else
-        write(completed(path, defaults));
-}
-
 // The path an instance is delivered under; its class name when the provider set no path.
 CIMObjectPath pathOf(const CIMConstInstance& instance) {
     CIMObjectPath path = instance.getPath();
@@ -86,6 +67,16 @@ void appendTypeAttributes(std::string& out, const CIMValue& value) {
 }
 
 } // namespace
+
+CIMObjectPath completed(CIMObjectPath path, const PathDefaults& defaults) {
+    if (path.getHost().size() == 0) {
+        path.setHost(defaults.host);
+    }
+    if (path.getNameSpace().isNull()) {
+        path.setNameSpace(defaults.nameSpace);
+    }
+    return path;
+}
 
 IMethodResponseWriter::IMethodResponseWriter(std::string& out, std::string messageId,
                                              Operation operation, PathDefaults defaults)
@@ -188,13 +179,13 @@ void IMethodResponseWriter::writeObjectPath(const CIMObjectPath& path) {
         return;
     }
     if (deliversPaths(_operation)) {
-        writeCompleted(path, _defaults,
-                       [&writer](const CIMObjectPath& full) { writer.instancePath(full); });
+        withCompleted(path, _defaults,
+                      [&writer](const CIMObjectPath& full) { writer.instancePath(full); });
         return;
     }
     const auto session = writer.session();
     writer.raw("<OBJECTPATH>");
-    writeCompleted(path, _defaults, [&writer](const CIMObjectPath& full) {
+    withCompleted(path, _defaults, [&writer](const CIMObjectPath& full) {
         full.getKeyBindings().size() == 0 ? writer.classPath(full) : writer.instancePath(full);
     });
     writer.raw("</OBJECTPATH>");
