@@ -279,14 +279,7 @@ private:
         }
     };
 
-    // Arrays number their disks from 0, so most disks are found by their id alone.
     const Disk& _diskOf(const api_MapCh_t& entry) {
-        const bool indexed = entry.diskId >= 0 && entry.diskId < INDEXED_DISK_IDS;
-        if (indexed && Uint32(entry.diskId) < _byId.size()) {
-            const std::pair<const DiskKey, Disk>* known = _byId[entry.diskId];
-            if (known != nullptr && known->first.wwn == entry.diskWwn)
-                return known->second;
-        }
         const DiskKey key{entry.diskWwn, entry.diskId};
         auto found = _disks.find(key);
         if (found == _disks.end()) {
@@ -297,15 +290,8 @@ private:
                                                                       _provider._hostAddr)})
                         .first;
         }
-        if (indexed) {
-            if (Uint32(entry.diskId) >= _byId.size())
-                _byId.resize(entry.diskId + 1, nullptr);
-            _byId[entry.diskId] = &*found;
-        }
         return found->second;
     }
-
-    static const Sint32 INDEXED_DISK_IDS = 65536;
 
     KSV_VolumeBasedOnDiskExtentProvider& _provider;
     const bool _includeQualifiers;
@@ -314,8 +300,6 @@ private:
     const KSV_DiskStorageExtentProvider _extents;
     std::optional<CIMClass> _class;
     std::unordered_map<DiskKey, Disk, DiskKeyHash> _disks;
-    // The entries of _disks by disk id, which map nodes keep in place.
-    std::vector<const std::pair<const DiskKey, Disk>*> _byId;
     const api_MapVVtoCh_t* _volume = nullptr;
     std::optional<KSV_Common::AssocEnd> _volumeEnd;
 };
