@@ -147,17 +147,30 @@ CIMObjectPath assocPath(const String& host, const String& nameSpace, const CIMNa
     return CIMObjectPath(host, CIMNamespaceName(nameSpace), className, keys);
 }
 
-// The association instance: each reference is given its host once and then serves both as the
-// property of its role and as the key that the path names it by.
-CIMInstance assocInstance(const CIMClass& assocClass, const String& host, const String& nameSpace,
-                          const CIMName& className, std::initializer_list<Reference> references) {
+// The association instance from its ends, in the order `addEnds` adds them: each serves both
+// as the property of its role and as the key that the path names it by.
+template <typename AddEnds>
+CIMInstance assocInstanceOfEnds(const CIMClass& assocClass, const String& host,
+                                const String& nameSpace, const CIMName& className, Uint32 ends,
+                                AddEnds&& addEnds) {
     CIMInstance instance = KSV_Common::buildInstanceSkeleton(assocClass);
     Array<CIMKeyBinding> keys;
-    keys.reserveCapacity(Uint32(references.size()));
-    for (const Reference& reference : references)
-        KSV_Common::AssocEnd(reference.role, reference.path, reference.host).addTo(instance, keys);
+    keys.reserveCapacity(ends);
+    addEnds(instance, keys);
     instance.setPath(CIMObjectPath(host, CIMNamespaceName(nameSpace), className, keys));
     return instance;
+}
+
+// Each reference is given its host once, as the end it makes.
+CIMInstance assocInstance(const CIMClass& assocClass, const String& host, const String& nameSpace,
+                          const CIMName& className, std::initializer_list<Reference> references) {
+    return assocInstanceOfEnds(assocClass, host, nameSpace, className, Uint32(references.size()),
+                               [&references](CIMInstance& instance, Array<CIMKeyBinding>& keys) {
+                                   for (const Reference& reference : references)
+                                       KSV_Common::AssocEnd(reference.role, reference.path,
+                                                            reference.host)
+                                           .addTo(instance, keys);
+                               });
 }
 
 } // namespace
@@ -357,13 +370,11 @@ void KSV_Common::AssocEnd::addTo(CIMInstance& instance, Array<CIMKeyBinding>& ke
 CIMInstance KSV_Common::buildAssocInstance(const CIMName& assocClassName, const AssocEnd& end1,
                                            const AssocEnd& end2, const CIMClass& assocClass,
                                            const String& host, const String& nameSpace) {
-    CIMInstance instance = buildInstanceSkeleton(assocClass);
-    Array<CIMKeyBinding> keys;
-    keys.reserveCapacity(2);
-    end1.addTo(instance, keys);
-    end2.addTo(instance, keys);
-    instance.setPath(CIMObjectPath(host, CIMNamespaceName(nameSpace), assocClassName, keys));
-    return instance;
+    return assocInstanceOfEnds(assocClass, host, nameSpace, assocClassName, 2,
+                               [&](CIMInstance& instance, Array<CIMKeyBinding>& keys) {
+                                   end1.addTo(instance, keys);
+                                   end2.addTo(instance, keys);
+                               });
 }
 
 bool KSV_Common::isPartOfArray(const String& value, const Array<String>& values) {
