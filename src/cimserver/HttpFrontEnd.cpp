@@ -37,6 +37,15 @@ constexpr auto kWatchPeriod = std::chrono::milliseconds(100);
 // How long a client that has hung up may leave bytes that the server does not read.
 constexpr auto kUnreadGrace = std::chrono::seconds(1);
 
+// Threads that serve the connections of one listener: one thread copying and sending every
+// response was the limit once several large ones were in flight. One per core is enough.
+unsigned connectionThreads() {
+    return std::clamp(std::thread::hardware_concurrency(), 1u, 4u);
+}
+// Their stacks: requests are decoded and answered by the workers, so these threads parse only
+// HTTP and TLS. Reserving the default 8 MB each would make every extra thread cost address space.
+constexpr std::size_t kConnectionThreadStackBytes = 2 * 1024 * 1024;
+
 std::string systemError(const std::string& what) {
     return what + ": " + std::strerror(errno);
 }
@@ -609,6 +618,8 @@ MHD_Daemon* HttpFrontEnd::startDaemon(Listener& listener, unsigned flags, std::u
         {MHD_OPTION_CONNECTION_LIMIT, _settings.maxConnections + kRefusalSlots, nullptr},
         {MHD_OPTION_CONNECTION_TIMEOUT, _settings.requestTimeoutSeconds, nullptr},
         {MHD_OPTION_CONNECTION_MEMORY_LIMIT, kConnectionMemoryBytes, nullptr},
+        {MHD_OPTION_THREAD_POOL_SIZE, connectionThreads(), nullptr},
+        {MHD_OPTION_THREAD_STACK_SIZE, kConnectionThreadStackBytes, nullptr},
         // Only addresses of the IP families count; local socket clients are not limited.
         {MHD_OPTION_PER_IP_CONNECTION_LIMIT, _settings.maxConnectionsPerAddress, nullptr},
         {listenSocket >= 0 ? MHD_OPTION_LISTEN_SOCKET : MHD_OPTION_SOCK_ADDR,
