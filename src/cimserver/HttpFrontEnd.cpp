@@ -27,9 +27,11 @@ namespace {
 constexpr const char kRealm[] = "CIM Server";
 // A streamed response leaves in chunks as large as the connection's memory allows: libmicrohttpd
 // fills what its pool has free, and each chunk is one send.
-constexpr std::size_t kResponseBlockBytes = 256 * 1024;
-// Room for the request's head and the response's chunk besides.
-constexpr std::size_t kConnectionMemoryBytes = kResponseBlockBytes + 32 * 1024;
+constexpr std::size_t kResponseBlockBytes = 32 * 1024;
+// The request's head and the response's chunk share it. Up to 32 KB, libmicrohttpd takes it from
+// the allocator, which reuses it; above, it maps fresh memory for each connection, whose pages
+// then fault in and are zeroed: that cost more than the smaller sends.
+constexpr std::size_t kConnectionMemoryBytes = 32 * 1024;
 // Connections beyond the limit are still accepted, up to this many, to be told 503.
 constexpr unsigned kRefusalSlots = 16;
 // How often connections that await a request are looked at.
