@@ -1,5 +1,6 @@
 #include <Pegasus/Common/CIMName.h>
 
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <utility>
@@ -43,9 +44,12 @@ bool isLegalName(const Char16* units, Uint32 begin, Uint32 end) {
 // Providers name the same few properties and namespaces over and over, mostly from literals. The
 // ASCII names last made on each thread are kept, so that making one again shares its text instead
 // of decoding and allocating it anew, and a CIMName made again skips checking it. Each hash picks
-// a pair of places, the last one made first: with one place per hash, two names of one instance
-// that collide would evict each other forever.
+// a pair of places and a miss replaces the one used less recently: with one place per hash, two
+// names of one instance that collide would evict each other forever.
 constexpr size_t kRecentNamePairs = 256;
+// A literal comes back at the same address: where the text at an address was last found is kept
+// by the address, so that a name made again is neither measured nor hashed.
+constexpr unsigned kRecentAddressBits = 9;
 struct RecentName {
     // The name as given too, so that a name made again is recognized by comparing bytes.
     std::string ascii;
@@ -53,7 +57,20 @@ struct RecentName {
     // Whether the text was found a legal CIMName; namespace names are kept here too.
     bool legalName = false;
 };
-thread_local RecentName recentNames[2 * kRecentNamePairs];
+struct RecentAddress {
+    const char* address = nullptr;
+    RecentName* place = nullptr;
+};
+struct RecentNames {
+    RecentName places[2 * kRecentNamePairs];
+    // Per pair, the place found or made last.
+    Uint8 lastUsed[kRecentNamePairs] = {};
+    RecentAddress byAddress[size_t(1) << kRecentAddressBits];
+};
+thread_local RecentNames recentNames;
+// The same, reached without the check that the names were constructed on this thread, which
+// every access to them would make: this pointer needs no construction.
+thread_local RecentNames* constructedRecentNames = nullptr;
 
 bool spells(const RecentName& recent, const char* name, size_t n) {
     return recent.ascii.size() == n && std::memcmp(recent.ascii.data(), name, n) == 0;
@@ -66,10 +83,9 @@ Uint64 mixedIn(Uint64 hash, Uint64 word) {
     return hash ^ (hash >> 32);
 }
 
-// The kept place of an ASCII name, made now if it was not kept; null for other texts.
-RecentName* recentName(const char* name) {
-    if (name == nullptr)
-        return nullptr;
+// The kept place of an ASCII name found by its text, made now if it was not kept; null for other
+// texts.
+RecentName* recentNameByText(RecentNames& kept, const char* name) {
     const size_t n = std::strlen(name);
     Uint64 hash = n;
     Uint64 anyHighBit = 0;
@@ -86,13 +102,37 @@ RecentName* recentName(const char* name) {
     hash = mixedIn(hash, rest);
     if ((anyHighBit & 0x8080808080808080ull) != 0)
         return nullptr;
-    RecentName* pair = &recentNames[2 * (hash % kRecentNamePairs)];
-    if (spells(pair[0], name, n))
-        return &pair[0];
-    if (!spells(pair[1], name, n))
-        pair[1] = RecentName{std::string(name, n), String(name, Uint32(n))};
-    std::swap(pair[0], pair[1]);
-    return &pair[0];
+    const size_t pair = hash % kRecentNamePairs;
+    RecentName* places = &kept.places[2 * pair];
+    Uint8& last = kept.lastUsed[pair];
+    if (!spells(places[last], name, n)) {
+        last ^= 1;
+        if (!spells(places[last], name, n))
+            places[last] = RecentName{std::string(name, n), String(name, Uint32(n))};
+    }
+    return &places[last];
+}
+
+// The kept place of an ASCII name, made now if it was not kept; null for other texts. The text
+// at a known address is compared all the same, since the address may hold another text by now.
+RecentName* recentName(const char* name) {
+    if (name == nullptr)
+        return nullptr;
+    if (!constructedRecentNames)
+        constructedRecentNames = &recentNames;
+    RecentNames& kept = *constructedRecentNames;
+    const Uint64 address = Uint64(reinterpret_cast<uintptr_t>(name));
+    RecentAddress& seen =
+        kept.byAddress[(address * 0x9E3779B97F4A7C15ull) >> (64 - kRecentAddressBits)];
+    if (seen.address == name && std::strcmp(seen.place->ascii.c_str(), name) == 0) {
+        const size_t index = size_t(seen.place - kept.places);
+        kept.lastUsed[index / 2] = Uint8(index % 2);
+        return seen.place;
+    }
+    RecentName* place = recentNameByText(kept, name);
+    if (place)
+        seen = RecentAddress{name, place};
+    return place;
 }
 
 String nameText(const char* name) {

@@ -551,6 +551,9 @@ Boolean String::equalNoCase(const String& s1, const String& s2) {
         return false;
     const Char16* p1 = s1.getChar16Data();
     const Char16* p2 = s2.getChar16Data();
+    // Names are mostly looked up as they are spelled: comparing all units at once settles that.
+    if (std::memcmp(p1, p2, size_t(n) * sizeof(Char16)) == 0)
+        return true;
     for (Uint32 i = 0; i < n; i++) {
         if (p1[i] != p2[i] && asciiLower(p1[i]) != asciiLower(p2[i]))
             return false;
