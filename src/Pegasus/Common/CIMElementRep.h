@@ -109,9 +109,25 @@ public:
     CIMMemberArena& operator=(const CIMMemberArena&) = delete;
 
     /** Ends the use of a member taken. */
-    void release() { _drop(1); }
-    /** Ends the use of the list that took the members; the room it paid for and left is freed. */
-    void releaseTaker() { _drop(1 + _prepaid); }
+    void release() {
+        if (_tearingDown == this)
+            _releasedByTaker++;
+        else
+            _drop(1);
+    }
+    /**
+        Ends the use of the list that took the members: destroy() ends those that it alone holds,
+        on this thread, and the room it paid for and left is freed. Their uses end with one atomic
+        step rather than one each; members held elsewhere too end theirs later, as usual.
+    */
+    template <class Destroy>
+    void releaseTaker(Destroy destroy) {
+        CIMMemberArena* const outer = _tearingDown;
+        _tearingDown = this;
+        destroy();
+        _tearingDown = outer;
+        _drop(1 + _prepaid + _releasedByTaker);
+    }
 
     /** Room for one member, which counts as a user until released. */
     void* take(size_t bytes) {
@@ -186,6 +202,9 @@ private:
             delete this;
     }
 
+    // The arena whose taker ends its members on this thread now, if any.
+    static inline thread_local CIMMemberArena* _tearingDown = nullptr;
+
     const std::shared_ptr<const void> _source;
     Block* _blocks = nullptr;
     unsigned char* _next = nullptr;
@@ -195,6 +214,8 @@ private:
     size_t _taken = 0;
     // Users counted for members not yet taken; only the taker reads or writes it.
     size_t _prepaid = 0;
+    // Members whose use ended while the taker ended its own; only the taker's thread counts them.
+    size_t _releasedByTaker = 0;
     std::atomic<size_t> _users{1};
 };
 
@@ -398,7 +419,7 @@ private:
                 disown(member);
             if (arena) {
                 base->tellCloned(changed.size());
-                arena->releaseTaker();
+                arena->releaseTaker([this] { changed.clear(); });
             }
             delete index.load(std::memory_order_relaxed);
         }
