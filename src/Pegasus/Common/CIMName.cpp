@@ -1,4 +1,5 @@
 #include <Pegasus/Common/CIMName.h>
+#include <Pegasus/Common/StringReserve.h>
 
 #include <cstdint>
 #include <cstring>
@@ -53,7 +54,7 @@ constexpr unsigned kRecentAddressBits = 9;
 struct RecentName {
     // The name as given too, so that a name made again is recognized by comparing bytes.
     std::string ascii;
-    String text;
+    StringReserve text;
     // Whether the text was found a legal CIMName; namespace names are kept here too.
     bool legalName = false;
 };
@@ -108,7 +109,7 @@ RecentName* recentNameByText(RecentNames& kept, const char* name) {
     if (!spells(places[last], name, n)) {
         last ^= 1;
         if (!spells(places[last], name, n))
-            places[last] = RecentName{std::string(name, n), String(name, Uint32(n))};
+            places[last] = RecentName{std::string(name, n), StringReserve(String(name, Uint32(n)))};
     }
     return &places[last];
 }
@@ -136,8 +137,8 @@ RecentName* recentName(const char* name) {
 }
 
 String nameText(const char* name) {
-    const RecentName* recent = recentName(name);
-    return recent ? recent->text : String(name);
+    RecentName* recent = recentName(name);
+    return recent ? recent->text.copy() : String(name);
 }
 
 const String& checkedLegal(const String& text) {
@@ -151,10 +152,10 @@ String legalNameText(const char* name) {
     if (!recent)
         return checkedLegal(String(name));
     if (!recent->legalName) {
-        checkedLegal(recent->text);
+        checkedLegal(recent->text.text());
         recent->legalName = true;
     }
-    return recent->text;
+    return recent->text.copy();
 }
 
 } // namespace

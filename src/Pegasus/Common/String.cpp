@@ -1,9 +1,11 @@
 #include <Pegasus/Common/String.h>
+#include <Pegasus/Common/StringReserve.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <utility>
 #include <Pegasus/Common/InternalException.h>
 #include <Pegasus/Common/MessageLoader.h>
 
@@ -559,6 +561,47 @@ Boolean String::equalNoCase(const String& s1, const String& s2) {
             return false;
     }
     return true;
+}
+
+//------------------------------------------------------------------------------
+// StringReserve
+//------------------------------------------------------------------------------
+
+namespace {
+
+// References taken at once for the copies of a reserve.
+constexpr Uint32 kReservedCopies = 256;
+
+} // namespace
+
+StringReserve::StringReserve(String text) : _text(std::move(text)) {}
+
+StringReserve::StringReserve(StringReserve&& other) noexcept
+    : _text(std::move(other._text)), _prepaid(std::exchange(other._prepaid, 0)) {}
+
+StringReserve& StringReserve::operator=(StringReserve&& other) noexcept {
+    if (this != &other) {
+        _giveBack();
+        _text = std::move(other._text);
+        _prepaid = std::exchange(other._prepaid, 0);
+    }
+    return *this;
+}
+
+StringReserve::~StringReserve() {
+    _giveBack();
+}
+
+void StringReserve::_takeReferences() {
+    _text._rep->refs.fetch_add(kReservedCopies, std::memory_order_relaxed);
+    _prepaid = kReservedCopies;
+}
+
+// The reserve's own reference stays, so the text outlives this step.
+void StringReserve::_giveBack() noexcept {
+    if (_prepaid != 0)
+        _text._rep->refs.fetch_sub(_prepaid, std::memory_order_relaxed);
+    _prepaid = 0;
 }
 
 String::String(const String& s1, const String& s2) : String(s1) {

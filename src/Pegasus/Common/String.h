@@ -106,6 +106,8 @@ public:
 #endif
 
 private:
+    friend class StringReserve;
+
     // The text's header; its code units follow it, then a terminating null.
     struct Rep {
         std::atomic<Uint32> refs;
