@@ -99,12 +99,13 @@ public:
     static constexpr size_t alignment = alignof(void*);
 
     /**
-        bound: how many members may be taken at most; expected: how many the first block
-        holds, as many as lists like this one took before, so that lists built alike take
-        one block each, of the size they need.
+        bound: how many members may be taken at most; fewest and most: how many lists like this
+        one took before at the least and at the most, so that the first block holds what each
+        such list takes and a second one what the others take beyond it.
     */
-    CIMMemberArena(size_t bound, size_t expected, std::shared_ptr<const void> source)
-        : _source(std::move(source)), _left(bound), _expected(expected) {}
+    CIMMemberArena(size_t bound, size_t fewest, size_t most, std::shared_ptr<const void> source)
+        : _source(std::move(source)), _left(bound), _expected(fewest),
+          _most(std::max(fewest, most)) {}
     CIMMemberArena(const CIMMemberArena&) = delete;
     CIMMemberArena& operator=(const CIMMemberArena&) = delete;
 
@@ -149,13 +150,15 @@ public:
 
     /**
         How many members the next block holds: what is left of the fewest that lists like this
-        one are known to take; past that, small steps where those are known and half what was
-        taken where not, so that little room is left unused either way.
+        one are known to take, then of the most; past that, small steps where those are known and
+        half what was taken where not, so that little room is left unused either way.
     */
     size_t nextBlockMembers() const {
         if (_taken < _expected)
             return std::min(_left, _expected - _taken);
-        const size_t wanted = _expected != 0 ? 4 : std::max<size_t>(4, _taken / 2);
+        if (_taken < _most)
+            return std::max<size_t>(1, std::min(_left, _most - _taken));
+        const size_t wanted = _most != 0 ? 4 : std::max<size_t>(4, _taken / 2);
         return std::max<size_t>(1, std::min(_left, wanted));
     }
 
@@ -211,6 +214,7 @@ private:
     size_t _room = 0;
     size_t _left;
     const size_t _expected;
+    const size_t _most;
     size_t _taken = 0;
     // Users counted for members not yet taken; only the taker reads or writes it.
     size_t _prepaid = 0;
@@ -464,8 +468,10 @@ private:
             if (slots[index] == 0) {
                 auto clone = cloneOfBase(index);
                 clone->owners.claim();
-                if (changed.size() == changed.capacity())
+                if (changed.size() == changed.capacity()) {
+                    base->tellCloning(changed.size() + 1);
                     makeRoom(changed.size() + arena->nextBlockMembers());
+                }
                 // The handles move their pointers: copies would count each reference up and down.
                 changed.emplace_back();
                 changed.back()._rep = std::move(clone);
@@ -489,9 +495,11 @@ private:
             const auto& member = base->item(index)._rep;
             using Rep = typename std::decay_t<decltype(member)>::element_type;
             if (!arena) {
-                const size_t expected = base->clonedByOverlays.load(std::memory_order_relaxed);
-                arena = new CIMMemberArena(size(), expected, base);
-                changed.reserve(arena->nextBlockMembers());
+                const size_t fewest = base->clonedByOverlays.load(std::memory_order_relaxed);
+                const size_t most = base->mostClonedByOverlays.load(std::memory_order_relaxed);
+                arena = new CIMMemberArena(size(), fewest, most, base);
+                // Handles are small: room for the most at once spares moving them as they grow.
+                changed.reserve(std::min(size(), std::max(most, arena->nextBlockMembers())));
             }
             const CIMArenaAllocator<Rep> room(arena);
             if constexpr (std::is_constructible_v<Rep, const Rep&, CIMBorrowing>)
@@ -499,13 +507,22 @@ private:
             else
                 return std::allocate_shared<Rep>(room, checkedRep(member));
         }
-        // Lists over one base mostly change much the same members: the fewest any changed sizes
-        // the room of the next, which then grows by small steps, so that little room is unused.
+        // Lists over one base mostly change much the same members: the fewest and the most any
+        // changed size the room of the next, which then grows by small steps, so that little
+        // room is unused and a list takes at most two blocks as long as it changes no more.
+        // Lists are mostly all built before any ends, so the most is told as a list grows too.
         void tellCloned(size_t count) const {
             Uint32 fewest = clonedByOverlays.load(std::memory_order_relaxed);
             while ((fewest == 0 || count < fewest) &&
                    !clonedByOverlays.compare_exchange_weak(fewest, Uint32(count),
                                                            std::memory_order_relaxed)) {
+            }
+            tellCloning(count);
+        }
+        void tellCloning(size_t count) const {
+            Uint32 most = mostClonedByOverlays.load(std::memory_order_relaxed);
+            while (count > most && !mostClonedByOverlays.compare_exchange_weak(
+                                       most, Uint32(count), std::memory_order_relaxed)) {
             }
         }
 
@@ -521,6 +538,8 @@ private:
         CIMMemberArena* arena = nullptr;
         // The fewest members a list over this sequence cloned from it, 0 before any ended.
         mutable std::atomic<Uint32> clonedByOverlays{0};
+        // The most members a list over this sequence cloned from it.
+        mutable std::atomic<Uint32> mostClonedByOverlays{0};
         // Built on the first lookup of a long sequence that holds its members itself.
         mutable std::atomic<const CIMNameIndex*> index{nullptr};
     };
