@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 PEGASUS_USING_PEGASUS;
 
@@ -115,6 +116,27 @@ TEST(CIMInstanceHandling, LongListsFindEveryPropertyAtItsPositionWithoutRegardTo
         }
         EXPECT_EQ(instance.findProperty(CIMName("Prop20")), PEG_NOT_FOUND);
     }
+}
+
+// Instances of one skeleton change more or fewer properties than those built before them, one
+// holds another, and handles to their properties outlive them.
+TEST(CIMInstanceHandling, PropertiesOfEndedInstancesLiveOnInTheirHandles) {
+    CIMClass wide(CIMName("KSV_Wide"));
+    for (Uint32 i = 0; i < 40; i++)
+        wide.addProperty(CIMProperty(CIMName(String("P") + CIMValue(i).toString()), CIMValue(i)));
+    wide.addProperty(CIMProperty(CIMName("Held"), CIMValue(CIMTYPE_INSTANCE, false)));
+    const CIMInstance skeleton = wide.buildInstance(true, true, CIMPropertyList());
+    std::vector<std::pair<CIMProperty, Uint32>> kept;
+    for (Uint32 changed : {20u, 8u, 40u, 30u}) {
+        CIMInstance holder = skeleton.clone();
+        CIMInstance held = skeleton.clone();
+        for (Uint32 i = 0; i < changed; i++)
+            held.getProperty(i).setValue(CIMValue(changed + i));
+        holder.getProperty(40).setValue(CIMValue(held));
+        kept.emplace_back(held.getProperty(changed - 1), 2 * changed - 1);
+    }
+    for (const auto& [property, value] : kept)
+        EXPECT_EQ(property.getValue(), CIMValue(value));
 }
 
 TEST(CIMInstanceHandling, PathCanChangeButNotItsClass) {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <vector>
 
 PEGASUS_USING_PEGASUS;
 
@@ -118,6 +119,17 @@ TEST(ValueLayerConcurrency, DateTimesAndNamesAreBuiltConcurrently) {
                          name == CIMName(name.getString()) &&
                          CIMDateTime::getCurrentDateTime() > epoch;
               }));
+}
+
+// Names made from one literal share its text, which outlives the threads that made them.
+TEST(ValueLayerConcurrency, NamesMadeFromOneLiteralOutliveTheirThreads) {
+    std::vector<std::vector<CIMName>> made(threadCount, std::vector<CIMName>(roundsPerThread));
+    onThreads(threadCount, [&](int t) {
+        for (CIMName& name : made[t])
+            name = CIMName("OperationalStatus");
+    });
+    for (const std::vector<CIMName>& names : made)
+        EXPECT_EQ(utf8(names.back().getString()), "OperationalStatus");
 }
 
 } // namespace

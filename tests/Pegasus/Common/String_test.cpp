@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 PEGASUS_USING_PEGASUS;
 
 namespace {
@@ -148,6 +150,15 @@ TEST(CIMName, LegalityEdgesAndRefusalKeepTheOldName) {
     name.clear();
     EXPECT_TRUE(name.isNull());
     EXPECT_EQ(CIMName(), name);
+}
+
+// A buffer rewritten in place names what it holds now, not what was made from it last.
+TEST(CIMName, ABufferRewrittenInPlaceNamesWhatItHoldsNow) {
+    char buffer[16];
+    for (const char* text : {"DeviceID", "DeviceIDs", "Device", "DeviceID", "Dev\xC3\xA9"}) {
+        std::snprintf(buffer, sizeof(buffer), "%s", text);
+        EXPECT_EQ(utf8(CIMName(buffer).getString()), text);
+    }
 }
 
 TEST(CIMNamespaceName, ElementsAreLegalNamesJoinedBySlash) {
