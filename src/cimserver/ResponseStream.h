@@ -36,11 +36,12 @@ struct StreamLimits {
     // A response this long, or complete, starts; a shorter one is sent whole, with its length.
     std::size_t startBytes = 64 * 1024;
     // While streaming, a sleeping connection wakes up for this much, or for the end: enough for
-    // a large send, so that a fast producer does not cost a wake-up and a send per small piece.
-    std::size_t wakeBytes = 128 * 1024;
-    // The producer waits while this much is unsent; twice the wake-up, so that it can go on
-    // encoding while the connection sends.
-    std::size_t capacityBytes = 512 * 1024;
+    // several sends, so that a fast producer does not cost a wake-up per small piece.
+    std::size_t wakeBytes = 256 * 1024;
+    // The producer waits while this much is unsent; four wake-ups, so that it goes on encoding
+    // while the connection sends. With less, the producer and the connection took turns on one
+    // core more than they ran side by side.
+    std::size_t capacityBytes = 1024 * 1024;
 };
 
 class ResponseStream {
