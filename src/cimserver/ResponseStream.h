@@ -36,7 +36,7 @@ struct StreamLimits {
     // A response this long, or complete, starts; a shorter one is sent whole, with its length.
     std::size_t startBytes = 64 * 1024;
     // While streaming, a sleeping connection wakes up for this much, or for the end: enough for
-    // several sends, so that a fast producer does not cost a wake-up per small piece.
+    // a full chunk, so that a fast producer does not cost a wake-up per small piece.
     std::size_t wakeBytes = 256 * 1024;
     // The producer waits while this much is unsent; four wake-ups, so that it goes on encoding
     // while the connection sends. With less, the producer and the connection took turns on one

@@ -104,8 +104,8 @@ public:
         such list takes and a second one what the others take beyond it.
     */
     CIMMemberArena(size_t bound, size_t fewest, size_t most, std::shared_ptr<const void> source)
-        : _source(std::move(source)), _left(bound), _expected(fewest),
-          _most(std::max(fewest, most)) {}
+        : _source(std::move(source)), _left(bound), _fewest(fewest), _most(std::max(fewest, most)) {
+    }
     CIMMemberArena(const CIMMemberArena&) = delete;
     CIMMemberArena& operator=(const CIMMemberArena&) = delete;
 
@@ -154,8 +154,8 @@ public:
         half what was taken where not, so that little room is left unused either way.
     */
     size_t nextBlockMembers() const {
-        if (_taken < _expected)
-            return std::min(_left, _expected - _taken);
+        if (_taken < _fewest)
+            return std::min(_left, _fewest - _taken);
         if (_taken < _most)
             return std::max<size_t>(1, std::min(_left, _most - _taken));
         const size_t wanted = _most != 0 ? 4 : std::max<size_t>(4, _taken / 2);
@@ -213,7 +213,7 @@ private:
     unsigned char* _next = nullptr;
     size_t _room = 0;
     size_t _left;
-    const size_t _expected;
+    const size_t _fewest;
     const size_t _most;
     size_t _taken = 0;
     // Users counted for members not yet taken; only the taker reads or writes it.
