@@ -147,8 +147,9 @@ double cpuMilliseconds(pid_t pid) {
     return static_cast<double>(user + system) * 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
-// Peak resident memory over a case: the kernel's high-water mark, reset at the start where the
-// process is ours to reset, and samples of the resident size every millisecond regardless.
+// Peak resident memory over a case and its warm-ups: the kernel's high-water mark, reset at the
+// start where the process is ours to reset, and samples of the resident size every millisecond
+// regardless.
 class MemoryWatch {
 public:
     explicit MemoryWatch(pid_t pid) : _pid(pid) {
@@ -431,14 +432,19 @@ struct Waits {
     std::chrono::milliseconds settle;
 };
 
-// The first warm-up's time: it warms the providers up, and meets the server idle.
+// The first warm-up round's time: it warms the providers up, and meets the server idle. Each
+// round runs as many clients as the case, so that the server has made room for all of them before
+// it is measured, as it has under steady load.
 double warmUp(const Target& target, const std::string& request, const Case& measured,
-              unsigned warmups, std::string& sample) {
+              unsigned clients, unsigned warmups, std::string& sample) {
     double cold = 0;
-    for (unsigned i = 0; i < warmups; i++) {
-        const ExchangeFigures figures = exchange(target, request, measured.marker, &sample);
-        if (i == 0)
-            cold = millisecondsBetween(figures.sent, figures.end);
+    for (unsigned round = 0; round < warmups; round++) {
+        const Clock::time_point start = Clock::now();
+        inParallel(clients, [&](unsigned i) {
+            exchange(target, request, measured.marker, i == 0 ? &sample : nullptr);
+        });
+        if (round == 0)
+            cold = millisecondsBetween(start, Clock::now());
     }
     return cold;
 }
@@ -446,10 +452,11 @@ double warmUp(const Target& target, const std::string& request, const Case& meas
 void runCase(const Target& target, const Case& measured, unsigned clients, Waits waits) {
     const std::string request = httpRequest(target, measured.operation, measured.className);
     std::string sample;
-    const double cold = warmUp(target, request, measured, waits.warmups, sample);
+    // Watched from before the warm-ups, so that the peak is measured from the idle server.
+    MemoryWatch memory(target.pid);
+    const double cold = warmUp(target, request, measured, clients, waits.warmups, sample);
     std::this_thread::sleep_for(waits.pause);
     std::vector<ExchangeFigures> figures(clients);
-    MemoryWatch memory(target.pid);
     const double cpuBefore = target.pid != 0 ? cpuMilliseconds(target.pid) : 0;
     const Clock::time_point start = Clock::now();
     inParallel(clients, [&](unsigned i) {
@@ -511,7 +518,8 @@ int main(int argc, char** argv) {
     app.add_option("--clients", clientList, "parallel clients per case, comma-separated")
         ->capture_default_str();
     app.add_option("--class", classes, "classes enumerated; repeatable")->capture_default_str();
-    app.add_option("--warmups", warmups, "requests before each case, one after the other")
+    app.add_option("--warmups", warmups,
+                   "rounds of requests before each case, each with the case's clients")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
     app.add_option("--pause-ms", pauseMs, "wait between the last warm-up request and each case")
@@ -531,6 +539,9 @@ int main(int argc, char** argv) {
         else
             started.emplace(server, model, target);
         printHeader();
+        // The first case, as every later one, meets a server that has given back what it no
+        // longer holds, here what starting took.
+        std::this_thread::sleep_for(std::chrono::milliseconds(settleMs));
         for (const std::string& className : classes) {
             for (const Case& measured :
                  {Case{"EnumerateInstances", className, "<VALUE.NAMEDINSTANCE>"},
