@@ -260,21 +260,37 @@ int connectTo(const std::string& host, const std::string& port) {
 class MarkerCounter {
 public:
     explicit MarkerCounter(std::string marker) : _marker(std::move(marker)) {}
-    // True when this piece completed the first occurrence.
+    // True when this piece completed the first occurrence. Pieces are searched where they were
+    // read, and only the few bytes around the seam with the last piece are copied, so that the
+    // client spends little of the machine the server is measured on.
     bool feed(const char* data, std::size_t size) {
         const std::size_t before = _count;
-        _window.append(data, size);
-        for (std::size_t at = 0; (at = _window.find(_marker, at)) != std::string::npos;
-             at += _marker.size())
-            ++_count;
-        _window.erase(0, _window.size() - std::min(_window.size(), _marker.size() - 1));
+        const std::size_t keep = _marker.size() - 1;
+        // The seam holds fewer than a marker's bytes of either side: what it finds spans both.
+        _seam.append(data, std::min(size, keep));
+        _count += occurrences(_seam.data(), _seam.size());
+        _count += occurrences(data, size);
+        if (size >= keep)
+            _seam.assign(data + size - keep, keep);
+        else
+            _seam.erase(0, _seam.size() - std::min(_seam.size(), keep));
         return before == 0 && _count > 0;
     }
     std::size_t count() const { return _count; }
 
 private:
+    std::size_t occurrences(const char* data, std::size_t size) const {
+        std::size_t found = 0;
+        for (const char* at = data;
+             (at = static_cast<const char*>(memmem(at, size - std::size_t(at - data),
+                                                   _marker.data(), _marker.size()))) != nullptr;
+             at += _marker.size())
+            ++found;
+        return found;
+    }
+
     std::string _marker;
-    std::string _window;
+    std::string _seam;
     std::size_t _count = 0;
 };
 
