@@ -60,7 +60,8 @@ struct RecentName {
 };
 struct RecentAddress {
     const char* address = nullptr;
-    RecentName* place = nullptr;
+    // The place of the text last found there, among the places.
+    Uint32 place = 0;
 };
 struct RecentNames {
     RecentName places[2 * kRecentNamePairs];
@@ -70,8 +71,9 @@ struct RecentNames {
 };
 thread_local RecentNames recentNames;
 // The same, reached without the check that the names were constructed on this thread, which
-// every access to them would make: this pointer needs no construction.
-thread_local RecentNames* constructedRecentNames = nullptr;
+// every access to them would make: this pointer needs no construction. The initial-exec model
+// reads it without a call, and a pointer fits the room the loader keeps for libraries loaded late.
+[[gnu::tls_model("initial-exec")]] thread_local RecentNames* constructedRecentNames = nullptr;
 
 bool spells(const RecentName& recent, const char* name, size_t n) {
     return recent.ascii.size() == n && std::memcmp(recent.ascii.data(), name, n) == 0;
@@ -114,6 +116,16 @@ RecentName* recentNameByText(RecentNames& kept, const char* name) {
     return &places[last];
 }
 
+// The kept place of an ASCII name not found by its address, kept by the address now: out of line,
+// so that a name found by its address takes a short path.
+[[gnu::noinline]] RecentName* recentNameFirstSeen(RecentNames& kept, RecentAddress& seen,
+                                                  const char* name) {
+    RecentName* place = recentNameByText(kept, name);
+    if (place)
+        seen = RecentAddress{name, Uint32(place - kept.places)};
+    return place;
+}
+
 // The kept place of an ASCII name, made now if it was not kept; null for other texts. The text
 // at a known address is compared all the same, since the address may hold another text by now.
 RecentName* recentName(const char* name) {
@@ -125,15 +137,15 @@ RecentName* recentName(const char* name) {
     const Uint64 address = Uint64(reinterpret_cast<uintptr_t>(name));
     RecentAddress& seen =
         kept.byAddress[(address * 0x9E3779B97F4A7C15ull) >> (64 - kRecentAddressBits)];
-    if (seen.address == name && std::strcmp(seen.place->ascii.c_str(), name) == 0) {
-        const size_t index = size_t(seen.place - kept.places);
-        kept.lastUsed[index / 2] = Uint8(index % 2);
-        return seen.place;
+    if (seen.address == name) {
+        // Marked used before the text is compared: on a miss, the slow path marks the place it
+        // takes in its pair anyway, and a mark elsewhere only picks which place goes next.
+        kept.lastUsed[seen.place / 2] = Uint8(seen.place % 2);
+        RecentName* place = &kept.places[seen.place];
+        if (std::strcmp(place->ascii.c_str(), name) == 0)
+            return place;
     }
-    RecentName* place = recentNameByText(kept, name);
-    if (place)
-        seen = RecentAddress{name, place};
-    return place;
+    return recentNameFirstSeen(kept, seen, name);
 }
 
 String nameText(const char* name) {
