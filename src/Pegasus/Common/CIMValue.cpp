@@ -449,75 +449,29 @@ PEGASUS_VALUE_ARRAY(CIMInstance)
 #undef PEGASUS_VALUE_SCALAR
 #undef PEGASUS_VALUE_TYPE
 
-CIMValue::CIMValue(const CIMValue& x) {
-    _copy(x);
-}
-
-CIMValue::~CIMValue() {
-    _release();
-}
-
-CIMValue& CIMValue::operator=(const CIMValue& x) {
-    if (this != &x) {
-        _release();
-        _copy(x);
-    }
-    return *this;
-}
-
-CIMValue::CIMValue(CIMValue&& x) noexcept {
-    _take(x);
-}
-
-CIMValue& CIMValue::operator=(CIMValue&& x) noexcept {
-    if (this != &x) {
-        _release();
-        _take(x);
-    }
-    return *this;
-}
-
-// Into a value that holds nothing to let go.
-void CIMValue::_copy(const CIMValue& x) noexcept {
-    switch (heldAs(x._type, x._isArray, x._isNull)) {
-    case Held::Bits:
-        _scalar = x._scalar;
-        break;
-    case Held::Text:
+// Into a value that holds nothing to let go, from one that holds a text or a rep.
+void CIMValue::_shareHeld(const CIMValue& x) noexcept {
+    if (heldAs(x._type, x._isArray, x._isNull) == Held::Text) {
         new (&_text) String(x._text);
-        break;
-    case Held::Rep:
+    } else {
         _rep = x._rep;
         _rep->refs.fetch_add(1, std::memory_order_relaxed);
-        break;
     }
-    _type = x._type;
-    _isArray = x._isArray;
-    _isNull = x._isNull;
 }
 
-// Into a value that holds nothing to let go; x is left a null, scalar Boolean value.
-void CIMValue::_take(CIMValue& x) noexcept {
-    switch (heldAs(x._type, x._isArray, x._isNull)) {
-    case Held::Bits:
-        _scalar = x._scalar;
-        break;
-    case Held::Text:
+// Into a value that holds nothing to let go, from one that holds a text or a rep; x's caller
+// makes it a null.
+void CIMValue::_takeHeld(CIMValue& x) noexcept {
+    if (heldAs(x._type, x._isArray, x._isNull) == Held::Text) {
         new (&_text) String(std::move(x._text));
         x._text.~String();
-        break;
-    case Held::Rep:
+    } else {
         _rep = x._rep;
-        break;
     }
-    _type = std::exchange(x._type, CIMTYPE_BOOLEAN);
-    _isArray = std::exchange(x._isArray, false);
-    _isNull = std::exchange(x._isNull, true);
-    x._scalar = 0;
 }
 
-// Lets go of what the value holds; the caller says what it holds next.
-void CIMValue::_release() noexcept {
+// Lets go of a text or a rep.
+void CIMValue::_releaseShared() noexcept {
     switch (heldAs(_type, _isArray, _isNull)) {
     case Held::Bits:
         break;

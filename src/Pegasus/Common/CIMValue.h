@@ -2,6 +2,7 @@
 #define Pegasus_Value_h
 
 #include <memory>
+#include <utility>
 
 #include <Pegasus/Common/String.h>
 #include <Pegasus/Common/Config.h>
@@ -75,13 +76,25 @@ public:
     /** @exception UninitializedObjectException if an element is uninitialized. */
     CIMValue(const Array<CIMInstance>& x);
 
-    CIMValue(const CIMValue& x);
+    CIMValue(const CIMValue& x) { _copy(x); }
     /** Leaves x a null, scalar Boolean value. */
-    CIMValue(CIMValue&& x) noexcept;
-    ~CIMValue();
-    CIMValue& operator=(const CIMValue& x);
+    CIMValue(CIMValue&& x) noexcept { _take(x); }
+    ~CIMValue() { _release(); }
+    CIMValue& operator=(const CIMValue& x) {
+        if (this != &x) {
+            _release();
+            _copy(x);
+        }
+        return *this;
+    }
     /** Leaves x a null, scalar Boolean value. */
-    CIMValue& operator=(CIMValue&& x) noexcept;
+    CIMValue& operator=(CIMValue&& x) noexcept {
+        if (this != &x) {
+            _release();
+            _take(x);
+        }
+        return *this;
+    }
     void assign(const CIMValue& x);
 
     /** Back to a null, scalar Boolean value. */
@@ -184,9 +197,38 @@ private:
     template <class T>
     void _read(T& x) const;
     void _setNull(CIMType type, Boolean isArray, Uint32 arraySize);
-    void _copy(const CIMValue& x) noexcept;
-    void _take(CIMValue& x) noexcept;
-    void _release() noexcept;
+    // Nulls and the common scalars hold bits alone, the others a text or a rep. Values are made,
+    // copied, moved and ended by the hundred per instance, mostly holding bits: those need no call.
+    bool _holdsShared() const noexcept { return !_isNull && (_isArray || _type >= CIMTYPE_STRING); }
+    // Into a value that holds nothing to let go.
+    void _copy(const CIMValue& x) noexcept {
+        if (x._holdsShared())
+            _shareHeld(x);
+        else
+            _scalar = x._scalar;
+        _type = x._type;
+        _isArray = x._isArray;
+        _isNull = x._isNull;
+    }
+    // Into a value that holds nothing to let go; x is left a null, scalar Boolean value.
+    void _take(CIMValue& x) noexcept {
+        if (x._holdsShared())
+            _takeHeld(x);
+        else
+            _scalar = x._scalar;
+        _type = std::exchange(x._type, CIMTYPE_BOOLEAN);
+        _isArray = std::exchange(x._isArray, false);
+        _isNull = std::exchange(x._isNull, true);
+        x._scalar = 0;
+    }
+    // Lets go of what the value holds; the caller says what it holds next.
+    void _release() noexcept {
+        if (_holdsShared())
+            _releaseShared();
+    }
+    void _shareHeld(const CIMValue& x) noexcept;
+    void _takeHeld(CIMValue& x) noexcept;
+    void _releaseShared() noexcept;
 
     // Nulls and the common scalars (integers, reals, booleans, Char16, strings) are held
     // in the value itself, sparing an allocation each; the others in a rep that copies share.
