@@ -390,13 +390,7 @@ public:
     }
 
     /** True when no handle outside the lists refers to a member. */
-    bool shareable() const {
-        for (Uint32 i = 0; i < size(); i++) {
-            if (!_onlyInLists(_item(i)))
-                return false;
-        }
-        return true;
-    }
+    bool shareable() const { return !_members || _members->shareable(); }
 
 private:
     // The sequence, shared by the lists copied from one another until one changes. Each
@@ -428,6 +422,17 @@ private:
             delete index.load(std::memory_order_relaxed);
         }
         size_t size() const { return base ? base->size() : items.size(); }
+        // Asked of a class's members each time an instance is made of it: the members are
+        // walked where they lie rather than looked up one by one.
+        bool shareable() const {
+            if (!base)
+                return std::all_of(items.begin(), items.end(), _onlyInLists);
+            for (size_t i = 0, count = size(); i < count; i++) {
+                if (!_onlyInLists(item(i)))
+                    return false;
+            }
+            return true;
+        }
 
         // Lists this long find members by an index of their names rather than by a scan.
         static constexpr size_t indexedSize = 12;
