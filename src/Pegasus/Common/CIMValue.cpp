@@ -494,28 +494,12 @@ void CIMValue::clear() {
     _setNull(CIMTYPE_BOOLEAN, false, 0);
 }
 
-Boolean CIMValue::typeCompatible(const CIMValue& x) const {
-    return _type == x._type && _isArray == x._isArray;
-}
-
-Boolean CIMValue::isArray() const {
-    return _isArray;
-}
-
-Boolean CIMValue::isNull() const {
-    return _isNull;
-}
-
 Uint32 CIMValue::getArraySize() const {
     if (_isNull)
         return Uint32(_scalar);
     if (!_isArray)
         return 0;
     return std::visit([](const auto& payload) { return payloadArraySize(payload); }, _rep->payload);
-}
-
-CIMType CIMValue::getType() const {
-    return _type;
 }
 
 void CIMValue::setNullValue(CIMType type, Boolean isArray, Uint32 arraySize) {

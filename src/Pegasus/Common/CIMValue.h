@@ -100,13 +100,16 @@ public:
     /** Back to a null, scalar Boolean value. */
     void clear();
 
+    // Inline: every property set and every value encoded asks these.
     /** True when both values have the same type and array flag. */
-    Boolean typeCompatible(const CIMValue& x) const;
-    Boolean isArray() const;
-    Boolean isNull() const;
+    Boolean typeCompatible(const CIMValue& x) const {
+        return _type == x._type && _isArray == x._isArray;
+    }
+    Boolean isArray() const { return _isArray; }
+    Boolean isNull() const { return _isNull; }
     /** Number of elements of an array value; 0 for a scalar. */
     Uint32 getArraySize() const;
-    CIMType getType() const;
+    CIMType getType() const { return _type; }
 
     void setNullValue(CIMType type, Boolean isArray, Uint32 arraySize = 0);
 

@@ -208,11 +208,6 @@ String::Rep* String::_allocate(Uint32 capacity) {
     return rep;
 }
 
-void String::_retain(Rep* rep) {
-    if (rep != _emptyRep())
-        rep->refs.fetch_add(1, std::memory_order_relaxed);
-}
-
 // The holder of the only reference is the only one who can change the count,
 // so it frees the text without an atomic read-modify-write.
 void String::_release(Rep* rep) {
@@ -251,14 +246,6 @@ void String::_setLength(Uint32 n) {
 
 String::String() : _rep(_emptyRep()) {}
 
-String::String(const String& str) : _rep(str._rep) {
-    _retain(_rep);
-}
-
-String::String(String&& str) noexcept : _rep(str._rep) {
-    str._rep = _emptyRep();
-}
-
 String::String(const String& str, Uint32 n) : _rep(_emptyRep()) {
     if (n > str.size())
         throw IndexOutOfBoundsException();
@@ -279,10 +266,6 @@ String::String(const char* str) : _rep(_emptyRep()) {
 
 String::String(const char* str, Uint32 n) : _rep(_emptyRep()) {
     assign(str, n);
-}
-
-String::~String() {
-    _release(_rep);
 }
 
 String& String::operator=(const String& str) {

@@ -37,15 +37,19 @@ public:
     static const String EMPTY;
 
     String();
-    // Copies share the text until one of them changes it.
-    String(const String& str);
-    String(String&& str) noexcept;
+    // Copies share the text until one of them changes it. Inline, as the end is: texts are copied
+    // and ended by the hundred per instance a provider builds.
+    String(const String& str) : _rep(str._rep) { _retain(_rep); }
+    String(String&& str) noexcept : _rep(str._rep) { str._rep = _emptyRep(); }
     String(const String& str, Uint32 n);
     String(const Char16* str);
     String(const Char16* str, Uint32 n);
     String(const char* str);
     String(const char* str, Uint32 n);
-    ~String();
+    ~String() {
+        if (_rep != _emptyRep())
+            _release(_rep);
+    }
 
     String& operator=(const String& str);
     String& operator=(String&& str) noexcept;
@@ -128,7 +132,10 @@ private:
     static Rep* _emptyRep() {
         return &_empty.header;
     }
-    static void _retain(Rep* rep);
+    static void _retain(Rep* rep) {
+        if (rep != _emptyRep())
+            rep->refs.fetch_add(1, std::memory_order_relaxed);
+    }
     static void _release(Rep* rep);
 
     Char16* _units() {
