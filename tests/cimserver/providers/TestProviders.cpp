@@ -362,12 +362,13 @@ public:
         throw CIMObjectNotFoundException("KSV_TestFaulty " + id);
     }
 
-    // Fails once the response has long started streaming.
+    // Fails once the response has long started streaming: it delivers more than a response
+    // may hold unsent (1 MB), so that the connection has sent some before the failure.
     void enumerateInstances(const OperationContext&, const CIMObjectPath&, const Boolean,
                             const Boolean, const CIMPropertyList&,
                             InstanceResponseHandler& handler) override {
         enter();
-        const String padding(std::string(200, 'p').c_str());
+        const String padding(std::string(1000, 'p').c_str());
         for (unsigned i = 0; i < 2000; ++i) {
             const String id(("f-" + std::to_string(i)).c_str());
             CIMInstance instance("KSV_TestFaulty");
