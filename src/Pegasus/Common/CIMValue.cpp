@@ -258,9 +258,10 @@ PEGASUS_HELD_INLINE(Char16);
 
 #undef PEGASUS_HELD_INLINE
 
+// Scalars of the types up to CIMTYPE_STRING: the same order that CIMValue::_holdsShared() reads
+// inline, so that the two cannot disagree.
 bool heldInline(CIMType type, Boolean isArray) {
-    return !isArray && type != CIMTYPE_DATETIME && type != CIMTYPE_REFERENCE &&
-           type != CIMTYPE_OBJECT && type != CIMTYPE_INSTANCE;
+    return !isArray && type <= CIMTYPE_STRING;
 }
 
 // Which member of a value's union is in use.
@@ -472,17 +473,10 @@ void CIMValue::_takeHeld(CIMValue& x) noexcept {
 
 // Lets go of a text or a rep.
 void CIMValue::_releaseShared() noexcept {
-    switch (heldAs(_type, _isArray, _isNull)) {
-    case Held::Bits:
-        break;
-    case Held::Text:
+    if (heldAs(_type, _isArray, _isNull) == Held::Text)
         _text.~String();
-        break;
-    case Held::Rep:
-        if (_rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1)
-            delete _rep;
-        break;
-    }
+    else if (_rep->refs.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        delete _rep;
     _scalar = 0;
 }
 

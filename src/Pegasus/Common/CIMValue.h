@@ -200,8 +200,9 @@ private:
     template <class T>
     void _read(T& x) const;
     void _setNull(CIMType type, Boolean isArray, Uint32 arraySize);
-    // Nulls and the common scalars hold bits alone, the others a text or a rep. Values are made,
-    // copied, moved and ended by the hundred per instance, mostly holding bits: those need no call.
+    // Nulls and the scalars of the types before CIMTYPE_STRING hold bits alone, the others a text
+    // or a rep (heldInline() in the source reads the same order). Values are made, copied, moved
+    // and ended by the hundred per instance, mostly holding bits: those need no call.
     bool _holdsShared() const noexcept { return !_isNull && (_isArray || _type >= CIMTYPE_STRING); }
     // Into a value that holds nothing to let go.
     void _copy(const CIMValue& x) noexcept {
