@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <net/if.h>
+#include <algorithm>
 #include <string>
 
 PEGASUS_NAMESPACE_BEGIN
@@ -9,6 +10,17 @@ PEGASUS_NAMESPACE_BEGIN
 namespace {
 
 const Uint32 MAX_PORT_NUMBER = 65535;
+
+// A part of the text, read in place: a path's host is checked each time a path is made, so
+// the check copies nothing.
+struct Units {
+    const Char16* data;
+    Uint32 size;
+
+    Uint16 operator[](Uint32 i) const { return data[i]; }
+    Units part(Uint32 begin, Uint32 end) const { return {data + begin, end - begin}; }
+    Uint32 find(Uint16 c) const { return Uint32(std::find(data, data + size, Char16(c)) - data); }
+};
 
 bool isAsciiDigit(Uint16 c) {
     return c >= '0' && c <= '9';
@@ -19,8 +31,8 @@ bool isAsciiLetter(Uint16 c) {
 }
 
 // Four dot-separated decimal octets of one to three digits, each up to 255.
-bool isIPv4Address(const String& text) {
-    const Uint32 n = text.size();
+bool isIPv4Address(Units text) {
+    const Uint32 n = text.size;
     Uint32 i = 0;
     for (int octet = 0; octet < 4; octet++) {
         if (octet > 0) {
@@ -41,18 +53,21 @@ bool isIPv4Address(const String& text) {
     return i == n;
 }
 
+bool isLabelStart(Uint16 c) {
+    return isAsciiLetter(c) || isAsciiDigit(c) || c == '_';
+}
+
 // Dot-separated labels of letters, digits, '-' and '_' that do not start with
 // '-'; the last label must not be all digits.
-bool isHostName(const String& text) {
-    const Uint32 n = text.size();
+bool isHostName(Units text) {
+    const Uint32 n = text.size;
     Uint32 i = 0;
     bool lastLabelNumeric = true;
     for (;;) {
-        if (i >= n || !(isAsciiLetter(text[i]) || isAsciiDigit(text[i]) || text[i] == '_'))
+        if (i >= n || !isLabelStart(text[i]))
             return false;
         lastLabelNumeric = true;
-        while (i < n && (isAsciiLetter(text[i]) || isAsciiDigit(text[i]) || text[i] == '-' ||
-                         text[i] == '_')) {
+        while (i < n && (isLabelStart(text[i]) || text[i] == '-')) {
             if (!isAsciiDigit(text[i]))
                 lastLabelNumeric = false;
             i++;
@@ -65,19 +80,13 @@ bool isHostName(const String& text) {
     }
 }
 
-bool isAscii(const String& text) {
-    for (Uint32 i = 0; i < text.size(); i++) {
-        if (text[i] > 127)
-            return false;
-    }
-    return true;
-}
-
 // Link-local addresses are usable only with the zone (interface) named.
-bool isIPv6Address(const String& text) {
-    if (!isAscii(text) || text.find(Char16(':')) == PEG_NOT_FOUND)
+bool isIPv6Address(Units text) {
+    const bool ascii =
+        std::all_of(text.data, text.data + text.size, [](Char16 c) { return Uint16(c) <= 127; });
+    if (!ascii || text.find(':') == text.size)
         return false;
-    std::string address(static_cast<const char*>(text.getCString()));
+    std::string address(text.data, text.data + text.size);
     const bool linkLocal = address.size() >= 4 && (address[0] == 'f' || address[0] == 'F') &&
                            (address[1] == 'e' || address[1] == 'E') && address[2] == '8' &&
                            address[3] == '0';
@@ -93,9 +102,9 @@ bool isIPv6Address(const String& text) {
 }
 
 // Digits only, nothing at all meaning the port is left unspecified.
-bool isPort(const String& text) {
+bool isPort(Units text) {
     Uint64 value = 0;
-    for (Uint32 i = 0; i < text.size(); i++) {
+    for (Uint32 i = 0; i < text.size; i++) {
         if (!isAsciiDigit(text[i]))
             return false;
         value = value * 10 + (text[i] - '0');
@@ -106,32 +115,33 @@ bool isPort(const String& text) {
 }
 
 // The rest after the address: nothing, or ':' and a port.
-bool isPortSuffix(const String& text, Uint32 start) {
-    if (start == text.size())
+bool isPortSuffix(Units text, Uint32 start) {
+    if (start == text.size)
         return true;
-    return text[start] == ':' && isPort(text.subString(start + 1));
+    return text[start] == ':' && isPort(text.part(start + 1, text.size));
 }
 
 } // namespace
 
-Boolean isValidHostLocator(const String& text) {
-    if (text.size() == 0)
+Boolean isValidHostLocator(const String& host) {
+    const Units text{host.getChar16Data(), host.size()};
+    if (text.size == 0)
         return false;
     if (text[0] == '[') {
-        const Uint32 close = text.find(Char16(']'));
-        if (close == PEG_NOT_FOUND)
+        const Uint32 close = text.find(']');
+        if (close == text.size)
             return false;
-        const String address = text.subString(1, close - 1);
+        const Units address = text.part(1, close);
         // Only an IPv6 address may be put in brackets.
         if (isIPv4Address(address) || isHostName(address) || !isIPv6Address(address))
             return false;
         return isPortSuffix(text, close + 1);
     }
-    const Uint32 colon = text.find(Char16(':'));
-    const String address = text.subString(0, colon);
+    const Uint32 colon = text.find(':');
+    const Units address = text.part(0, colon);
     if (!isIPv4Address(address) && !isHostName(address))
         return false;
-    return colon == PEG_NOT_FOUND || isPortSuffix(text, colon);
+    return colon == text.size || isPortSuffix(text, colon);
 }
 
 PEGASUS_NAMESPACE_END
