@@ -188,10 +188,12 @@ void appendEscapedUnits(std::string& out, const Pegasus::Char16* units, size_t c
 }
 
 void Output::_grow(std::size_t bytes) {
-    // Room comes in steps, so that it is made a few times per element, not once per piece.
-    constexpr std::size_t kStep = 4096;
+    // Room comes in steps, so that it is made a few times per element, not once per piece; an
+    // element longer than the last one doubles its room each time.
+    constexpr std::size_t kLeastStep = 256;
     const std::size_t used = length();
-    _text.resize(used + std::max(bytes, kStep));
+    const std::size_t written = used - _sessionStart;
+    _text.resize(used + std::max({bytes, kLeastStep, _lastSessionLength, written}));
     _at = _text.data() + used;
     _end = _text.data() + _text.size();
 }

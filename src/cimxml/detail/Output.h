@@ -73,12 +73,16 @@ public:
 
 private:
     void _enter() {
-        if (_sessions++ == 0)
-            _at = _end = _text.data() + _text.size();
+        if (_sessions++ == 0) {
+            _sessionStart = _text.size();
+            _at = _end = _text.data() + _sessionStart;
+        }
     }
     void _leave() {
-        if (--_sessions == 0)
+        if (--_sessions == 0) {
+            _lastSessionLength = length() - _sessionStart;
             _text.resize(length());
+        }
     }
     void _grow(std::size_t bytes);
 
@@ -86,6 +90,10 @@ private:
     char* _at = nullptr;
     char* _end = nullptr;
     unsigned _sessions = 0;
+    std::size_t _sessionStart = 0;
+    // The elements of a response are much alike: room for one as long as the last is made at
+    // once, and little more, since the string fills what it adds with zeros.
+    std::size_t _lastSessionLength = 0;
 };
 
 } // namespace ksv::cimxml::detail
