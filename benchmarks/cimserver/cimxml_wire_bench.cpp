@@ -15,11 +15,13 @@
 // median client's time; MB/s all bytes over time_ms; cpu_ms the server's CPU time for the case;
 // base_ms the trivial sender's time for the same byte counts and ratio time_ms to it; rss0,
 // peak and rss1 the server's resident memory before, at most during, and after the case;
-// extra/enum (peak - rss0) per client; cold_ms the first warm-up request's time. Each case
-// follows --warmups requests, the last by --pause-ms, as a client's next request would, and rss1
-// is read --settle-ms after it, once the server has had time to give idle memory back. The first
-// warm-up thus meets a server that has given its pages back, and is the cost of the first request
-// after an idle spell; the allocator needs a few requests before it reuses its pages fully.
+// extra/enum (peak - rss0) per client; cold_ms the first warm-up request's time; rounds how
+// many rounds were measured. Each case follows --warmups rounds of requests; then up to
+// --rounds rounds are measured, each --pause-ms after the last, as a client's next request
+// would be, and the time columns are those of the median round. rss1 is read --settle-ms after
+// the last, once the server has had time to give idle memory back. The first warm-up thus meets
+// a server that has given its pages back, and is the cost of the first request after an idle
+// spell; the allocator needs a few requests before it reuses its pages fully.
 #include <CLI/CLI.hpp>
 
 #include <arpa/inet.h>
@@ -436,14 +438,15 @@ double median(std::vector<double> values) {
 }
 
 void printHeader() {
-    std::printf("%-46s %4s %6s %8s %8s %8s %6s %8s %8s %8s | %8s %6s | %7s %7s %7s %9s | %8s\n",
+    std::printf("%-46s %4s %6s %8s %8s %8s %6s %8s %8s %8s | %8s %6s | %7s %7s %7s %9s | %8s %6s\n",
                 "case", "cli", "items~", "MB/cli", "time_ms", "ttfb_ms", "1st_ms", "med_ms", "MB/s",
                 "cpu_ms", "base_ms", "ratio", "rss0_MB", "peak_MB", "rss1_MB", "extra/enum",
-                "cold_ms");
+                "cold_ms", "rounds");
 }
 
 struct Waits {
     unsigned warmups;
+    unsigned rounds;
     std::chrono::milliseconds pause;
     std::chrono::milliseconds settle;
 };
@@ -465,44 +468,85 @@ double warmUp(const Target& target, const std::string& request, const Case& meas
     return cold;
 }
 
+// One measured round: each client's figures, the time from the first request to the last byte of
+// all clients, and the server's CPU time meanwhile.
+struct Round {
+    std::vector<ExchangeFigures> figures;
+    double wall = 0;
+    double cpu = 0;
+};
+
+Round measureRound(const Target& target, const std::string& request, const Case& measured,
+                   unsigned clients) {
+    Round round;
+    round.figures.resize(clients);
+    const double cpuBefore = target.pid != 0 ? cpuMilliseconds(target.pid) : 0;
+    const Clock::time_point start = Clock::now();
+    inParallel(clients, [&](unsigned i) {
+        round.figures[i] = exchange(target, request, measured.marker, nullptr);
+    });
+    round.wall = millisecondsBetween(start, Clock::now());
+    round.cpu = target.pid != 0 ? cpuMilliseconds(target.pid) - cpuBefore : 0;
+    return round;
+}
+
+// Rounds after the pause, each as a client's next request: up to `waits.rounds`, fewer once
+// they have taken kRoundsBudgetMs, but at least one. A single round measured mostly how long the
+// idle machine took to wake its threads up.
+constexpr double kRoundsBudgetMs = 2000;
+
+std::vector<Round> measureRounds(const Target& target, const std::string& request,
+                                 const Case& measured, unsigned clients, const Waits& waits) {
+    std::vector<Round> rounds;
+    double spent = 0;
+    do {
+        std::this_thread::sleep_for(waits.pause);
+        rounds.push_back(measureRound(target, request, measured, clients));
+        spent += rounds.back().wall;
+    } while (rounds.size() < waits.rounds && spent < kRoundsBudgetMs);
+    return rounds;
+}
+
+const Round& medianRound(std::vector<Round>& rounds) {
+    std::sort(rounds.begin(), rounds.end(),
+              [](const Round& a, const Round& b) { return a.wall < b.wall; });
+    return rounds[rounds.size() / 2];
+}
+
 void runCase(const Target& target, const Case& measured, unsigned clients, Waits waits) {
     const std::string request = httpRequest(target, measured.operation, measured.className);
     std::string sample;
     // Watched from before the warm-ups, so that the peak is measured from the idle server.
     MemoryWatch memory(target.pid);
     const double cold = warmUp(target, request, measured, clients, waits.warmups, sample);
-    std::this_thread::sleep_for(waits.pause);
-    std::vector<ExchangeFigures> figures(clients);
-    const double cpuBefore = target.pid != 0 ? cpuMilliseconds(target.pid) : 0;
-    const Clock::time_point start = Clock::now();
-    inParallel(clients, [&](unsigned i) {
-        figures[i] = exchange(target, request, measured.marker, nullptr);
-    });
-    const double wall = millisecondsBetween(start, Clock::now());
-    const double cpu = target.pid != 0 ? cpuMilliseconds(target.pid) - cpuBefore : 0;
+    std::vector<Round> rounds = measureRounds(target, request, measured, clients, waits);
     const MemoryWatch::Figures rss = memory.finish(waits.settle);
+    const Round& round = medianRound(rounds);
+    const std::vector<ExchangeFigures>& figures = round.figures;
 
     double ttfb = 0, firstItem = 0;
     std::vector<double> times;
     std::size_t bytes = 0;
     bool failed = false;
+    for (const Round& each : rounds)
+        for (const ExchangeFigures& exchanged : each.figures)
+            failed = failed || exchanged.failed;
     for (const ExchangeFigures& each : figures) {
         ttfb = std::max(ttfb, millisecondsBetween(each.sent, each.firstByte));
         firstItem = std::max(firstItem, millisecondsBetween(each.sent, each.firstItem));
         times.push_back(millisecondsBetween(each.sent, each.end));
         bytes += each.bytes;
-        failed = failed || each.failed;
     }
     const double baseline = trivialSenderMilliseconds(sample, figures[0].bytes, clients);
     const double megabytes = static_cast<double>(bytes) / 1e6;
     std::printf("%-46s %4u %6zu %8.2f %8.1f %8.1f %6.1f %8.1f %8.1f %8.0f | %8.1f %6.1f | %7.1f "
                 "%7.1f "
-                "%7.1f %9.1f | %8.1f%s\n",
+                "%7.1f %9.1f | %8.1f %6zu%s\n",
                 (measured.operation + " " + measured.className).c_str(), clients, figures[0].items,
-                megabytes / clients, wall, ttfb, firstItem, median(times),
-                megabytes / (wall / 1000), cpu, baseline, wall / baseline, rss.beforeKb / 1024.0,
-                rss.peakKb / 1024.0, rss.afterKb / 1024.0,
-                (rss.peakKb - rss.beforeKb) / 1024.0 / clients, cold,
+                megabytes / clients, round.wall, ttfb, firstItem, median(times),
+                megabytes / (round.wall / 1000), round.cpu, baseline, round.wall / baseline,
+                rss.beforeKb / 1024.0, rss.peakKb / 1024.0, rss.afterKb / 1024.0,
+                (rss.peakKb - rss.beforeKb) / 1024.0 / clients, cold, rounds.size(),
                 failed ? ("  FAILED: " + figures[0].statusLine).c_str() : "");
     std::fflush(stdout);
 }
@@ -522,7 +566,7 @@ int main(int argc, char** argv) {
     Target target;
     std::string url, model, server = KSV_CIMSERVER_BINARY, clientList = "1,8,32";
     std::vector<std::string> classes = {"KSV_DiskDrive", "KSV_VolumeBasedOnDiskExtent"};
-    unsigned warmups = 3, pauseMs = 200, settleMs = 2000;
+    unsigned warmups = 3, rounds = 7, pauseMs = 200, settleMs = 2000;
     app.add_option("--model", model, "array model for the server this benchmark starts");
     app.add_option("--server", server, "the server binary started over --model")
         ->capture_default_str();
@@ -538,8 +582,11 @@ int main(int argc, char** argv) {
                    "rounds of requests before each case, each with the case's clients")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
-    app.add_option("--pause-ms", pauseMs, "wait between the last warm-up request and each case")
-        ->capture_default_str();
+    app.add_option("--rounds", rounds,
+                   "measured rounds per case, fewer once they have taken 2 s; the median is shown")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    app.add_option("--pause-ms", pauseMs, "wait before each measured round")->capture_default_str();
     app.add_option("--settle-ms", settleMs, "wait before reading the memory after each case")
         ->capture_default_str();
     CLI11_PARSE(app, argc, argv);
@@ -564,7 +611,7 @@ int main(int argc, char** argv) {
                   Case{"EnumerateInstanceNames", className, "<INSTANCENAME "}}) {
                 for (unsigned clients : parseClientCounts(clientList))
                     runCase(target, measured, clients,
-                            {warmups, std::chrono::milliseconds(pauseMs),
+                            {warmups, rounds, std::chrono::milliseconds(pauseMs),
                              std::chrono::milliseconds(settleMs)});
             }
         }
