@@ -57,8 +57,6 @@ void insertionSort(Uint32* items, Uint32 n, Precedes precedes) {
 Array<CIMKeyBinding> sortedByName(const Array<CIMKeyBinding>& keyBindings) {
     const CIMKeyBinding* keys = keyBindings.getData();
     const Uint32 n = keyBindings.size();
-    if (std::is_sorted(keys, keys + n, precedesByName))
-        return keyBindings;
     const auto precedes = [&](Uint32 a, Uint32 b) { return precedesByName(keys[a], keys[b]); };
     constexpr Uint32 kFewKeys = 16;
     Uint32 few[kFewKeys];
