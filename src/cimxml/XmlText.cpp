@@ -153,12 +153,18 @@ unsigned plainMask(__m128i units) {
 size_t copyPlainRun(char* to, const Pegasus::Char16* units, size_t count) {
     size_t i = 0;
 #if defined(__SSE2__)
-    for (; i + 8 <= count; i += 8) {
-        const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + i));
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(to + i), _mm_packus_epi16(eight, eight));
-        const unsigned plain = plainMask(eight);
-        if (plain != 0xFFFF)
-            return i + unsigned(__builtin_ctz(~plain)) / 2;
+    if (count >= 8) {
+        // The last eight units overlap those before them, which are copied the same again: most
+        // names and values are short, and a tail unit by unit cost as much as the rest.
+        for (;; i = std::min(i + 8, count - 8)) {
+            const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + i));
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(to + i), _mm_packus_epi16(eight, eight));
+            const unsigned plain = plainMask(eight);
+            if (plain != 0xFFFF)
+                return i + unsigned(__builtin_ctz(~plain)) / 2;
+            if (i == count - 8)
+                return count;
+        }
     }
 #else
     for (; i + 8 <= count; i += 8) {
