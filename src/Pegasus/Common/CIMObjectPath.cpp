@@ -63,22 +63,53 @@ void insertionSort(Uint32* items, Uint32 n, Precedes precedes) {
     }
 }
 
+// The order of the key names last sorted on a thread: a provider makes its paths with the same
+// names in the same order, mostly the very same texts, which compare at once.
+class KeyOrder {
+public:
+    const std::vector<Uint32>& of(const CIMKeyBinding* keys, Uint32 n) {
+        if (!_sameNames(keys, n))
+            _sort(keys, n);
+        return _order;
+    }
+
+private:
+    bool _sameNames(const CIMKeyBinding* keys, Uint32 n) const {
+        if (n != _names.size())
+            return false;
+        for (Uint32 i = 0; i < n; i++) {
+            if (!String::equal(keys[i].getName().getString(), _names[i].getString()))
+                return false;
+        }
+        return true;
+    }
+
+    void _sort(const CIMKeyBinding* keys, Uint32 n) {
+        _names.clear();
+        for (Uint32 i = 0; i < n; i++)
+            _names.append(keys[i].getName());
+        _order.resize(n);
+        std::iota(_order.begin(), _order.end(), 0);
+        const auto precedes = [&](Uint32 a, Uint32 b) { return precedesByName(keys[a], keys[b]); };
+        constexpr Uint32 kFewKeys = 16;
+        if (n > kFewKeys)
+            std::stable_sort(_order.begin(), _order.end(), precedes);
+        else
+            insertionSort(_order.data(), n, precedes);
+    }
+
+    Array<CIMName> _names;
+    std::vector<Uint32> _order;
+};
+
 // Sorted by name without regard to case; keys of equal name keep their order.
 // Only their places are sorted, so that each key is copied once; the few
 // keys of a path are sorted by insertion.
 Array<CIMKeyBinding> sortedByName(const Array<CIMKeyBinding>& keyBindings) {
+    thread_local KeyOrder lastOrder;
     const CIMKeyBinding* keys = keyBindings.getData();
     const Uint32 n = keyBindings.size();
-    const auto precedes = [&](Uint32 a, Uint32 b) { return precedesByName(keys[a], keys[b]); };
-    constexpr Uint32 kFewKeys = 16;
-    Uint32 few[kFewKeys];
-    std::vector<Uint32> many(n > kFewKeys ? n : 0);
-    Uint32* order = n > kFewKeys ? many.data() : few;
-    std::iota(order, order + n, 0);
-    if (n > kFewKeys)
-        std::stable_sort(order, order + n, precedes);
-    else
-        insertionSort(order, n, precedes);
+    const std::vector<Uint32>& order = lastOrder.of(keys, n);
     Array<CIMKeyBinding> sorted;
     sorted.reserveCapacity(n);
     for (Uint32 i = 0; i < n; i++)
