@@ -35,6 +35,10 @@ TEST(StringUtf8, DecodesEncodesAndKeepsLoneSurrogates) {
     ASSERT_EQ(2u, again.size());
     EXPECT_EQ(0xD800, Uint16(again[0]));
     EXPECT_EQ("abc", utf8(String("abcdef", 3)));
+    // Long ASCII runs are widened in blocks; what follows one is decoded all the same.
+    const std::string afterRun = std::string(19, 'a') + text;
+    EXPECT_EQ(afterRun, utf8(String(afterRun.c_str())));
+    EXPECT_EQ(25u, String(afterRun.c_str()).size());
 }
 
 TEST(StringUtf8, InvalidBytesAndNullPointersAreRefused) {
@@ -44,6 +48,9 @@ TEST(StringUtf8, InvalidBytesAndNullPointersAreRefused) {
                                 "encoding: ab 0x"))
             << bad;
     }
+    EXPECT_EQ(0u, messageOf([] {
+                      String s("0123456789abcdefgh\xFF");
+                  }).find("The byte sequence starting at index 18 is not valid"));
     EXPECT_THROW(String("\xC3\x9C", 1), Exception);
     const char* none = nullptr;
     const Char16* noUnits = nullptr;
