@@ -226,7 +226,14 @@ void Output::_grow(std::size_t bytes) {
     constexpr std::size_t kLeastStep = 256;
     const std::size_t used = length();
     const std::size_t written = used - _sessionStart;
-    _text.resize(used + std::max({bytes, kLeastStep, _lastSessionLength, written}));
+    const std::size_t size = used + std::max({bytes, kLeastStep, _lastSessionLength, written});
+#if defined(__cpp_lib_string_resize_and_overwrite)
+    // The room is left as it is: it is written before it is read, and cut off when the session
+    // ends.
+    _text.resize_and_overwrite(size, [](char*, std::size_t n) { return n; });
+#else
+    _text.resize(size);
+#endif
     _at = _text.data() + used;
     _end = _text.data() + _text.size();
 }

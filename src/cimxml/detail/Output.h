@@ -92,7 +92,7 @@ private:
     unsigned _sessions = 0;
     std::size_t _sessionStart = 0;
     // The elements of a response are much alike: room for one as long as the last is made at
-    // once, and little more, since the string fills what it adds with zeros.
+    // once.
     std::size_t _lastSessionLength = 0;
 };
 
