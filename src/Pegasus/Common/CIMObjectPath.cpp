@@ -24,21 +24,9 @@ namespace {
     throw MalformedObjectNameException(parms);
 }
 
-// A provider gives the same host to every path it makes: the host last found valid on a thread
-// is kept, and the same text is not checked again.
-bool isValidHost(const String& host) {
-    thread_local String lastValid;
-    if (String::equal(host, lastValid))
-        return true;
-    if (!isValidHostLocator(host))
-        return false;
-    lastValid = host;
-    return true;
-}
-
 // An empty host stands for no host at all.
 void checkHost(const String& host) {
-    if (host.size() != 0 && !isValidHost(host))
+    if (host.size() != 0 && !isValidHostLocator(host))
         throwMalformed("Common.CIMObjectPath.INVALID_HOSTNAME", "$0, reason:\"invalid hostname\"",
                        host);
 }

@@ -123,8 +123,9 @@ bool isPortSuffix(Units text, Uint32 start) {
 
 } // namespace
 
-Boolean isValidHostLocator(const String& host) {
-    const Units text{host.getChar16Data(), host.size()};
+namespace {
+
+bool isValidLocatorText(Units text) {
     if (text.size == 0)
         return false;
     if (text[0] == '[') {
@@ -142,6 +143,20 @@ Boolean isValidHostLocator(const String& host) {
     if (!isIPv4Address(address) && !isHostName(address))
         return false;
     return colon == text.size || isPortSuffix(text, colon);
+}
+
+} // namespace
+
+// Every path a provider makes carries the same host: the host last found valid on a thread is
+// kept, and the same text is not checked again.
+Boolean isValidHostLocator(const String& host) {
+    thread_local String lastValid;
+    if (host.size() != 0 && String::equal(host, lastValid))
+        return true;
+    if (!isValidLocatorText({host.getChar16Data(), host.size()}))
+        return false;
+    lastValid = host;
+    return true;
 }
 
 PEGASUS_NAMESPACE_END
