@@ -174,7 +174,10 @@ void streamResults(ResponseOutput& output, typename WritingSink<T>::Write write,
 }
 
 InstanceParts partsOf(const ObjectFilter& filter) {
-    return {filter.includeQualifiers, filter.includeClassOrigin, &filter.propertyList};
+    // A null list asks for every property, as no list does; the writer then checks no names.
+    const Pegasus::CIMPropertyList* properties =
+        filter.propertyList.isNull() ? nullptr : &filter.propertyList;
+    return {filter.includeQualifiers, filter.includeClassOrigin, properties};
 }
 
 void runIntrinsic(const OperationDispatcher& dispatcher, const Caller& caller,

@@ -610,12 +610,40 @@ void Writer::instance(const CIMConstInstance& instance, const InstanceParts& par
     if (parts.qualifiers)
         _qualifiers(instance);
     const Uint32 count = instance.getPropertyCount();
+    const bool sharedTexts = _propertyTags != nullptr && !parts.qualifiers;
     for (Uint32 i = 0; i < count; i++) {
-        const CIMProperty& item = CIMPropertyReader::at(instance, i);
-        if (parts.properties == nullptr || parts.properties->useThisProperty(item.getName()))
+        bool shared = false;
+        const CIMProperty& item = sharedTexts ? CIMPropertyReader::at(instance, i, shared)
+                                              : CIMPropertyReader::at(instance, i);
+        if (parts.properties != nullptr && !parts.properties->useThisProperty(item.getName()))
+            continue;
+        if (!shared)
             _property(item, parts);
+        else if (!_putSharedText(item, parts))
+            _sharedProperty(instance, item, parts);
     }
     _output.put("</INSTANCE>");
+}
+
+// Properties that instances leave as their class has them read the same in every instance: they
+// are written once a response. Qualifiers may be lent out to be changed, so properties written
+// with them are written each time.
+bool Writer::_putSharedText(const CIMProperty& shared, const InstanceParts& parts) {
+    const std::string* text = _propertyTags->findShared({&shared, parts.classOrigins});
+    if (text == nullptr)
+        return false;
+    _output.put(*text);
+    return true;
+}
+
+void Writer::_sharedProperty(const CIMConstInstance& instance, const CIMProperty& shared,
+                             const InstanceParts& parts) {
+    const std::size_t start = _output.length();
+    _property(shared, parts);
+    if (_output.length() - start <= PropertyTags::kLongestShared)
+        _propertyTags->rememberShared({&shared, parts.classOrigins},
+                                      CIMPropertyReader::sharedKeeper(instance),
+                                      _output.since(start));
 }
 
 void Writer::cimClass(const CIMConstClass& cimClass) {

@@ -91,40 +91,31 @@ bool PropertyTags::Key::operator==(const Key& other) const {
            propagated == other.propagated;
 }
 
-std::size_t PropertyTags::_home(const Key& key) {
-    // By the name alone: the properties of a class differ in it. Texts are at least 8-byte
-    // aligned, so the low bits of their addresses say nothing.
+std::size_t PropertyTags::_home(const void* identity) {
+    // Texts and properties are at least 8-byte aligned, so the low bits of their addresses say
+    // nothing.
     const std::uint64_t hash =
-        (reinterpret_cast<std::uintptr_t>(key.name) >> 3) * 0x9E3779B97F4A7C15ULL;
+        (reinterpret_cast<std::uintptr_t>(identity) >> 3) * 0x9E3779B97F4A7C15ULL;
     return std::size_t(hash >> 40);
 }
 
 const std::string* PropertyTags::find(const Key& key) const {
-    const std::size_t home = _home(key);
-    for (std::size_t probe = 0; probe < kProbes; probe++) {
-        const Entry& entry = _entries[(home + probe) % kSlots];
-        if (entry.key == key)
-            return &entry.tag;
-    }
-    return nullptr;
+    // By the name alone: the properties of a class differ in it.
+    return _tags.find(key, _home(key.name));
 }
 
 void PropertyTags::remember(const Key& key, const CIMName& name, const CIMName& referenceClass,
                             const CIMName& origin, std::string_view tag) {
-    const std::size_t home = _home(key);
-    std::size_t slot = home % kSlots;
-    for (std::size_t probe = 0; probe < kProbes; probe++) {
-        if (_entries[(home + probe) % kSlots].key.name == nullptr) {
-            slot = (home + probe) % kSlots;
-            break;
-        }
-    }
-    Entry& entry = _entries[slot];
-    entry.name = name;
-    entry.referenceClass = referenceClass;
-    entry.origin = origin;
-    entry.key = key;
-    entry.tag.assign(tag);
+    _tags.remember(key, _home(key.name), Names{name, referenceClass, origin}, tag);
+}
+
+const std::string* PropertyTags::findShared(const SharedKey& key) const {
+    return _shared.find(key, _home(key.property));
+}
+
+void PropertyTags::rememberShared(const SharedKey& key, std::shared_ptr<const void> keeper,
+                                  std::string_view text) {
+    _shared.remember(key, _home(key.property), std::move(keeper), text);
 }
 
 } // namespace ksv::cimxml::detail

@@ -193,6 +193,43 @@ TEST(ResponseWriter, PropertiesSharingANameKeepTheirOwnTypesAndOrigins) {
     }
 }
 
+// A response writes the properties that instances leave as their class has them once; what an
+// instance sets, also in place on an instance delivered again, or what the class changes later,
+// is written as it is.
+TEST(ResponseWriter, PropertiesLeftAsTheClassHasThemFollowTheInstanceAndTheClass) {
+    CIMClass cimClass = sampleClass();
+    const Uint32 mode = cimClass.findProperty(CIMName("Mode"));
+    const CIMPropertyList onlyMode(Array<CIMName>(1, CIMName("Mode")));
+    const InstanceParts everyProperty{false, true, nullptr};
+    const InstanceParts modeAlone{false, false, &onlyMode};
+    const Uint16 modes[] = {7, 7, 2, 3, 7, 9, 9, 9};
+    ChunkedResponse response(Operation::EnumerateInstances);
+    CIMInstance reused = cimClass.buildInstance(true, true, CIMPropertyList());
+    reused.setPath(CIMObjectPath("KSV_Thing.DeviceID=\"T1\""));
+    for (Uint16 i = 0; i < 8; i++) {
+        if (i == 5)
+            cimClass.getProperty(mode).setValue(CIMValue(Uint16(9)));
+        CIMInstance fresh = cimClass.buildInstance(true, true, CIMPropertyList());
+        fresh.setPath(reused.getPath());
+        if (i == 2 || i == 3)
+            reused.getProperty(mode).setValue(CIMValue(i));
+        const bool filtered = i == 4 || i == 7;
+        response.writer().writeInstance(i == 2 || i == 3 ? reused : fresh,
+                                        filtered ? modeAlone : everyProperty);
+    }
+    const OperationResponse decoded = response.finish();
+    ASSERT_EQ(8u, decoded.instances.size());
+    for (Uint32 i = 0; i < 8; i++) {
+        const CIMInstance& thing = decoded.instances[i];
+        EXPECT_EQ(i == 4 || i == 7 ? 1u : cimClass.getPropertyCount(), thing.getPropertyCount());
+        const Uint32 found = thing.findProperty(CIMName("Mode"));
+        ASSERT_NE(PEG_NOT_FOUND, found);
+        Uint16 value = 0;
+        thing.getProperty(found).getValue().get(value);
+        EXPECT_EQ(modes[i], value) << i;
+    }
+}
+
 TEST(ResponseWriter, TakesTheDsp0201FormAndStartsOnlyWhenAskedTo) {
     std::string out;
     IMethodResponseWriter writer(out, "7", Operation::EnumerateInstanceNames);

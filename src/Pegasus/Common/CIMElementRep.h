@@ -355,6 +355,19 @@ public:
     auto& repAt(Uint32 index) { return *at(index)._rep; }
 
     /**
+        The member at index, as at() gives it to readers; `unchanged` tells whether this list
+        leaves it as it is in the sequence the list was made over, as an instance leaves the
+        properties of its class it does not set. Such a member is the same for all the lists
+        made over that sequence, and no list changes it while sharedKeeper() is held.
+    */
+    const Member& at(Uint32 index, bool& unchanged) const {
+        _checkIndex(index);
+        unchanged = _members->base && _members->slots[index] == 0;
+        return _item(index);
+    }
+    std::shared_ptr<const void> sharedKeeper() const { return _members ? _members->base : nullptr; }
+
+    /**
         @exception UninitializedObjectException for an uninitialized member.
         @exception AlreadyExistsException if the name is taken.
     */

@@ -188,6 +188,15 @@ const CIMProperty& CIMPropertyReader::at(const CIMConstInstance& instance, Uint3
     return constRep(instance._rep).properties.at(index);
 }
 
+const CIMProperty& CIMPropertyReader::at(const CIMConstInstance& instance, Uint32 index,
+                                         bool& unchanged) {
+    return constRep(instance._rep).properties.at(index, unchanged);
+}
+
+std::shared_ptr<const void> CIMPropertyReader::sharedKeeper(const CIMConstInstance& instance) {
+    return constRep(instance._rep).properties.sharedKeeper();
+}
+
 CIMObjectPath CIMConstInstance::buildPath(const CIMConstClass& cimClass) const {
     return pathFromKeys(checkedRep(_rep), cimClass);
 }

@@ -6,6 +6,8 @@
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMProperty.h>
 
+#include <memory>
+
 PEGASUS_NAMESPACE_BEGIN
 
 /**
@@ -21,6 +23,15 @@ public:
         @exception IndexOutOfBoundsException for a bad index.
     */
     static const CIMProperty& at(const CIMConstInstance& instance, Uint32 index);
+
+    /**
+        The same, telling in `unchanged` whether the instance leaves the property as it is in
+        the properties the instance was made from, those of its class: then the property is the
+        same for all the instances made so, and nothing changes it or frees it while
+        sharedKeeper() is held.
+    */
+    static const CIMProperty& at(const CIMConstInstance& instance, Uint32 index, bool& unchanged);
+    static std::shared_ptr<const void> sharedKeeper(const CIMConstInstance& instance);
 };
 
 PEGASUS_NAMESPACE_END

@@ -7,16 +7,57 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace ksv::cimxml::detail {
 
-/// The start tags of the properties one response writes. The instances of a response share their
-/// class's names and origins, so a tag is found by the identity of those texts, cheaper to
-/// compare than the texts; each entry holds on to its texts, so that no other text can take their
-/// place while it lasts. A tag is looked for in a few slots from its home; when they are all
-/// taken, it replaces what is at home, which bounds the table.
+/// Texts written before, found again by a key of identities rather than of the texts they stand
+/// for. Each entry holds a keeper, which keeps what its key points to from being freed or changed
+/// while the entry lasts, so that no other object can take its place at the same address. A key
+/// is looked for in a few slots from its home; when they are all taken, it replaces what is at
+/// home, which bounds the table.
+template <class Key, class Keeper>
+class IdentityTexts {
+public:
+    const std::string* find(const Key& key, std::size_t home) const {
+        for (std::size_t probe = 0; probe < kProbes; probe++) {
+            const Entry& entry = _entries[(home + probe) % kSlots];
+            if (entry.key == key)
+                return &entry.text;
+        }
+        return nullptr;
+    }
+    void remember(const Key& key, std::size_t home, Keeper keeper, std::string_view text) {
+        std::size_t slot = home % kSlots;
+        for (std::size_t probe = 0; probe < kProbes; probe++) {
+            if (_entries[(home + probe) % kSlots].key == Key{}) {
+                slot = (home + probe) % kSlots;
+                break;
+            }
+        }
+        Entry& entry = _entries[slot];
+        entry.keeper = std::move(keeper);
+        entry.key = key;
+        entry.text.assign(text);
+    }
+
+private:
+    struct Entry {
+        Key key;
+        Keeper keeper;
+        std::string text;
+    };
+    static constexpr std::size_t kSlots = 256;
+    static constexpr std::size_t kProbes = 4;
+    std::array<Entry, kSlots> _entries;
+};
+
+/// What one response writes of properties again and again: the start tags of the properties of
+/// its instances, which share their class's names and origins, and whole properties that the
+/// instances leave as their class has them.
 class PropertyTags {
 public:
     struct Key {
@@ -46,19 +87,34 @@ public:
                   const Pegasus::CIMName& referenceClass, const Pegasus::CIMName& origin,
                   std::string_view tag);
 
+    /// A property shared unchanged by instances of a class, as written with or without its
+    /// class origin.
+    struct SharedKey {
+        const void* property = nullptr;
+        bool classOrigin = false;
+        bool operator==(const SharedKey& other) const {
+            return property == other.property && classOrigin == other.classOrigin;
+        }
+    };
+    /// Whole properties this long or shorter are kept: longer ones are rare, and cost more to
+    /// keep than to write again.
+    static constexpr std::size_t kLongestShared = 1024;
+
+    const std::string* findShared(const SharedKey& key) const;
+    /// The keeper keeps the property unchanged.
+    void rememberShared(const SharedKey& key, std::shared_ptr<const void> keeper,
+                        std::string_view text);
+
 private:
-    struct Entry {
-        Key key;
+    struct Names {
         Pegasus::CIMName name;
         Pegasus::CIMName referenceClass;
         Pegasus::CIMName origin;
-        std::string tag;
     };
-    static constexpr std::size_t kSlots = 256;
-    static constexpr std::size_t kProbes = 4;
-    static std::size_t _home(const Key& key);
+    static std::size_t _home(const void* identity);
 
-    std::array<Entry, kSlots> _entries;
+    IdentityTexts<Key, Names> _tags;
+    IdentityTexts<SharedKey, std::shared_ptr<const void>> _shared;
 };
 
 } // namespace ksv::cimxml::detail

@@ -29,7 +29,8 @@ class PropertyTags;
 /// Appends DSP0201 elements to a caller's buffer, which holds exactly what was written whenever
 /// no call of the writer is under way. Holds a scratch string so that writing many string values
 /// reuses one allocation. Given `references`, references already written are copied from there
-/// instead of being written again, and given `propertyTags`, so are the start tags of properties.
+/// instead of being written again, and given `propertyTags`, so are the start tags of properties
+/// and the properties that instances leave as their class has them.
 class Writer {
 public:
     explicit Writer(std::string& out, ReferenceElements* references = nullptr,
@@ -81,6 +82,9 @@ private:
     void _qualifiers(const Element& element);
     template <class Property>
     void _property(const Property& property, const InstanceParts& parts);
+    bool _putSharedText(const Pegasus::CIMProperty& shared, const InstanceParts& parts);
+    void _sharedProperty(const Pegasus::CIMConstInstance& instance,
+                         const Pegasus::CIMProperty& shared, const InstanceParts& parts);
     template <class Property>
     void _propertyStart(const Property& property, const InstanceParts& parts,
                         std::string_view open);
