@@ -609,15 +609,15 @@ void Writer::instance(const CIMConstInstance& instance, const InstanceParts& par
     _output.put('>');
     if (parts.qualifiers)
         _qualifiers(instance);
-    const Uint32 count = instance.getPropertyCount();
+    // Its own, since a value may hold an instance written meanwhile.
+    std::vector<CIMPropertyReader::Read> properties;
+    CIMPropertyReader::readAll(instance, properties);
     const bool sharedTexts = _propertyTags != nullptr && !parts.qualifiers;
-    for (Uint32 i = 0; i < count; i++) {
-        bool shared = false;
-        const CIMProperty& item = sharedTexts ? CIMPropertyReader::at(instance, i, shared)
-                                              : CIMPropertyReader::at(instance, i);
+    for (const CIMPropertyReader::Read& read : properties) {
+        const CIMProperty& item = *read.property;
         if (parts.properties != nullptr && !parts.properties->useThisProperty(item.getName()))
             continue;
-        if (!shared)
+        if (!sharedTexts || !read.unchanged)
             _property(item, parts);
         else if (!_putSharedText(item, parts))
             _sharedProperty(instance, item, parts);

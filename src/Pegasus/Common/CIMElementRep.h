@@ -355,15 +355,29 @@ public:
     auto& repAt(Uint32 index) { return *at(index)._rep; }
 
     /**
-        The member at index, as at() gives it to readers; `unchanged` tells whether this list
-        leaves it as it is in the sequence the list was made over, as an instance leaves the
-        properties of its class it does not set. Such a member is the same for all the lists
-        made over that sequence, and no list changes it while sharedKeeper() is held.
+        Each member in order, as at() gives them to readers, to visit(member, unchanged):
+        unchanged tells whether this list leaves the member as it is in the sequence the list was
+        made over, as an instance leaves the properties of its class it does not set. Such a
+        member is the same for all the lists made over that sequence, and no list changes it
+        while sharedKeeper() is held.
     */
-    const Member& at(Uint32 index, bool& unchanged) const {
-        _checkIndex(index);
-        unchanged = _members->base && _members->slots[index] == 0;
-        return _item(index);
+    template <class Visit>
+    void visitAll(Visit visit) const {
+        if (!_members)
+            return;
+        const Members& members = *_members;
+        if (!members.base) {
+            for (const Member& member : members.items)
+                visit(member, false);
+            return;
+        }
+        for (size_t i = 0, count = members.size(); i < count; i++) {
+            const Uint16 position = members.slots[i];
+            if (position != 0)
+                visit(members.changed[position - 1], false);
+            else
+                visit(members.base->item(i), true);
+        }
     }
     std::shared_ptr<const void> sharedKeeper() const { return _members ? _members->base : nullptr; }
 

@@ -184,13 +184,13 @@ Uint32 CIMConstInstance::getPropertyCount() const {
     return checkedRep(_rep).properties.size();
 }
 
-const CIMProperty& CIMPropertyReader::at(const CIMConstInstance& instance, Uint32 index) {
-    return constRep(instance._rep).properties.at(index);
-}
-
-const CIMProperty& CIMPropertyReader::at(const CIMConstInstance& instance, Uint32 index,
-                                         bool& unchanged) {
-    return constRep(instance._rep).properties.at(index, unchanged);
+void CIMPropertyReader::readAll(const CIMConstInstance& instance, std::vector<Read>& read) {
+    read.clear();
+    const CIMMemberList<CIMProperty>& properties = constRep(instance._rep).properties;
+    read.reserve(properties.size());
+    properties.visitAll([&read](const CIMProperty& property, bool unchanged) {
+        read.push_back(Read{&property, unchanged});
+    });
 }
 
 std::shared_ptr<const void> CIMPropertyReader::sharedKeeper(const CIMConstInstance& instance) {

@@ -7,6 +7,7 @@
 #include <Pegasus/Common/CIMProperty.h>
 
 #include <memory>
+#include <vector>
 
 PEGASUS_NAMESPACE_BEGIN
 
@@ -18,19 +19,18 @@ PEGASUS_NAMESPACE_BEGIN
 */
 class PEGASUS_COMMON_LINKAGE CIMPropertyReader {
 public:
-    /**
-        The property at index, valid while the instance is neither changed nor freed.
-        @exception IndexOutOfBoundsException for a bad index.
-    */
-    static const CIMProperty& at(const CIMConstInstance& instance, Uint32 index);
-
-    /**
-        The same, telling in `unchanged` whether the instance leaves the property as it is in
-        the properties the instance was made from, those of its class: then the property is the
-        same for all the instances made so, and nothing changes it or frees it while
-        sharedKeeper() is held.
-    */
-    static const CIMProperty& at(const CIMConstInstance& instance, Uint32 index, bool& unchanged);
+    struct Read {
+        const CIMProperty* property;
+        /**
+            Whether the instance leaves the property as it is in the properties it was made
+            from, those of its class: then the property is the same for all the instances made
+            so, and nothing changes it or frees it while sharedKeeper() is held.
+        */
+        bool unchanged;
+    };
+    /** All the properties, in order, into `read`: valid while the instance is neither changed
+        nor freed. */
+    static void readAll(const CIMConstInstance& instance, std::vector<Read>& read);
     static std::shared_ptr<const void> sharedKeeper(const CIMConstInstance& instance);
 };
 
