@@ -2,9 +2,10 @@
 
 #include <KSV_Common.h>
 
+#include "KSV_DiskText.h"
+
 #include <Pegasus/Common/Exception.h>
 
-#include <cstdio>
 #include <cstdlib>
 
 PEGASUS_NAMESPACE_BEGIN
@@ -110,8 +111,13 @@ bool hasPort(const api_Loop_t& loop) {
 // "node:slot:port" of a packed port location.
 String portText(Uint16 lpid) {
     char text[16];
-    snprintf(text, sizeof(text), "%u:%u:%u", (lpid >> 7) & 0x7u, (lpid >> 3) & 0xFu, lpid & 0x7u);
-    return String(text);
+    char* const end = text + sizeof(text);
+    char* next = putDecimal(text, end, (lpid >> 7) & 0x7u);
+    *next++ = ':';
+    next = putDecimal(next, end, (lpid >> 3) & 0xFu);
+    *next++ = ':';
+    next = putDecimal(next, end, lpid & 0x7u);
+    return String(text, Uint32(next - text));
 }
 
 // A quad-port system lists a path without a port as "0", so that each path keeps its place.
@@ -136,7 +142,7 @@ const api_Loop_t* primaryLoop(const api_Disk_t& disk) {
 
 void setIdentity(CIMInstance& instance, const api_Disk_t& disk, const String& systemName) {
     char wwnText[17];
-    snprintf(wwnText, sizeof(wwnText), "%016llX", (unsigned long long)disk.wwn);
+    *putWwn(wwnText, disk.wwn) = '\0';
     setValue(instance, "SystemCreationClassName", "KSV_StorageSystem");
     setValue(instance, "SystemName", systemName);
     setValue(instance, "CreationClassName", "KSV_DiskDrive");

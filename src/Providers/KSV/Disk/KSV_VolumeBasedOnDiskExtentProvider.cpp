@@ -2,12 +2,13 @@
 
 #include <KSV_Common.h>
 
+#include "KSV_DiskText.h"
+
 #include "KSV_AssociationShape.h"
 #include "KSV_DiskStorageExtentProvider.h"
 #include "StorageVolume/KSV_StorageVolumeProvider.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -65,10 +66,12 @@ const Sint32 UNKNOWN_DISK_ID = -2;
 
 // A disk extent's DeviceID, as the disk providers form it from the disk's WWN and id.
 String diskDeviceID(const api_MapCh_t& entry) {
+    static const char separator[] = "-id-";
     char text[64];
-    snprintf(text, sizeof(text), "%016llX-id-%d", static_cast<unsigned long long>(entry.diskWwn),
-             entry.diskId);
-    return String(text);
+    char* next = putWwn(text, entry.diskWwn);
+    next = std::copy(separator, separator + sizeof(separator) - 1, next);
+    next = putDecimal(next, text + sizeof(text), entry.diskId);
+    return String(text, Uint32(next - text));
 }
 
 // The third run of a volume's chunklets holds its user data.
