@@ -617,8 +617,10 @@ void Writer::instance(const CIMConstInstance& instance, const InstanceParts& par
         const CIMProperty& item = *read.property;
         if (parts.properties != nullptr && !parts.properties->useThisProperty(item.getName()))
             continue;
-        if (!sharedTexts || !read.unchanged)
+        if (!sharedTexts)
             _property(item, parts);
+        else if (!read.unchanged)
+            _declaredProperty(instance, item, read.sharedDeclaration, parts);
         else if (!_putSharedText(item, parts))
             _sharedProperty(instance, item, parts);
     }
@@ -634,6 +636,30 @@ bool Writer::_putSharedText(const CIMProperty& shared, const InstanceParts& part
         return false;
     _output.put(*text);
     return true;
+}
+
+// A property an instance sets mostly keeps the declaration of its class's, whose start tag is then
+// found by that declaration rather than by its texts.
+void Writer::_declaredProperty(const CIMConstInstance& instance, const CIMProperty& property,
+                               const void* declaration, const InstanceParts& parts) {
+    if (declaration == nullptr) {
+        _property(property, parts);
+        return;
+    }
+    const CIMValue& value = property.getValue();
+    const PropertyTags::DeclaredKey key{declaration, value.getType(), value.isArray(),
+                                        parts.classOrigins};
+    const Tags tags = propertyTags(key.type, key.isArray);
+    if (const std::string* tag = _propertyTags->findDeclared(key)) {
+        _output.put(*tag);
+    } else {
+        const std::size_t start = _output.length();
+        _propertyStart(property, parts, tags.open);
+        _propertyTags->rememberDeclared(key, CIMPropertyReader::sharedKeeper(instance),
+                                        _output.since(start));
+    }
+    _value(value);
+    _output.put(tags.close);
 }
 
 void Writer::_sharedProperty(const CIMConstInstance& instance, const CIMProperty& shared,

@@ -118,4 +118,13 @@ void PropertyTags::rememberShared(const SharedKey& key, std::shared_ptr<const vo
     _shared.remember(key, _home(key.property), std::move(keeper), text);
 }
 
+const std::string* PropertyTags::findDeclared(const DeclaredKey& key) const {
+    return _declared.find(key, _home(key.declaration));
+}
+
+void PropertyTags::rememberDeclared(const DeclaredKey& key, std::shared_ptr<const void> keeper,
+                                    std::string_view tag) {
+    _declared.remember(key, _home(key.declaration), std::move(keeper), tag);
+}
+
 } // namespace ksv::cimxml::detail

@@ -193,9 +193,9 @@ TEST(ResponseWriter, PropertiesSharingANameKeepTheirOwnTypesAndOrigins) {
     }
 }
 
-// A response writes the properties that instances leave as their class has them once; what an
-// instance sets, also in place on an instance delivered again, or what the class changes later,
-// is written as it is.
+// A response writes the properties that instances leave as their class has them once, and the
+// start tags of those they set once; what an instance sets, also in place on an instance delivered
+// again, or what the class changes later, is written as it is.
 TEST(ResponseWriter, PropertiesLeftAsTheClassHasThemFollowTheInstanceAndTheClass) {
     CIMClass cimClass = sampleClass();
     const Uint32 mode = cimClass.findProperty(CIMName("Mode"));
@@ -217,8 +217,18 @@ TEST(ResponseWriter, PropertiesLeftAsTheClassHasThemFollowTheInstanceAndTheClass
         response.writer().writeInstance(i == 2 || i == 3 ? reused : fresh,
                                         filtered ? modeAlone : everyProperty);
     }
+    // A declaration the instance has made its own may change in place between writes.
+    const char* const origins[] = {"CIM_A", "CIM_B"};
+    for (const char* origin : origins) {
+        reused.getProperty(mode).setClassOrigin(CIMName(origin));
+        response.writer().writeInstance(reused, everyProperty);
+    }
     const OperationResponse decoded = response.finish();
-    ASSERT_EQ(8u, decoded.instances.size());
+    ASSERT_EQ(10u, decoded.instances.size());
+    for (Uint32 i = 0; i < 2; i++) {
+        const CIMInstance& thing = decoded.instances[8 + i];
+        EXPECT_EQ(String(origins[i]), thing.getProperty(mode).getClassOrigin().getString()) << i;
+    }
     for (Uint32 i = 0; i < 8; i++) {
         const CIMInstance& thing = decoded.instances[i];
         EXPECT_EQ(i == 4 || i == 7 ? 1u : cimClass.getPropertyCount(), thing.getPropertyCount());

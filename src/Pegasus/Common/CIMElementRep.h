@@ -379,6 +379,8 @@ public:
                 visit(members.base->item(i), true);
         }
     }
+    /** Whether the list was made over a sequence it shares, which sharedKeeper() keeps. */
+    bool overSharedSequence() const { return _members && _members->base; }
     std::shared_ptr<const void> sharedKeeper() const { return _members ? _members->base : nullptr; }
 
     /**
@@ -702,6 +704,11 @@ public:
     }
 
     const CIMPropertyDecl& decl() const { return *_decl; }
+    /**
+        The declaration when it is borrowed from the property this one was cloned from, which
+        nothing changes while the sequence holding that property is kept; otherwise null.
+    */
+    const CIMPropertyDecl* borrowedDecl() const { return _borrowed ? _decl : nullptr; }
     /** The declaration of this property alone, for changing it. */
     CIMPropertyDecl& ownDecl();
     /** The qualifiers, for changing them or handing out a qualifier that may be changed. */

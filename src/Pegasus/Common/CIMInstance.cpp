@@ -188,8 +188,12 @@ void CIMPropertyReader::readAll(const CIMConstInstance& instance, std::vector<Re
     read.clear();
     const CIMMemberList<CIMProperty>& properties = constRep(instance._rep).properties;
     read.reserve(properties.size());
-    properties.visitAll([&read](const CIMProperty& property, bool unchanged) {
-        read.push_back(Read{&property, unchanged});
+    // A borrowed declaration is kept by the sequence it is borrowed from, which sharedKeeper()
+    // holds only when the instance's properties are made over it.
+    const bool kept = properties.overSharedSequence();
+    properties.visitAll([&read, kept](const CIMProperty& property, bool unchanged) {
+        const void* declaration = kept && !unchanged ? property._rep->borrowedDecl() : nullptr;
+        read.push_back(Read{&property, unchanged, declaration});
     });
 }
 

@@ -90,6 +90,7 @@ private:
     friend class CIMConstProperty;
     template <class Member>
     friend class CIMMemberList;
+    friend class CIMPropertyReader;
 };
 
 /** Read-only view of a property; shares the property it was made from. */

@@ -27,6 +27,12 @@ public:
             so, and nothing changes it or frees it while sharedKeeper() is held.
         */
         bool unchanged;
+        /**
+            For a property the instance has changed, the identity of the declaration (name,
+            origin, ...) it still shares with the property it was cloned from, or null. Nothing
+            changes that declaration while sharedKeeper() is held.
+        */
+        const void* sharedDeclaration;
     };
     /** All the properties, in order, into `read`: valid while the instance is neither changed
         nor freed. */

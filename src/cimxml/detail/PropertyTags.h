@@ -56,8 +56,9 @@ private:
 };
 
 /// What one response writes of properties again and again: the start tags of the properties of
-/// its instances, which share their class's names and origins, and whole properties that the
-/// instances leave as their class has them.
+/// its instances, which share their class's names and origins, found by those texts or by the
+/// declaration a property shares with its class's, and whole properties that the instances leave
+/// as their class has them.
 class PropertyTags {
 public:
     struct Key {
@@ -100,10 +101,27 @@ public:
     /// keep than to write again.
     static constexpr std::size_t kLongestShared = 1024;
 
+    /// The start tag of a property that shares a declaration with the property it was cloned
+    /// from, as written with or without its class origin.
+    struct DeclaredKey {
+        const void* declaration = nullptr;
+        Pegasus::CIMType type = Pegasus::CIMTYPE_BOOLEAN;
+        bool isArray = false;
+        bool classOrigin = false;
+        bool operator==(const DeclaredKey& other) const {
+            return declaration == other.declaration && type == other.type &&
+                   isArray == other.isArray && classOrigin == other.classOrigin;
+        }
+    };
+
     const std::string* findShared(const SharedKey& key) const;
     /// The keeper keeps the property unchanged.
     void rememberShared(const SharedKey& key, std::shared_ptr<const void> keeper,
                         std::string_view text);
+    const std::string* findDeclared(const DeclaredKey& key) const;
+    /// The keeper keeps the declaration unchanged.
+    void rememberDeclared(const DeclaredKey& key, std::shared_ptr<const void> keeper,
+                          std::string_view tag);
 
 private:
     struct Names {
@@ -115,6 +133,7 @@ private:
 
     IdentityTexts<Key, Names> _tags;
     IdentityTexts<SharedKey, std::shared_ptr<const void>> _shared;
+    IdentityTexts<DeclaredKey, std::shared_ptr<const void>> _declared;
 };
 
 } // namespace ksv::cimxml::detail

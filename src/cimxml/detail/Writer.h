@@ -85,6 +85,9 @@ private:
     bool _putSharedText(const Pegasus::CIMProperty& shared, const InstanceParts& parts);
     void _sharedProperty(const Pegasus::CIMConstInstance& instance,
                          const Pegasus::CIMProperty& shared, const InstanceParts& parts);
+    void _declaredProperty(const Pegasus::CIMConstInstance& instance,
+                           const Pegasus::CIMProperty& property, const void* declaration,
+                           const InstanceParts& parts);
     template <class Property>
     void _propertyStart(const Property& property, const InstanceParts& parts,
                         std::string_view open);
