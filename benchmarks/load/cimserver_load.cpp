@@ -355,9 +355,12 @@ std::unique_ptr<ksv::server::CimServer> startServer(const Options& options,
     config.http.listenAddress = "127.0.0.1";
     config.http.port = 0;
     config.http.socketPath.clear();
-    // Every client of the run comes from the loopback address.
-    config.http.maxConnectionsPerAddress = options.clients + 24;
-    config.http.maxConnections = options.clients + 32;
+    // Every client of the run comes from the loopback address. A client that hangs up holds its
+    // next connection while the server is still closing the last one, and the hostile clients
+    // hold up to 19 more: with less room, a connection over the limit was closed as it came, and
+    // its request failed at random.
+    config.http.maxConnectionsPerAddress = 2 * options.clients + 24;
+    config.http.maxConnections = 2 * options.clients + 32;
     config.logLevel = 1;
     // Short enough for trickled requests to be cut off within a short run.
     config.http.requestDeadlineSeconds = 15;
@@ -435,10 +438,15 @@ int main(int argc, char** argv) {
         const std::uint16_t port = portOf(run.url);
         const unsigned requestTimeout = server ? config.http.requestTimeoutSeconds : 10;
         const unsigned deadline = server ? config.http.requestDeadlineSeconds : 60;
-        threads.emplace_back([&] { holdIdleConnections(run, port, requestTimeout, hostile); });
-        threads.emplace_back([&] { trickleRequest(run, port, deadline, hostile); });
+        // The settings by value: the threads outlive this block.
+        threads.emplace_back([&run, &hostile, port, requestTimeout] {
+            holdIdleConnections(run, port, requestTimeout, hostile);
+        });
+        threads.emplace_back(
+            [&run, &hostile, port, deadline] { trickleRequest(run, port, deadline, hostile); });
         for (int i = 0; i < 2; i++)
-            threads.emplace_back([&] { stallReading(run, port, mix.front(), hostile); });
+            threads.emplace_back(
+                [&run, &hostile, &mix, port] { stallReading(run, port, mix.front(), hostile); });
     }
     MemorySamples memory;
     const double sampleEvery = std::max(1.0, run.options.seconds / 30.0);
