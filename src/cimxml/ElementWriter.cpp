@@ -513,13 +513,37 @@ Tags propertyTags(CIMType type, bool isArray) {
 } // namespace
 
 template <class Property>
-void Writer::_property(const Property& property, const InstanceParts& parts) {
-    const Tags tags = propertyTags(property.getType(), property.isArray());
-    _propertyStart(property, parts, tags.open);
+void Writer::_property(const Property& property, const InstanceParts& parts,
+                       const SharedDeclaration* declared) {
+    const CIMValue& value = property.getValue();
+    const CIMType type = value.getType();
+    const bool isArray = value.isArray();
+    const Tags tags = propertyTags(type, isArray);
+    if (declared == nullptr)
+        _propertyStart(property, parts, tags.open);
+    else
+        _declaredStart(property, parts, tags.open, type, isArray, *declared);
     if (parts.qualifiers)
         _qualifiers(property);
-    _value(property.getValue());
+    _value(value);
     _output.put(tags.close);
+}
+
+// A property an instance sets mostly keeps the declaration of its class's: its start tag is then
+// found by that declaration rather than by the declaration's texts.
+template <class Property>
+void Writer::_declaredStart(const Property& property, const InstanceParts& parts,
+                            std::string_view open, CIMType type, bool isArray,
+                            const SharedDeclaration& declared) {
+    const PropertyTags::DeclaredKey key{declared.declaration, type, isArray, parts.classOrigins};
+    if (const std::string* tag = _propertyTags->findDeclared(key)) {
+        _output.put(*tag);
+        return;
+    }
+    const std::size_t start = _output.length();
+    _propertyStart(property, parts, open);
+    _propertyTags->rememberDeclared(key, CIMPropertyReader::sharedKeeper(declared.instance),
+                                    _output.since(start));
 }
 
 template <class Property>
@@ -617,12 +641,14 @@ void Writer::instance(const CIMConstInstance& instance, const InstanceParts& par
         const CIMProperty& item = *read.property;
         if (parts.properties != nullptr && !parts.properties->useThisProperty(item.getName()))
             continue;
-        if (!sharedTexts)
-            _property(item, parts);
-        else if (!read.unchanged)
-            _declaredProperty(instance, item, read.sharedDeclaration, parts);
-        else if (!_putSharedText(item, parts))
-            _sharedProperty(instance, item, parts);
+        if (sharedTexts && read.unchanged) {
+            if (!_putSharedText(item, parts))
+                _sharedProperty(instance, item, parts);
+            continue;
+        }
+        const SharedDeclaration declared{read.sharedDeclaration, instance};
+        const bool byDeclaration = _propertyTags != nullptr && read.sharedDeclaration != nullptr;
+        _property(item, parts, byDeclaration ? &declared : nullptr);
     }
     _output.put("</INSTANCE>");
 }
@@ -636,30 +662,6 @@ bool Writer::_putSharedText(const CIMProperty& shared, const InstanceParts& part
         return false;
     _output.put(*text);
     return true;
-}
-
-// A property an instance sets mostly keeps the declaration of its class's, whose start tag is then
-// found by that declaration rather than by its texts.
-void Writer::_declaredProperty(const CIMConstInstance& instance, const CIMProperty& property,
-                               const void* declaration, const InstanceParts& parts) {
-    if (declaration == nullptr) {
-        _property(property, parts);
-        return;
-    }
-    const CIMValue& value = property.getValue();
-    const PropertyTags::DeclaredKey key{declaration, value.getType(), value.isArray(),
-                                        parts.classOrigins};
-    const Tags tags = propertyTags(key.type, key.isArray);
-    if (const std::string* tag = _propertyTags->findDeclared(key)) {
-        _output.put(*tag);
-    } else {
-        const std::size_t start = _output.length();
-        _propertyStart(property, parts, tags.open);
-        _propertyTags->rememberDeclared(key, CIMPropertyReader::sharedKeeper(instance),
-                                        _output.since(start));
-    }
-    _value(value);
-    _output.put(tags.close);
 }
 
 void Writer::_sharedProperty(const CIMConstInstance& instance, const CIMProperty& shared,

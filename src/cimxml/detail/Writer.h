@@ -80,14 +80,21 @@ private:
     void _flavorAttributes(const Pegasus::CIMFlavor& flavor);
     template <class Element>
     void _qualifiers(const Element& element);
+    // The declaration an instance's property shares with its class's, and the instance, which
+    // keeps it unchanged.
+    struct SharedDeclaration {
+        const void* declaration;
+        const Pegasus::CIMConstInstance& instance;
+    };
     template <class Property>
-    void _property(const Property& property, const InstanceParts& parts);
+    void _property(const Property& property, const InstanceParts& parts,
+                   const SharedDeclaration* declared = nullptr);
+    template <class Property>
+    void _declaredStart(const Property& property, const InstanceParts& parts, std::string_view open,
+                        Pegasus::CIMType type, bool isArray, const SharedDeclaration& declared);
     bool _putSharedText(const Pegasus::CIMProperty& shared, const InstanceParts& parts);
     void _sharedProperty(const Pegasus::CIMConstInstance& instance,
                          const Pegasus::CIMProperty& shared, const InstanceParts& parts);
-    void _declaredProperty(const Pegasus::CIMConstInstance& instance,
-                           const Pegasus::CIMProperty& property, const void* declaration,
-                           const InstanceParts& parts);
     template <class Property>
     void _propertyStart(const Property& property, const InstanceParts& parts,
                         std::string_view open);
