@@ -18,8 +18,8 @@ DSP0200 leaves free (host names in paths, order of results, white space between 
   --bench       also time enumerations over a generated 1,920-disk array on both servers,
                 one after the other in this run, with ratios and the servers' memory
                 (resident set of the server and its provider agents); with providers in
-                process, also the end-to-end benchmark (cimxml_wire_bench) against each
-                server, with 1, 8 and 32 clients, side by side
+                process, also the end-to-end benchmark (cimxml_wire_bench) of both
+                servers, their rounds taken in turn, with 1, 8 and 32 clients, side by side
   --model FILE  the array model (default examples/arrays/demo.json)
   --keep        keep the temporary directory (logs, repository, raw answers)
 
@@ -396,39 +396,22 @@ benchmark() {
     if [ "$mode" = "in process" ]; then wire_compare "${project_credentials#*:}"; fi
 }
 
-# The end-to-end benchmark against each server in turn (both measured in this run, each against
-# the same trivial sender), then each case side by side. Only in process: the memory is then
-# the one process's. OpenPegasus builds a whole response before sending it, so the 600 MB of
-# volume pairs are not asked of it by many clients at once.
+# The end-to-end benchmark of both servers, their rounds taken in turn so that the machine's
+# drift falls on both alike, then each case side by side. Rounds beyond the default seven make
+# the medians of the short cases steady; the long ones stop at their time budget. Only in
+# process: the memory is then the one process's. OpenPegasus builds a whole response before
+# sending it, so the 600 MB of volume pairs are not asked of it by many clients at once.
 wire_compare() {
     local project_password=$1 cases
     for cases in "--class KSV_DiskDrive --clients 1,8,32" "--class KSV_VolumeBasedOnDiskExtent --clients 1"; do
         # shellcheck disable=SC2086 # the cases are words
-        build/benchmarks/cimserver/cimxml_wire_bench --url "http://127.0.0.1:$project_port" \
-            --pid "$project_pid" --user "$admin" --password "$project_password" $cases |
-            tee -a "$tmp/wire.project"
-        # shellcheck disable=SC2086
-        build/benchmarks/cimserver/cimxml_wire_bench --url "http://127.0.0.1:$pegasus_port" \
-            --pid "$pegasus_pid" --user "$admin" --password "$admin_password" $cases |
-            tee -a "$tmp/wire.pegasus"
+        build/benchmarks/cimserver/cimxml_wire_bench --rounds 25 \
+            --url "http://127.0.0.1:$project_port" --pid "$project_pid" --label project \
+            --user "$admin" --password "$project_password" \
+            --against "http://127.0.0.1:$pegasus_port" --against-pid "$pegasus_pid" \
+            --against-label OpenPegasus --against-user "$admin" \
+            --against-password "$admin_password" $cases
     done
-    printf '\nEnd to end, project against OpenPegasus (throughput ratio = OpenPegasus time / project time)\n'
-    awk 'FNR == 1 { file++ } $1 ~ /^Enumerate/ {
-             key = $1 " " $2 " " $3
-             if (file == 1) { t[key] = $6; f[key] = $7; peak[key] = $17; extra[key] = $19; order[++n] = key }
-             else { ot[key] = $6; of[key] = $7; opeak[key] = $17; oextra[key] = $19 }
-         }
-         END {
-             printf "%-40s %4s %9s %9s %6s | %8s %8s | %8s %8s | %8s %8s\n", "case", "cli", "time_ms",
-                    "OP_ms", "x", "ttfb", "OP_ttfb", "peak_MB", "OP_peak", "extra", "OP_extra"
-             for (i = 1; i <= n; i++) {
-                 k = order[i]; split(k, w, " ")
-                 if (!(k in ot)) continue
-                 printf "%-40s %4s %9.1f %9.1f %6.2f | %8.1f %8.1f | %8.1f %8.1f | %8.1f %8.1f\n",
-                        w[1] " " w[2], w[3], t[k], ot[k], (t[k] > 0 ? ot[k] / t[k] : 0), f[k], of[k],
-                        peak[k], opeak[k], extra[k], oextra[k]
-             }
-         }' "$tmp/wire.project" "$tmp/wire.pegasus"
 }
 
 # ---- Run --------------------------------------------------------------------------------------

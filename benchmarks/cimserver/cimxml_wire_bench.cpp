@@ -8,6 +8,9 @@
 //   cimxml_wire_bench --url http://host:port --user U --password P [--pid PID]
 //                                                 measures a server that already runs (its
 //                                                 memory only when --pid names its process)
+//   ... --against http://host:port --against-user U --against-password P [--against-pid PID]
+//                                                 also a second server, its rounds taken in turn
+//                                                 with the first's, then each case side by side
 //
 // Columns: items~ result elements seen in the raw bytes (one split by chunk framing is missed);
 // MB/cli response bytes per client; time_ms first request sent to last byte of all clients;
@@ -16,12 +19,16 @@
 // base_ms the trivial sender's time for the same byte counts and ratio time_ms to it; rss0,
 // peak and rss1 the server's resident memory before, at most during, and after the case;
 // extra/enum (peak - rss0) per client; cold_ms the first warm-up request's time; rounds how
-// many rounds were measured. Each case follows --warmups rounds of requests; then up to
-// --rounds rounds are measured, each --pause-ms after the last, as a client's next request
-// would be, and the time columns are those of the median round. rss1 is read --settle-ms after
-// the last, once the server has had time to give idle memory back. The first warm-up thus meets
-// a server that has given its pages back, and is the cost of the first request after an idle
-// spell; the allocator needs a few requests before it reuses its pages fully.
+// many rounds were measured; server the --label of the server measured. Each case follows
+// --warmups rounds of requests; then up to --rounds rounds are measured, each --pause-ms after
+// the last, as a client's next request would be, and the time columns are those of the median
+// round. rss1 is read --settle-ms after the last, once the server has had time to give idle
+// memory back. The first warm-up thus meets a server that has given its pages back, and is the
+// cost of the first request after an idle spell; the allocator needs a few requests before it
+// reuses its pages fully. Against a second server, the two take their rounds in turn, at least
+// three each, and a case's ratio is the median of the ratios of rounds taken one after the
+// other: the speed of a shared virtual machine drifts by a third within minutes, and a drift
+// then falls on both servers alike.
 #include <CLI/CLI.hpp>
 
 #include <arpa/inet.h>
@@ -40,6 +47,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <sstream>
@@ -66,6 +74,7 @@ struct Target {
     std::string user = "admin";
     std::string password = "admin-pw";
     pid_t pid = 0;
+    std::string label = "server";
 };
 
 void parseUrl(const std::string& url, Target& target) {
@@ -438,10 +447,11 @@ double median(std::vector<double> values) {
 }
 
 void printHeader() {
-    std::printf("%-46s %4s %6s %8s %8s %8s %6s %8s %8s %8s | %8s %6s | %7s %7s %7s %9s | %8s %6s\n",
-                "case", "cli", "items~", "MB/cli", "time_ms", "ttfb_ms", "1st_ms", "med_ms", "MB/s",
-                "cpu_ms", "base_ms", "ratio", "rss0_MB", "peak_MB", "rss1_MB", "extra/enum",
-                "cold_ms", "rounds");
+    std::printf(
+        "%-46s %4s %6s %8s %8s %8s %6s %8s %8s %8s | %8s %6s | %7s %7s %7s %9s | %8s %6s %s\n",
+        "case", "cli", "items~", "MB/cli", "time_ms", "ttfb_ms", "1st_ms", "med_ms", "MB/s",
+        "cpu_ms", "base_ms", "ratio", "rss0_MB", "peak_MB", "rss1_MB", "extra/enum", "cold_ms",
+        "rounds", "server");
 }
 
 struct Waits {
@@ -490,65 +500,150 @@ Round measureRound(const Target& target, const std::string& request, const Case&
     return round;
 }
 
-// Rounds after the pause, each as a client's next request: up to `waits.rounds`, fewer once
-// they have taken kRoundsBudgetMs, but at least one. A single round measured mostly how long the
-// idle machine took to wake its threads up.
-constexpr double kRoundsBudgetMs = 2000;
-
-std::vector<Round> measureRounds(const Target& target, const std::string& request,
-                                 const Case& measured, unsigned clients, const Waits& waits) {
+// One server's share of a case: its request, the first response's sample for the baseline, its
+// memory, its warm-up and its measured rounds.
+struct ServerRun {
+    explicit ServerRun(const Target& target_, const Case& measured)
+        : target(target_), request(httpRequest(target_, measured.operation, measured.className)) {}
+    const Target& target;
+    std::string request;
+    std::string sample;
+    std::unique_ptr<MemoryWatch> memory;
+    double cold = 0;
     std::vector<Round> rounds;
     double spent = 0;
+};
+
+// Rounds after the pause, each as a client's next request, taken by the servers in turn, so that
+// a drift of the machine's speed falls on all of them alike: up to `waits.rounds` each, fewer
+// once the first server's have taken kRoundsBudgetMs, but at least one, or kFewestPairedRounds
+// when servers are compared. A single round measured mostly how long the idle machine took to
+// wake its threads up.
+constexpr double kRoundsBudgetMs = 2000;
+constexpr std::size_t kFewestPairedRounds = 3;
+
+void measureRounds(std::vector<ServerRun>& servers, const Case& measured, unsigned clients,
+                   const Waits& waits) {
+    const std::size_t fewest = servers.size() > 1 ? kFewestPairedRounds : 1;
+    const ServerRun& first = servers.front();
     do {
-        std::this_thread::sleep_for(waits.pause);
-        rounds.push_back(measureRound(target, request, measured, clients));
-        spent += rounds.back().wall;
-    } while (rounds.size() < waits.rounds && spent < kRoundsBudgetMs);
-    return rounds;
+        for (ServerRun& server : servers) {
+            std::this_thread::sleep_for(waits.pause);
+            server.rounds.push_back(measureRound(server.target, server.request, measured, clients));
+            server.spent += server.rounds.back().wall;
+        }
+    } while (first.rounds.size() < waits.rounds &&
+             (first.spent < kRoundsBudgetMs || first.rounds.size() < fewest));
 }
 
-const Round& medianRound(std::vector<Round>& rounds) {
-    std::sort(rounds.begin(), rounds.end(),
-              [](const Round& a, const Round& b) { return a.wall < b.wall; });
-    return rounds[rounds.size() / 2];
-}
-
-void runCase(const Target& target, const Case& measured, unsigned clients, Waits waits) {
-    const std::string request = httpRequest(target, measured.operation, measured.className);
-    std::string sample;
-    // Watched from before the warm-ups, so that the peak is measured from the idle server.
-    MemoryWatch memory(target.pid);
-    const double cold = warmUp(target, request, measured, clients, waits.warmups, sample);
-    std::vector<Round> rounds = measureRounds(target, request, measured, clients, waits);
-    const MemoryWatch::Figures rss = memory.finish(waits.settle);
-    const Round& round = medianRound(rounds);
-    const std::vector<ExchangeFigures>& figures = round.figures;
-
-    double ttfb = 0, firstItem = 0;
-    std::vector<double> times;
-    std::size_t bytes = 0;
+// What a case's line shows of one server, from its median round.
+struct CaseFigures {
+    double wall = 0, ttfb = 0, firstItem = 0, medianClient = 0, cpu = 0, baseline = 0;
+    std::size_t bytes = 0, items = 0, rounds = 0;
+    MemoryWatch::Figures rss;
+    double cold = 0;
     bool failed = false;
-    for (const Round& each : rounds)
+    std::string statusLine;
+};
+
+CaseFigures summarize(ServerRun& server, unsigned clients, std::chrono::milliseconds settle) {
+    CaseFigures out;
+    out.rss = server.memory->finish(settle);
+    out.cold = server.cold;
+    out.rounds = server.rounds.size();
+    for (const Round& each : server.rounds)
         for (const ExchangeFigures& exchanged : each.figures)
-            failed = failed || exchanged.failed;
-    for (const ExchangeFigures& each : figures) {
-        ttfb = std::max(ttfb, millisecondsBetween(each.sent, each.firstByte));
-        firstItem = std::max(firstItem, millisecondsBetween(each.sent, each.firstItem));
+            out.failed = out.failed || exchanged.failed;
+    std::vector<Round> sorted = server.rounds;
+    std::sort(sorted.begin(), sorted.end(),
+              [](const Round& a, const Round& b) { return a.wall < b.wall; });
+    const Round& round = sorted[sorted.size() / 2];
+    std::vector<double> times;
+    for (const ExchangeFigures& each : round.figures) {
+        out.ttfb = std::max(out.ttfb, millisecondsBetween(each.sent, each.firstByte));
+        out.firstItem = std::max(out.firstItem, millisecondsBetween(each.sent, each.firstItem));
         times.push_back(millisecondsBetween(each.sent, each.end));
-        bytes += each.bytes;
+        out.bytes += each.bytes;
     }
-    const double baseline = trivialSenderMilliseconds(sample, figures[0].bytes, clients);
-    const double megabytes = static_cast<double>(bytes) / 1e6;
+    out.wall = round.wall;
+    out.cpu = round.cpu;
+    out.medianClient = median(times);
+    out.items = round.figures[0].items;
+    out.statusLine = round.figures[0].statusLine;
+    out.baseline = trivialSenderMilliseconds(server.sample, round.figures[0].bytes, clients);
+    return out;
+}
+
+void printCase(const std::string& name, unsigned clients, const CaseFigures& f,
+               const std::string& label) {
+    const double megabytes = static_cast<double>(f.bytes) / 1e6;
     std::printf("%-46s %4u %6zu %8.2f %8.1f %8.1f %6.1f %8.1f %8.1f %8.0f | %8.1f %6.1f | %7.1f "
-                "%7.1f "
-                "%7.1f %9.1f | %8.1f %6zu%s\n",
-                (measured.operation + " " + measured.className).c_str(), clients, figures[0].items,
-                megabytes / clients, round.wall, ttfb, firstItem, median(times),
-                megabytes / (round.wall / 1000), round.cpu, baseline, round.wall / baseline,
-                rss.beforeKb / 1024.0, rss.peakKb / 1024.0, rss.afterKb / 1024.0,
-                (rss.peakKb - rss.beforeKb) / 1024.0 / clients, cold, rounds.size(),
-                failed ? ("  FAILED: " + figures[0].statusLine).c_str() : "");
+                "%7.1f %7.1f %9.1f | %8.1f %6zu %s%s\n",
+                name.c_str(), clients, f.items, megabytes / clients, f.wall, f.ttfb, f.firstItem,
+                f.medianClient, megabytes / (f.wall / 1000), f.cpu, f.baseline, f.wall / f.baseline,
+                f.rss.beforeKb / 1024.0, f.rss.peakKb / 1024.0, f.rss.afterKb / 1024.0,
+                (f.rss.peakKb - f.rss.beforeKb) / 1024.0 / clients, f.cold, f.rounds, label.c_str(),
+                f.failed ? ("  FAILED: " + f.statusLine).c_str() : "");
     std::fflush(stdout);
+}
+
+// One case on the first server against the second: the ratio is the median over the rounds
+// taken in turn of the second's time over the first's.
+struct Comparison {
+    std::string name;
+    unsigned clients;
+    CaseFigures first, second;
+    double ratio;
+};
+
+double pairedRatio(const ServerRun& first, const ServerRun& second) {
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < std::min(first.rounds.size(), second.rounds.size()); i++)
+        ratios.push_back(second.rounds[i].wall / first.rounds[i].wall);
+    return median(ratios);
+}
+
+std::optional<Comparison> runCase(const std::vector<Target>& targets, const Case& measured,
+                                  unsigned clients, Waits waits) {
+    std::vector<ServerRun> servers;
+    servers.reserve(targets.size());
+    // Watched from before the warm-ups, so that the peak is measured from the idle server.
+    for (const Target& target : targets) {
+        servers.emplace_back(target, measured);
+        servers.back().memory = std::make_unique<MemoryWatch>(target.pid);
+    }
+    for (ServerRun& server : servers)
+        server.cold =
+            warmUp(server.target, server.request, measured, clients, waits.warmups, server.sample);
+    measureRounds(servers, measured, clients, waits);
+    const std::string name = measured.operation + " " + measured.className;
+    std::vector<CaseFigures> figures;
+    for (ServerRun& server : servers) {
+        figures.push_back(summarize(server, clients, waits.settle));
+        printCase(name, clients, figures.back(), server.target.label);
+    }
+    if (servers.size() < 2)
+        return std::nullopt;
+    return Comparison{name, clients, figures[0], figures[1], pairedRatio(servers[0], servers[1])};
+}
+
+void printComparisons(const std::vector<Comparison>& comparisons, const Target& first,
+                      const Target& second) {
+    std::printf("\nEnd to end, %s against %s, rounds taken in turn (x = median over the rounds of "
+                "%s time / %s time)\n",
+                first.label.c_str(), second.label.c_str(), second.label.c_str(),
+                first.label.c_str());
+    std::printf("%-46s %4s %9s %9s %6s | %8s %8s | %8s %8s | %8s %8s\n", "case", "cli", "time_ms",
+                "other_ms", "x", "ttfb", "other", "peak_MB", "other", "extra", "other");
+    const auto extra = [](const CaseFigures& f, unsigned clients) {
+        return (f.rss.peakKb - f.rss.beforeKb) / 1024.0 / clients;
+    };
+    for (const Comparison& c : comparisons) {
+        std::printf("%-46s %4u %9.1f %9.1f %6.2f | %8.1f %8.1f | %8.1f %8.1f | %8.1f %8.1f\n",
+                    c.name.c_str(), c.clients, c.first.wall, c.second.wall, c.ratio, c.first.ttfb,
+                    c.second.ttfb, c.first.rss.peakKb / 1024.0, c.second.rss.peakKb / 1024.0,
+                    extra(c.first, c.clients), extra(c.second, c.clients));
+    }
 }
 
 std::vector<unsigned> parseClientCounts(const std::string& list) {
@@ -563,8 +658,9 @@ std::vector<unsigned> parseClientCounts(const std::string& list) {
 
 int main(int argc, char** argv) {
     CLI::App app("End-to-end CIM-XML enumerations over loopback, against a trivial sender");
-    Target target;
-    std::string url, model, server = KSV_CIMSERVER_BINARY, clientList = "1,8,32";
+    Target target, other;
+    other.label = "other";
+    std::string url, againstUrl, model, server = KSV_CIMSERVER_BINARY, clientList = "1,8,32";
     std::vector<std::string> classes = {"KSV_DiskDrive", "KSV_VolumeBasedOnDiskExtent"};
     unsigned warmups = 3, rounds = 7, pauseMs = 200, settleMs = 2000;
     app.add_option("--model", model, "array model for the server this benchmark starts");
@@ -574,6 +670,14 @@ int main(int argc, char** argv) {
     app.add_option("--user", target.user)->capture_default_str();
     app.add_option("--password", target.password)->capture_default_str();
     app.add_option("--pid", target.pid, "process of the running server, for its memory");
+    app.add_option("--label", target.label, "the server's name in the figures")
+        ->capture_default_str();
+    app.add_option("--against", againstUrl,
+                   "http://host:port of a second server, measured in turn with the first");
+    app.add_option("--against-user", other.user)->capture_default_str();
+    app.add_option("--against-password", other.password)->capture_default_str();
+    app.add_option("--against-pid", other.pid, "process of the second server, for its memory");
+    app.add_option("--against-label", other.label)->capture_default_str();
     app.add_option("--namespace", target.nameSpace)->capture_default_str();
     app.add_option("--clients", clientList, "parallel clients per case, comma-separated")
         ->capture_default_str();
@@ -601,20 +705,32 @@ int main(int argc, char** argv) {
             parseUrl(url, target);
         else
             started.emplace(server, model, target);
+        std::vector<Target> targets = {target};
+        if (!againstUrl.empty()) {
+            other.nameSpace = target.nameSpace;
+            parseUrl(againstUrl, other);
+            targets.push_back(other);
+        }
         printHeader();
         // The first case, as every later one, meets a server that has given back what it no
         // longer holds, here what starting took.
         std::this_thread::sleep_for(std::chrono::milliseconds(settleMs));
+        std::vector<Comparison> comparisons;
         for (const std::string& className : classes) {
             for (const Case& measured :
                  {Case{"EnumerateInstances", className, "<VALUE.NAMEDINSTANCE>"},
                   Case{"EnumerateInstanceNames", className, "<INSTANCENAME "}}) {
-                for (unsigned clients : parseClientCounts(clientList))
-                    runCase(target, measured, clients,
-                            {warmups, rounds, std::chrono::milliseconds(pauseMs),
-                             std::chrono::milliseconds(settleMs)});
+                for (unsigned clients : parseClientCounts(clientList)) {
+                    if (auto compared =
+                            runCase(targets, measured, clients,
+                                    {warmups, rounds, std::chrono::milliseconds(pauseMs),
+                                     std::chrono::milliseconds(settleMs)}))
+                        comparisons.push_back(*compared);
+                }
             }
         }
+        if (!comparisons.empty())
+            printComparisons(comparisons, targets[0], targets[1]);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
