@@ -574,6 +574,10 @@ CaseFigures summarize(ServerRun& server, unsigned clients, std::chrono::millisec
     return out;
 }
 
+double extraPerClientMb(const CaseFigures& f, unsigned clients) {
+    return (f.rss.peakKb - f.rss.beforeKb) / 1024.0 / clients;
+}
+
 void printCase(const std::string& name, unsigned clients, const CaseFigures& f,
                const std::string& label) {
     const double megabytes = static_cast<double>(f.bytes) / 1e6;
@@ -582,7 +586,7 @@ void printCase(const std::string& name, unsigned clients, const CaseFigures& f,
                 name.c_str(), clients, f.items, megabytes / clients, f.wall, f.ttfb, f.firstItem,
                 f.medianClient, megabytes / (f.wall / 1000), f.cpu, f.baseline, f.wall / f.baseline,
                 f.rss.beforeKb / 1024.0, f.rss.peakKb / 1024.0, f.rss.afterKb / 1024.0,
-                (f.rss.peakKb - f.rss.beforeKb) / 1024.0 / clients, f.cold, f.rounds, label.c_str(),
+                extraPerClientMb(f, clients), f.cold, f.rounds, label.c_str(),
                 f.failed ? ("  FAILED: " + f.statusLine).c_str() : "");
     std::fflush(stdout);
 }
@@ -635,14 +639,11 @@ void printComparisons(const std::vector<Comparison>& comparisons, const Target& 
                 first.label.c_str());
     std::printf("%-46s %4s %9s %9s %6s | %8s %8s | %8s %8s | %8s %8s\n", "case", "cli", "time_ms",
                 "other_ms", "x", "ttfb", "other", "peak_MB", "other", "extra", "other");
-    const auto extra = [](const CaseFigures& f, unsigned clients) {
-        return (f.rss.peakKb - f.rss.beforeKb) / 1024.0 / clients;
-    };
     for (const Comparison& c : comparisons) {
         std::printf("%-46s %4u %9.1f %9.1f %6.2f | %8.1f %8.1f | %8.1f %8.1f | %8.1f %8.1f\n",
                     c.name.c_str(), c.clients, c.first.wall, c.second.wall, c.ratio, c.first.ttfb,
                     c.second.ttfb, c.first.rss.peakKb / 1024.0, c.second.rss.peakKb / 1024.0,
-                    extra(c.first, c.clients), extra(c.second, c.clients));
+                    extraPerClientMb(c.first, c.clients), extraPerClientMb(c.second, c.clients));
     }
 }
 
