@@ -546,6 +546,18 @@ struct CaseFigures {
     std::string statusLine;
 };
 
+// Found by their places, so that the rounds stay in the order they were taken, which pairs them
+// with the other server's.
+const Round& medianRound(const std::vector<Round>& rounds) {
+    std::vector<const Round*> byWall;
+    for (const Round& round : rounds)
+        byWall.push_back(&round);
+    const auto middle = byWall.begin() + std::ptrdiff_t(byWall.size() / 2);
+    std::nth_element(byWall.begin(), middle, byWall.end(),
+                     [](const Round* a, const Round* b) { return a->wall < b->wall; });
+    return **middle;
+}
+
 CaseFigures summarize(ServerRun& server, unsigned clients, std::chrono::milliseconds settle) {
     CaseFigures out;
     out.rss = server.memory->finish(settle);
@@ -554,10 +566,7 @@ CaseFigures summarize(ServerRun& server, unsigned clients, std::chrono::millisec
     for (const Round& each : server.rounds)
         for (const ExchangeFigures& exchanged : each.figures)
             out.failed = out.failed || exchanged.failed;
-    std::vector<Round> sorted = server.rounds;
-    std::sort(sorted.begin(), sorted.end(),
-              [](const Round& a, const Round& b) { return a.wall < b.wall; });
-    const Round& round = sorted[sorted.size() / 2];
+    const Round& round = medianRound(server.rounds);
     std::vector<double> times;
     for (const ExchangeFigures& each : round.figures) {
         out.ttfb = std::max(out.ttfb, millisecondsBetween(each.sent, each.firstByte));
