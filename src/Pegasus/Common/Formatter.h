@@ -29,13 +29,15 @@ public:
 
     private:
         String _string;
+        // Zeroed where a text or nothing is held, so that copying an argument reads no
+        // indeterminate bytes.
         union {
             Sint32 _integer;
             Uint32 _uinteger;
             Real64 _real;
             int _boolean;
             Sint64 _lInteger;
-            Uint64 _lUInteger;
+            Uint64 _lUInteger = 0;
         };
         Type _type;
     };
