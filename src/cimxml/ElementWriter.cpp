@@ -100,6 +100,20 @@ void Writer::_keyBinding(const CIMKeyBinding& binding) {
     _output.put("</KEYBINDING>");
 }
 
+void Writer::_keyBindingAt(Uint32 position, const CIMKeyBinding& binding) {
+    if (_references == nullptr) {
+        _keyBinding(binding);
+        return;
+    }
+    if (const std::string* element = _references->keyBindings.find(position, binding)) {
+        _output.put(*element);
+        return;
+    }
+    const std::size_t start = _output.length();
+    _keyBinding(binding);
+    _references->keyBindings.remember(position, binding, _output.since(start));
+}
+
 void Writer::_referenceKeyValue(const CIMKeyBinding& binding) {
     if (_references == nullptr) {
         _valueReference(referencedPath(binding));
@@ -121,7 +135,7 @@ void Writer::instanceName(const CIMObjectPath& path) {
     _output.put('>');
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     for (Uint32 i = 0; i < keys.size(); i++) {
-        _keyBinding(keys[i]);
+        _keyBindingAt(i, keys[i]);
     }
     _output.put("</INSTANCENAME>");
 }

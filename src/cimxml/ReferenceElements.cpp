@@ -33,6 +33,13 @@ std::size_t unitBytes(const String& text) {
     return text.size() * sizeof(Char16);
 }
 
+// Exactly the same units, found at once when both share one text.
+bool sameUnits(const String& x, const String& y) {
+    return x.size() == y.size() &&
+           (x.getChar16Data() == y.getChar16Data() ||
+            std::memcmp(x.getChar16Data(), y.getChar16Data(), unitBytes(x)) == 0);
+}
+
 } // namespace
 
 std::size_t PathText::hash(const String& text) {
@@ -125,6 +132,28 @@ const std::string* PropertyTags::findDeclared(const DeclaredKey& key) const {
 void PropertyTags::rememberDeclared(const DeclaredKey& key, std::shared_ptr<const void> keeper,
                                     std::string_view tag) {
     _declared.remember(key, _home(key.declaration), std::move(keeper), tag);
+}
+
+const std::string* KeyBindingElements::find(Uint32 position, const CIMKeyBinding& binding) const {
+    if (position >= kPositions)
+        return nullptr;
+    const Written& written = _written[position];
+    if (written.element.empty() || written.type != binding.getType() ||
+        !sameUnits(written.value, binding.getValue()) ||
+        !sameUnits(written.name, binding.getName().getString()))
+        return nullptr;
+    return &written.element;
+}
+
+void KeyBindingElements::remember(Uint32 position, const CIMKeyBinding& binding,
+                                  std::string_view element) {
+    if (position >= kPositions)
+        return;
+    Written& written = _written[position];
+    written.name = binding.getName().getString();
+    written.value = binding.getValue();
+    written.type = binding.getType();
+    written.element.assign(element);
 }
 
 } // namespace ksv::cimxml::detail

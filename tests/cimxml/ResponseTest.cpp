@@ -91,8 +91,9 @@ TEST(ResponseWriter, RepeatedReferenceKeysDecodeToTheirOwnPaths) {
     EXPECT_EQ(written, names.finish().paths);
 }
 
-// A response writes a repeated reference once and copies it after: paths that differ in any part,
-// if only in the case of a name, must each keep their own spelling.
+// A response writes a repeated reference once and copies it after, and a key binding that the
+// last path bound alike: paths that differ in any part, if only in the case of a name or the type
+// of a key, must each keep their own spelling.
 TEST(ResponseWriter, RepeatedReferencesKeepTheSpellingOfEachPath) {
     const auto path = [](const char* host, const char* nameSpace, const char* className,
                          const char* keyName, const char* value, CIMKeyBinding::Type type) {
@@ -107,7 +108,7 @@ TEST(ResponseWriter, RepeatedReferencesKeepTheSpellingOfEachPath) {
         path("array7", "root/other", "KSV_Volume", "DeviceID", "7", text),
         path("array7", "root/ksv", "ksv_volume", "DeviceID", "7", text),
         path("array7", "root/ksv", "KSV_Volume", "DEVICEID", "7", text),
-        path("array7", "root/ksv", "KSV_Volume", "DeviceID", "7", CIMKeyBinding::NUMERIC),
+        path("array7", "root/ksv", "KSV_Volume", "DEVICEID", "7", CIMKeyBinding::NUMERIC),
         path("array7", "root/ksv", "KSV_Volume", "DeviceID", "7b", text),
         path("array7", "root/ksv", "KSV_Volume", "DeviceID", "7B", text),
     };

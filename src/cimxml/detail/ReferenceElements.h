@@ -82,6 +82,28 @@ struct PathParts {
     static std::size_t bytes(const Pegasus::CIMObjectPath& path);
 };
 
+/// The KEYBINDING elements of the last path written, by position. The paths of one response
+/// mostly differ in one key: the system's name and the class names recur in every path, and
+/// copying their elements costs a compare where writing them cost escaping name and value again.
+class KeyBindingElements {
+public:
+    const std::string* find(Pegasus::Uint32 position, const Pegasus::CIMKeyBinding& binding) const;
+    void remember(Pegasus::Uint32 position, const Pegasus::CIMKeyBinding& binding,
+                  std::string_view element);
+
+private:
+    struct Written {
+        // Held, so that their texts stay as they were: a shared text is copied before it changes.
+        Pegasus::String name;
+        Pegasus::String value;
+        Pegasus::CIMKeyBinding::Type type = Pegasus::CIMKeyBinding::STRING;
+        std::string element;
+    };
+    // Paths of more keys than this are rare; their further keys are written as they come.
+    static constexpr Pegasus::Uint32 kPositions = 8;
+    Written _written[kPositions];
+};
+
 /// The VALUE.REFERENCE elements of one response. A reference key holds its path as text, which
 /// must be parsed to be written, and a reference property's path has its parts escaped one by
 /// one; the instances of one response name the same objects over and over (an association's
@@ -93,6 +115,7 @@ public:
 
     ElementGenerations<PathText> byText;
     ElementGenerations<PathParts> byPath;
+    KeyBindingElements keyBindings;
 };
 
 } // namespace ksv::cimxml::detail

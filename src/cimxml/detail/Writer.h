@@ -73,6 +73,8 @@ private:
     void _attribute(const char (&opening)[N], const Pegasus::String& value);
     void _namespacePath(const Pegasus::String& host, const Pegasus::CIMNamespaceName& nameSpace);
     void _keyBinding(const Pegasus::CIMKeyBinding& binding);
+    /// The same, copied when the last path written bound that key so at that position.
+    void _keyBindingAt(Pegasus::Uint32 position, const Pegasus::CIMKeyBinding& binding);
     void _referenceKeyValue(const Pegasus::CIMKeyBinding& binding);
     void _valueReference(const Pegasus::CIMObjectPath& path);
     void _typeAttributes(Pegasus::CIMType type);
