@@ -33,13 +33,6 @@ std::size_t unitBytes(const String& text) {
     return text.size() * sizeof(Char16);
 }
 
-// Exactly the same units, found at once when both share one text.
-bool sameUnits(const String& x, const String& y) {
-    return x.size() == y.size() &&
-           (x.getChar16Data() == y.getChar16Data() ||
-            std::memcmp(x.getChar16Data(), y.getChar16Data(), unitBytes(x)) == 0);
-}
-
 } // namespace
 
 std::size_t PathText::hash(const String& text) {
@@ -139,8 +132,8 @@ const std::string* KeyBindingElements::find(Uint32 position, const CIMKeyBinding
         return nullptr;
     const Written& written = _written[position];
     if (written.element.empty() || written.type != binding.getType() ||
-        !sameUnits(written.value, binding.getValue()) ||
-        !sameUnits(written.name, binding.getName().getString()))
+        !String::equal(written.value, binding.getValue()) ||
+        !String::equal(written.name, binding.getName().getString()))
         return nullptr;
     return &written.element;
 }

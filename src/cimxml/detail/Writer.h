@@ -72,6 +72,10 @@ private:
     template <std::size_t N>
     void _attribute(const char (&opening)[N], const Pegasus::String& value);
     void _namespacePath(const Pegasus::String& host, const Pegasus::CIMNamespaceName& nameSpace);
+    /// The element found written before, copied; otherwise written by write() and its text
+    /// handed to remember(): responses repeat their elements.
+    template <class Write, class Remember>
+    void _copiedOrWritten(const std::string* found, Write write, Remember remember);
     void _keyBinding(const Pegasus::CIMKeyBinding& binding);
     /// The same, copied when the last path written bound that key so at that position.
     void _keyBindingAt(Pegasus::Uint32 position, const Pegasus::CIMKeyBinding& binding);
